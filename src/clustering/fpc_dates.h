@@ -1,0 +1,14 @@
+// Dates as .fpc files write them: year (two digits), month, day, hour and minute, separated by single blanks.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orb {
+
+// From a day number of the frame's clock.
+std::string str_date_from_FPC_format_get(double date);
+// The day number of such a text (years 2000 to 2099). False, and `date` as it was, when the text is none.
+bool date_from_FPC_format_get(std::string_view text, double &date);
+
+} // namespace orb

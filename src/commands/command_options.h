@@ -1,0 +1,63 @@
+// What a command is asked to do: filled by the command line, or by whoever calls the handlers directly.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orb {
+
+struct command_options {
+  std::string command;                   // "assemble", "load", "net", "revise", "contigs", "info"
+  std::vector<std::string> command_line; // as given, for run.json
+
+  std::filesystem::path input; // INPUT or LIB
+  std::filesystem::path net;   // NET
+  std::filesystem::path out;
+  std::vector<std::filesystem::path> info_paths;
+  std::string clone; // of info
+  bool json = false;
+
+  // reading
+  bool plain_text = false;
+  std::int32_t capacity = 80000;
+  std::int16_t name_format_in = 7, name_format_out = 7;
+
+  // parameters of the library; unset: the default, or what the library file says
+  std::optional<std::int16_t> tolerance, tolerance_index;
+  std::optional<double> gel_length;
+  std::optional<std::int32_t> n_bands;
+  std::optional<std::int32_t> preset;
+
+  // metric
+  std::string metric = "Sulston_1988"; // name or index
+  std::optional<double> cutoff;
+  double burying = 0.9;
+
+  // net
+  std::filesystem::path text;
+  std::int32_t start = 1;
+  bool parts = false;
+
+  // revision
+  std::int32_t rank = 1;
+  std::string additional_cutoff;
+  bool no_overlaps = false, no_clones = false;
+
+  // contigs
+  std::int32_t max_clones = 1200, min_size = 6, max_width = 1, steps = 6;
+  double step = 3;
+  bool no_ordering = false, no_pair_tables = false, no_drawings = false;
+  bool resume = false;
+
+  // every command
+  int threads = 0;
+  std::uint64_t seed = 1;
+  bool quiet = false, verbose = false, force = false, yes = false;
+  std::filesystem::path answers;
+  std::filesystem::path log;
+};
+
+} // namespace orb

@@ -1,0 +1,20 @@
+// Telling what a file or folder is before anything is read from it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orb {
+
+enum class input_kind { missing, sizes_folder, results_folder, run_folder, other_folder, library, native_net, text_net, sizes_file, other_file };
+
+// By content where it tells (a library's header, a net's size, a folder's reports), by extension otherwise.
+input_kind kind_of_input(const std::filesystem::path &path);
+std::string name_of_kind(input_kind kind);
+// The .sizes files of a folder, in byte order of their names.
+std::vector<std::filesystem::path> sizes_files_of_folder(const std::filesystem::path &folder);
+// The newest run folder (ORB_contigs_...) of a results folder, by name; empty when there is none.
+std::filesystem::path run_folder_of_results(const std::filesystem::path &folder);
+
+} // namespace orb

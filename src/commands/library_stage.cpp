@@ -1,0 +1,172 @@
+#include "commands/library_stage.h"
+
+#include <array>
+#include <cmath>
+#include <fmt/format.h>
+
+#include "commands/input_kind.h"
+#include "database/band_statistics.h"
+#include "database/class_markers.h"
+#include "database/library_file.h"
+#include "frame/numbers.h"
+#include "metrics/class_clone_dist_general.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+parameter_fields preset_parameters(std::int32_t preset) {
+  static constexpr std::array<parameter_fields, 5> presets{{{7, 0, 3300, 236},
+                                                            {5, 1, 19500, 1800},
+                                                            {4, 1, 40000, 5000},
+                                                            {12, 1, 60000, 2250},
+                                                            {5, 1, 60000, 6000}}};
+  if (preset < 1 || preset > 5) throw usage_error("--preset takes a number from 1 to 5");
+  return presets[static_cast<std::size_t>(preset) - 1];
+}
+
+void apply_parameters(class_DB_of_clones &database, parameter_fields &fields, bool length_from_field) {
+  database.max_number_of_real_clones_set(fields.max_n_clones);
+  database.total_number_of_different_bands_FPC_set(fields.n_bands);
+  database.tollerance_parameters_set(fields.tolerance, fields.tolerance_index);
+  if (!length_from_field && fields.gel_length != database.max_band_length_get() && fields.gel_length < 2)
+    fields.gel_length = std::floor(database.max_band_length_get());
+  database.total_number_of_different_bands_set_by_eff_len(fields.gel_length);
+}
+
+static parameter_fields fields_from_options(const command_options &options) {
+  parameter_fields fields = options.preset ? preset_parameters(*options.preset) : parameter_fields{};
+  if (options.tolerance) fields.tolerance = *options.tolerance;
+  if (options.tolerance_index) fields.tolerance_index = *options.tolerance_index;
+  if (options.gel_length) fields.gel_length = *options.gel_length;
+  if (options.n_bands) fields.n_bands = *options.n_bands;
+  fields.max_n_clones = options.capacity;
+  return fields;
+}
+
+// A library file brings its parameters. Those that its stored bands depend on can't be changed any more; the others
+// are taken from the command line when given there, and this is said.
+static void override_library_parameters(orb_session &session, const command_options &options,
+                                        const command_streams &streams) {
+  class_DB_of_clones &database = session.database();
+  parameter_fields fields{database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
+                          database.max_band_length_get(), database.total_number_of_different_bands_FPC_get(),
+                          database.max_number_of_real_clones_get()};
+  parameter_fields wanted = fields;
+  const bool bins = database.index_of_band_type_get() != 0;
+  if (options.tolerance_index)
+    throw usage_error("--tolerance-index can't be used on a library file: its stored bands depend on it");
+  if (options.tolerance && bins)
+    throw usage_error("--tolerance can't be used on a library file of bin numbers: they depend on it");
+  if (options.preset) {
+    wanted = preset_parameters(*options.preset);
+    if (wanted.tolerance_index != fields.tolerance_index || (bins && wanted.tolerance != fields.tolerance))
+      throw usage_error("--preset doesn't fit the library file: its stored bands were made with tolerance index " +
+                        std::to_string(fields.tolerance_index) + " and tolerance " + std::to_string(fields.tolerance));
+    wanted.max_n_clones = fields.max_n_clones;
+  }
+  if (options.tolerance) wanted.tolerance = *options.tolerance;
+  if (options.gel_length) wanted.gel_length = *options.gel_length;
+  if (options.n_bands) wanted.n_bands = *options.n_bands;
+  if (wanted.tolerance == fields.tolerance && wanted.gel_length == fields.gel_length && wanted.n_bands == fields.n_bands)
+    return;
+  for (const auto &[name, was, is] :
+       {std::tuple{"tolerance", double(fields.tolerance), double(wanted.tolerance)},
+        std::tuple{"gel length", fields.gel_length, wanted.gel_length},
+        std::tuple{"n-bands", double(fields.n_bands), double(wanted.n_bands)}})
+    if (was != is)
+      streams.people(fmt::format("The {} of the command line, {}, is used in place of the library's, {}.", name,
+                                 number_text_shortest(is), number_text_shortest(was)));
+  apply_parameters(database, wanted, true);
+  if (!make_band_statistics(session.frame(), database, session.usable_values()))
+    throw program_end("bands beyond the gel length", exit_status::run_failed);
+}
+
+exit_status load_library(orb_session &session, const command_options &options, const command_streams &streams) {
+  const input_kind kind = kind_of_input(options.input);
+  project_settings &settings = session.settings();
+  settings.clone_name_format_input = options.name_format_in;
+  settings.clone_name_format_output = options.name_format_out;
+  parameter_fields fields = fields_from_options(options);
+  apply_parameters(session.database(), fields, true);
+
+  class_DB_of_clones_read &reader = session.reader();
+  bool loaded = false;
+  if (kind == input_kind::library && !options.plain_text) {
+    loaded = reader.open_file_with_clones(options.capacity, options.input, true, true, session.database(),
+                                          session.usable_values());
+    if (loaded) override_library_parameters(session, options, streams);
+  } else if (options.plain_text && kind != input_kind::missing && !fs::is_directory(options.input)) {
+    loaded = reader.open_file_with_clones(options.capacity, options.input, false, true, session.database(),
+                                          session.usable_values());
+  } else {
+    reader.read_database_from_folder_of_sizes_files(options.input, !fs::is_directory(options.input), true, loaded,
+                                                    session.database(), session.usable_values());
+  }
+  if (session.frame().was_stopped() || session.frame().stop_requested_get()) return exit_status::stopped;
+  if (loaded) {
+    if (session.database().total_number_of_clones_get() > options.capacity)
+      streams.people(fmt::format("The library has more clones than the capacity of {}, which was raised to {}.",
+                                 options.capacity, session.database().total_number_of_clones_get()));
+    return exit_status::done;
+  }
+  const bool nothing_there =
+      kind == input_kind::missing || (fs::is_directory(options.input) && sizes_files_of_folder(options.input).empty());
+  return nothing_there ? exit_status::no_input_or_output : exit_status::run_failed;
+}
+
+std::string text_of_library(orb_session &session) {
+  const class_DB_of_clones &database = session.database();
+  const std::int32_t n = database.total_number_of_clones_get();
+  const std::int64_t bands = database.first_band_adress_get(n + 1) - 1;
+  return fmt::format("{} clones, {} bands ({} a clone); tolerance {}, index {}, gel length {}, n-bands {}",
+                     number_text_thousands(n), number_text_thousands(bands),
+                     number_text(n > 0 ? double(bands) / n : 0, 1), database.tollerance_get(),
+                     database.taking_tollerance_into_account_index_get(),
+                     number_text_shortest(database.max_band_length_get()),
+                     database.total_number_of_different_bands_FPC_get());
+}
+
+void record_library(orb_session &session, run_record &record) {
+  const class_DB_of_clones &database = session.database();
+  record.parameter_set("tolerance", database.tollerance_get());
+  record.parameter_set("tolerance_index", database.taking_tollerance_into_account_index_get());
+  record.parameter_set("gel_length", database.max_band_length_get());
+  record.parameter_set("n_bands", database.total_number_of_different_bands_FPC_get());
+  record.library_set(database.total_number_of_clones_get(), library_checksum(database));
+}
+
+void apply_metric(orb_session &session, const command_options &options) {
+  std::int16_t index = class_clone_dist_general::index_of_name(options.metric);
+  std::int32_t number = -1;
+  if (index < 0 && whole_number_parse(options.metric, number) && number >= 0 &&
+      number <= class_clone_dist_general::number_distance_index_get())
+    index = static_cast<std::int16_t>(number);
+  if (index < 0) {
+    std::string names;
+    for (std::int16_t i = 0; i <= class_clone_dist_general::number_distance_index_get(); ++i)
+      names += (i ? ", " : "") + class_clone_dist_general::name_of_cutoff_distance(i);
+    throw usage_error("--metric: no metric \"" + options.metric + "\"; known are " + names);
+  }
+  const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
+  const std::string useless = class_clone_dist_general::why_only_zero(
+      index, session.context().table.is_loaded(), session.database().markers().total_number_of_markers_get() > 0);
+  if (!useless.empty()) throw usage_error("--metric " + name + ": " + useless);
+  const double standard = class_clone_dist_general::standard_cutoff(index);
+  if (!options.cutoff && standard < 0) throw usage_error("--cutoff is required: the metric " + name + " has no standard one");
+  project_settings &settings = session.settings();
+  settings.distance_index = index;
+  settings.cutoff = options.cutoff ? *options.cutoff : standard;
+  settings.burying = options.burying;
+  if (class_clone_dist_general::need_take_band_abundances_into_account_get(index))
+    settings.distance_table_full_mode = true;
+}
+
+void record_metric(orb_session &session, run_record &record) {
+  const project_settings &settings = session.settings();
+  record.parameter_set("metric", class_clone_dist_general::name_of_cutoff_distance(settings.distance_index));
+  record.parameter_set("cutoff", settings.cutoff);
+  record.parameter_set("burying", settings.burying);
+}
+
+} // namespace orb

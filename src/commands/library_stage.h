@@ -1,0 +1,38 @@
+// The first stage of most commands: parameters applied, a library loaded from whatever INPUT is.
+#pragma once
+
+#include "commands/commands.h"
+#include "commands/run_record.h"
+
+namespace orb {
+
+// The fields of the parameter panel.
+struct parameter_fields {
+  std::int16_t tolerance = 12;
+  std::int16_t tolerance_index = 1;
+  double gel_length = 60000;
+  std::int32_t n_bands = 2250;
+  std::int32_t max_n_clones = 80000;
+};
+
+// What --preset stands for: tolerance, index, gel length and number of bands of a known kind of laboratory data.
+parameter_fields preset_parameters(std::int32_t preset); // 1..5, otherwise usage_error
+
+// Copies the fields into the database. A gel length below 2 is replaced by the database's own, in the field too, unless
+// `length_from_field` asks for it as it stands.
+void apply_parameters(class_DB_of_clones &database, parameter_fields &fields, bool length_from_field);
+
+// Loads the library that the options name and applies the parameters in the order that the command line promises.
+// Notes for people go through `streams`. False when nothing was loaded; the messages were shown.
+exit_status load_library(orb_session &session, const command_options &options, const command_streams &streams);
+
+// The summary lines of a load: clones, copies, bands, parameters.
+std::string text_of_library(orb_session &session);
+// Parameters of the library as they were in force, for run.json.
+void record_library(orb_session &session, run_record &record);
+// Metric, cutoff and burying fraction into the settings; usage_error for an unknown or useless metric or a missing
+// cutoff.
+void apply_metric(orb_session &session, const command_options &options);
+void record_metric(orb_session &session, run_record &record);
+
+} // namespace orb

@@ -1,0 +1,39 @@
+// Stages on nets that several commands share: checking outputs, loading a net that fits the library, revising it,
+// making contigs.
+#pragma once
+
+#include "commands/commands.h"
+#include "commands/run_record.h"
+#include "contigs/class_contig_adapt_clust.h"
+
+namespace orb {
+
+// FILE.run.json.
+std::filesystem::path run_record_path(const std::filesystem::path &file);
+// Throws file_error when a result is there already and --force wasn't given, or its folder can't be written (it is
+// created when missing).
+void check_output(const std::filesystem::path &file, bool force);
+// The folder of --out becomes the working folder.
+void work_in(orb_session &session, const std::filesystem::path &folder);
+
+// Loads a native net as the session's current one. Refused: a net of another library (by its run record), of another
+// number of clones, or damaged. Settles from the record whether the net's metric is the one in use, and warns of a
+// cutoff below what the net can know.
+exit_status load_net(orb_session &session, const std::filesystem::path &file, const command_streams &streams);
+
+// Makes the net in memory and saves it; says what was found.
+exit_status make_net(orb_session &session, const std::filesystem::path &out, run_record &record,
+                     const command_streams &streams);
+// Saves the current net as `out` and says how many overlaps it has.
+void save_net(orb_session &session, const std::filesystem::path &out, run_record &record,
+              const command_streams &streams);
+exit_status revise_net(orb_session &session, const command_options &options, const std::filesystem::path &out,
+                       run_record &record, const command_streams &streams);
+// The additional cutoff as a number, after the form's rules; usage_error with the form's text otherwise.
+double additional_cutoff(const orb_session &session, const command_options &options);
+
+exit_status make_contigs(orb_session &session, const command_options &options, run_record &record,
+                         const command_streams &streams);
+void record_contig_options(const command_options &options, run_record &record);
+
+} // namespace orb

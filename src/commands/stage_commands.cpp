@@ -1,0 +1,147 @@
+// The commands of one stage each: load, net, revise, contigs.
+#include <fmt/format.h>
+
+#include "commands/commands.h"
+#include "commands/library_stage.h"
+#include "commands/net_stage.h"
+#include "database/library_file.h"
+#include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
+#include "frame/numbers.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+static void say_what_was_loaded(orb_session &session, const command_streams &streams) {
+  const load_summary &found = session.reader().summary();
+  if (found.n_copies_dropped > 0)
+    streams.people(fmt::format("Exact copies dropped: {} of {} records.", found.n_copies_dropped, found.n_records));
+  streams.people("Library: " + text_of_library(session) + ".");
+}
+
+// Every stage begins with a library; its inputs, parameters and time enter the record.
+static exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
+                                     const command_streams &streams) {
+  record.stage_start("load");
+  const exit_status loaded = load_library(session, options, streams);
+  if (loaded != exit_status::done) return loaded;
+  record.stage_end();
+  record.inputs_add(options.input);
+  record_library(session, record);
+  say_what_was_loaded(session, streams);
+  return exit_status::done;
+}
+
+static exit_status finish_record(run_record &record, exit_status status, const fs::path &file) {
+  record.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
+  record.save(file);
+  return status;
+}
+
+exit_status load_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  check_output(options.out, options.force);
+  work_in(session, options.out.parent_path());
+  run_record record(options, session.frame().clock());
+  const exit_status loaded = library_for_stage(session, options, record, streams);
+  if (loaded != exit_status::done) return loaded;
+  record.stage_start("save");
+  DataBase_in_typical_file_print(options.out, session.database());
+  record.stage_end();
+  record.output_set("library", options.out);
+  streams.people("Saved: " + options.out.string());
+  return finish_record(record, exit_status::done, run_record_path(options.out));
+}
+
+// The long way over a text net, for resuming, merging and reading by people. The native net is that text read back; a
+// run that began behind clone 1 has it only when the parts before lie in the same folder.
+static exit_status net_by_text(orb_session &session, const command_options &options, run_record &record,
+                               const command_streams &streams, bool &whole) {
+  process_frame &frame = session.frame();
+  record.stage_start("net");
+  net_creation_summary summary;
+  text_net_options wanted;
+  wanted.file = options.text;
+  wanted.start_clone = options.start;
+  wanted.parts = options.parts;
+  const bool made = session.signif().create_file_with_significant_connections(wanted, summary);
+  if (!made || !summary.completed) return frame.was_stopped() ? exit_status::stopped : exit_status::run_failed;
+  streams.people("Text net: " + summary.text_file.string());
+  whole = options.start <= 1 || summary.in_parts;
+  if (!whole) {
+    streams.people("It begins behind clone 1, so no native net was made of it.");
+    return exit_status::done;
+  }
+  bool ok = false;
+  fs::path text = summary.text_file;
+  if (summary.in_parts) text = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
+        frame, text.parent_path(), text.extension().string().substr(text.has_extension() ? 1 : 0));
+  session.signif().read_text_net(text, session.signif().net(), ok);
+  if (summary.in_parts) fs::remove(text);
+  if (!ok) return frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
+  save_net(session, options.out, record, streams);
+  record.stage_end();
+  return exit_status::done;
+}
+
+exit_status net_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  check_output(options.out, options.force);
+  if (!options.text.empty()) check_output(options.text, options.force);
+  if (options.text.empty() && (options.start != 1 || options.parts))
+    throw usage_error("--start and --parts belong to --text");
+  work_in(session, options.out.parent_path());
+  run_record record(options, session.frame().clock());
+  exit_status status = library_for_stage(session, options, record, streams);
+  if (status != exit_status::done) return status;
+  apply_metric(session, options);
+  record_metric(session, record);
+  bool whole = true;
+  status = options.text.empty() ? make_net(session, options.out, record, streams)
+                                : net_by_text(session, options, record, streams, whole);
+  if (status != exit_status::done || !whole) return status;
+  record.output_set("net", options.out);
+  streams.people("Saved: " + options.out.string());
+  return finish_record(record, status, run_record_path(options.out));
+}
+
+exit_status revise_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  check_output(options.out, options.force);
+  if (options.rank < 1 || options.rank > 50) throw usage_error("--rank takes a number from 1 to 50");
+  if (options.no_overlaps && options.no_clones) throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
+  work_in(session, options.out.parent_path());
+  run_record record(options, session.frame().clock());
+  exit_status status = library_for_stage(session, options, record, streams);
+  if (status != exit_status::done) return status;
+  apply_metric(session, options);
+  record_metric(session, record);
+  record.parameter_set("rank", options.rank);
+  record.parameter_set("additional_cutoff", additional_cutoff(session, options));
+  record.parameter_set("q_overlaps", !options.no_overlaps);
+  record.parameter_set("q_clones", !options.no_clones);
+  record.input_add(options.net);
+  status = load_net(session, options.net, streams);
+  if (status == exit_status::done) status = revise_net(session, options, options.out, record, streams);
+  if (status != exit_status::done) return status;
+  record.output_set("net", options.out);
+  streams.people("Saved: " + options.out.string());
+  return finish_record(record, status, run_record_path(options.out));
+}
+
+exit_status contigs_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  const fs::path record_file = options.out / "run.json";
+  check_output(record_file, options.force);
+  work_in(session, options.out);
+  run_record record(options, session.frame().clock());
+  exit_status status = library_for_stage(session, options, record, streams);
+  if (status != exit_status::done) return status;
+  apply_metric(session, options);
+  record_metric(session, record);
+  record_contig_options(options, record);
+  record.input_add(options.net);
+  status = load_net(session, options.net, streams);
+  if (status != exit_status::done) return status;
+  status = make_contigs(session, options, record, streams);
+  return finish_record(record, status, record_file);
+}
+
+} // namespace orb

@@ -1,0 +1,141 @@
+// Adaptive clustering: the library starts as one cluster; a cluster that isn't connected is split by single linkage, a
+// connected one that is too large or too wide comes back at a higher cutoff, and one that passes becomes a contig with
+// a folder of files.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "clustering/class_FPCto_import.h"
+#include "contigs/class_contig_analysis.h"
+#include "contigs/run_reports.h"
+
+namespace orb {
+
+// One final cluster, for summaries.
+struct contig_summary {
+  std::string name;
+  std::int32_t n_clones = 0;
+  std::int32_t length_bands = 0; // 0: no coordinates
+  double cutoff = 0;
+  std::int32_t width = -1; // -1: not analysed
+  std::int32_t n_clones_MTP = 0;
+  bool is_contig = false; // at least the minimal size; else a heap
+};
+
+struct adapt_clust_result {
+  std::filesystem::path folder;         // of the run
+  std::vector<contig_summary> clusters; // final clusters of 2 and more clones, in the order in which they became final
+  std::int32_t n_clones_alone = 0;      // in final clusters of one
+  bool completed = false;
+};
+
+// Stages of other subsystems that join a run once they are there; an empty one is passed over.
+struct contig_stages {
+  std::function<void(class_contig_analysis &)> print_all_dist; // pair table of a small cluster
+  std::function<void(class_contig_analysis &)> print_markers;  // marker reports
+  std::function<void(class_contig_analysis &)> print_clones_indicateMTP_coordinates_and_markers;
+  std::function<void(class_contig_analysis &)> print_files_with_net_Pajek;       // drawings at both cutoffs
+  std::function<void(class_contig_analysis &)> print_consecuent_dist;            // tables along tiling path and list
+  std::function<void(class_contig_analysis &)> detail_control_of_clone_ordering; // ordering by jackknife
+};
+
+// One entry of the work list on its way through a test.
+struct cluster_test {
+  std::string name, name_long;         // the long name may grow in the test
+  std::int32_t level = 0;              // of the ladder of cutoffs
+  bool is_connected = false;           // known before, or found out by the test
+  bool use_maximal_subcluster = false; // go on with the largest part of a cluster that isn't connected
+  bool increase_cutoff = false;        // until few clones stray from the path
+  // What the test found.
+  bool final = false;    // the cluster is kept as it is
+  bool analysed = false; // it counts as a contig
+  bool too_large = false;
+  cluster_id id = 0; // 0: no such cluster
+  std::int32_t n_clones = 0;
+  double cutoff = 0;
+  std::int32_t diam = -1, width = -1, n_far = -1; // -1: not analysed
+  std::int32_t n_gaps = 0;
+  std::unique_ptr<class_contig_analysis> contig;
+};
+
+class class_contig_adapt_clust {
+public:
+  class_contig_adapt_clust(class_clone_net_signif &signif, contig_stages stages = {});
+
+  void main_parameters_set(std::int32_t n_clones_max, std::int32_t minimal_cluster_size, std::int32_t width_max,
+                           double step_cutoff, std::int32_t n_steps, bool excluding_branching,
+                           std::int32_t rank_relative_to_diam_path, std::int32_t minimal_branch_size);
+  void detail_control_set(bool on) { detail_control_ = on; }
+  void print_all_dist_on_set(bool on) { print_all_dist_on_ = on; }
+  double cutoff_curent_get(std::int32_t level) const;
+
+  // The runs below do nothing while another process runs. All of them make a new folder with reports in the working
+  // folder, follow the stop flag, poll between clusters, and put the project's cutoff back on every way out. They throw
+  // file_error when a result can't be written. Cost: near linear in the overlap records for each level of the ladder.
+
+  // The whole library; the registry of the database is replaced and holds the result.
+  void adaptive_clustering_all_run(class_DB_of_clones &database);
+  // Clusters of the registry by name, with their long names (both from 1, element 0 unused), cut again and again until
+  // each part passes.
+  void adaptive_clustering_run(const std::vector<std::string> &names, const std::vector<std::string> &names_long,
+                               std::int32_t n, class_DB_of_clones &database);
+  // All clusters in use of the registry, tested without re-cutting.
+  void process_clusters_without_adaptive_clustering_all_run();
+  // The same for given names (from 1, element 0 unused); a name that isn't in the registry is passed over.
+  void process_clusters_without_adaptive_clustering(const std::vector<std::string> &names, std::int32_t n,
+                                                    class_DB_of_clones &database);
+  // One cluster through the decision table of the method, with its files and its rows in the reports. A stop request
+  // ends it early, and then nothing of it is in the reports.
+  void test_cluster(cluster_test &test, run_reports &reports, class_DB_of_clones &database);
+  const adapt_clust_result &result() const { return result_; }
+
+private:
+  // Clusters still to be tested and those tested before them, from 1; it only grows.
+  struct work_list {
+    std::vector<std::string> names{1}, names_long{1};
+    std::vector<std::int32_t> level{0};
+    std::vector<char> is_connected{0};
+    std::int32_t count() const { return static_cast<std::int32_t>(names.size()) - 1; }
+    void add(std::string name, std::string name_long, std::int32_t level_of_it, bool connected);
+  };
+
+  bool stopped() const { return signif_->context().frame.stop_requested_get(); }
+  void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
+                    const std::function<void(run_reports &)> &work);
+  void open_contig_folder_and_reports(run_reports &reports);
+  void adaptive_clustering_loop(work_list &work, run_reports &reports, class_DB_of_clones &database);
+  void add_subclusters_as_clusters(std::int32_t parent, work_list &work, class_contig_analysis &contig,
+                                   class_FPCto_import &registry);
+  void given_clusters_loop(const std::vector<std::string> &names, std::int32_t n, run_reports &reports,
+                           class_DB_of_clones &database);
+  void make_contig_for_cluster(cluster_test &test, const class_FPCto_import &registry);
+  void keep_largest_subcluster(cluster_test &test);
+  void print_clones_not_in(const number_list &all, const number_list &kept, const std::string &name);
+  void increase_cutoff_for_MTP(cluster_test &test, bool ask);
+  void analyse_contig_and_decide(cluster_test &test);
+  void print_cluster_files(cluster_test &test, const run_reports &reports, class_FPCto_import &registry);
+  void print_contig_files(std::int32_t n_clones, class_contig_analysis &contig);
+  void order_and_count_gaps(cluster_test &test);
+  cluster_row row_of_test(const cluster_test &test) const;
+  void print_contig_into_common_files(const cluster_test &test, const std::string &row, run_reports &reports);
+  void note_result(const cluster_test &test, const class_FPCto_import &registry);
+  void print_library_reports(const run_reports &reports, class_DB_of_clones &database);
+
+  class_clone_net_signif *signif_;
+  contig_stages stages_;
+  std::int32_t n_clones_max_ = 1200, minimal_cluster_size_ = 6, width_max_ = 1;
+  double step_cutoff_ = 3;
+  std::int32_t n_steps_ = 6;
+  bool excluding_branching_ = false;
+  std::int32_t rank_relative_to_diam_path_ = 2, minimal_branch_size_ = 3;
+  double cutoff_start_ = 0;
+  bool detail_control_ = true, print_all_dist_on_ = true;
+  adapt_clust_result result_;
+};
+
+} // namespace orb

@@ -1,0 +1,41 @@
+// The folder of a run and the five reports that grow in it; the names and rows that the run and its reader share.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "contigs/run_folder.h"
+#include "frame/files.h"
+#include "frame/process_frame.h"
+
+namespace orb {
+
+inline constexpr const char *report_contigs_name = "report_contigs.txt";
+inline constexpr const char *report_clusters_name = "report_clusters.txt";
+inline constexpr const char *heaps_folder_name = "Heaps";
+inline constexpr const char *remark_not_connected = "Not connected";
+inline constexpr const char *remark_too_large = "Too large";
+inline constexpr const char *coordinates_header = "clone\tcoor_left\tcoor_right";
+
+struct run_reports {
+  std::filesystem::path folder_contigs; // of the run
+  std::filesystem::path folder_heaps;   // in it, for clusters below the minimal size
+  growing_file contigs, clusters, clones_in_MTP, clones_in_MTP_details, clones_in_MTP_and_bridges;
+
+  // Makes a new folder "ORB_contigs_" + date in the working folder, with "_2" and so on when there is one already.
+  // Throws file_error.
+  void open(process_frame &frame);
+  void flush(); // after each cluster
+  void close();
+};
+
+// The cluster's name as a file name: what can't stand in one becomes "_", so that no name leads out of the folder.
+std::string cluster_file_name(std::string_view name);
+
+// Cluster report: header, a row, and a row read back (false: damaged; `why` says what is wrong with it).
+std::string cluster_report_header();
+std::string cluster_row_text(const cluster_row &row);
+bool cluster_row_read(std::string_view line, cluster_row &row, std::string &why);
+
+} // namespace orb

@@ -1,0 +1,21 @@
+// Tests of a database and of fingerprint files that a user can ask for, and the list of clones with band counts.
+#pragma once
+
+#include <functional>
+
+#include "database/class_DB_of_clones.h"
+#include "frame/lists.h"
+#include "frame/process_frame.h"
+
+namespace orb {
+
+// Counts clones whose name an earlier clone has, and offers to write a fingerprint file without them: on yes
+// `write_fingerprint_file` gets the list of the others. Needs no sorted index.
+void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database,
+                              const std::function<void(const number_list &)> &write_fingerprint_file);
+// DB.txt of the working folder: all names, with the number of bands behind a tab when that is wanted.
+void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database);
+// testRes.txt of the working folder: for each line of a chosen .sizes file how it is understood.
+void test_for_Reviewer(process_frame &frame);
+
+} // namespace orb

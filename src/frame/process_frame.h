@@ -1,0 +1,98 @@
+// The process frame: with it every long task announces itself, shows where it stands, lets the user stop it and
+// leaves a line in the log. Only the calling thread touches it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "frame/clock.h"
+#include "frame/failures.h"
+#include "frame/front_end.h"
+
+namespace orb {
+
+class process_frame {
+public:
+  // `program_folder`: ORB.log lies there unless `log_folder_set` moves it; the working folder starts equal to it.
+  // An empty program folder writes no log at all.
+  explicit process_frame(front_end shown = null_front_end(), std::filesystem::path program_folder = {});
+
+  // Processes. The three endings with words log "NAME words" and show it in yellow; they clear the stop flag.
+  void process_start(const std::string &name);
+  void process_done();
+  void process_stopped_manually();
+  void process_canceled();
+  void process_aborted();
+  const std::string &process_name_get() const { return process_name_; }
+  bool process_is_running() const { return process_is_running_; }
+
+  // Appends date, tab, text, CR LF to ORB.log, which is opened and closed for each line. Does not yield.
+  void log_line(const std::string &text);
+
+  // Panels 2 to 5. Each call yields: give every loop a stride.
+  void step_text_set(const std::string &text);
+  void step_text_reset();
+  void local_process_text_set(const std::string &text);
+  void local_process_text_reset();
+  void control_text_set(const std::string &text);
+  void control_text_reset();
+  void clones_text_set(const std::string &text);
+  void clones_text_reset();
+  void all_panels_reset();
+
+  bool stop_requested_get() const { return stop_requested_; }
+  void stop_requested_set(bool requested);
+  // True once any process of this frame ended because of a stop request.
+  bool was_stopped() const { return was_stopped_; }
+  // The stop button: asks whether to stop, then yields.
+  void stop_process_pressed();
+  // The close request of the main window: true when the program may end.
+  bool quit_requested();
+  void yield();
+
+  bool long_time_question();
+
+  // Message boxes, questions and input boxes.
+  void message(const std::string &text, const std::string &title = {});
+  answer ask(const question &asked);
+  bool yes(const question &asked) { return ask(asked) == answer::yes; }
+  std::string input(const input_box &asked);
+  // A question whose data were wrong was answered, or a reader reported wrong data: the command ends with status 1.
+  bool data_failed() const { return data_failed_; }
+  void data_failed_set() { data_failed_ = true; }
+  // Shows the text, logs it, and throws program_end.
+  [[noreturn]] void program_end_now(const std::string &text, exit_status status = exit_status::broken_invariant);
+
+  // Folders. A file name of a report may begin with a backslash; `path_in_working_folder` resolves it.
+  const std::filesystem::path &program_folder_get() const { return program_folder_; }
+  const std::filesystem::path &working_folder_get() const { return working_folder_; }
+  void working_folder_set(const std::filesystem::path &folder) { working_folder_ = folder; }
+  void log_folder_set(const std::filesystem::path &folder) { log_folder_ = folder; }
+  std::filesystem::path path_in_working_folder(std::string_view name) const;
+  // Folder + name, where the name may begin with a backslash.
+  static std::filesystem::path path_in_folder(const std::filesystem::path &folder, std::string_view name);
+
+  // File dialogs; an empty path means cancelled.
+  std::filesystem::path open_file_dialog(const std::string &title);
+  std::filesystem::path open_file_dialog_typed(const std::string &title, const std::string &type_word);
+  void file_filter_set(const std::string &filter) { file_filter_ = filter; }
+  std::filesystem::path save_file_dialog(const std::string &title, const std::string &proposed_name,
+                                         const std::string &filter);
+  std::filesystem::path save_file_dialog_checked(const std::string &title, const std::string &proposed_name,
+                                                 const std::string &filter);
+
+  const program_clock &clock() const { return clock_; }
+
+private:
+  void panel_set(panel which, const std::string &text, panel_colour colour = panel_colour::resting);
+  void end_with_words(const std::string &words);
+
+  front_end shown_;
+  std::filesystem::path program_folder_, working_folder_, log_folder_;
+  std::string process_name_, file_filter_;
+  bool process_is_running_ = false, stop_requested_ = false, was_stopped_ = false, data_failed_ = false;
+  program_clock clock_;
+};
+
+} // namespace orb

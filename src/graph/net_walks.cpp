@@ -1,0 +1,203 @@
+// Ranks, local characteristics of a vertex and of an edge, and the path through preferred vertices.
+#include <algorithm>
+#include <cassert>
+#include <limits>
+
+#include "graph/class_net.h"
+#include "graph/layer_walk.h"
+
+namespace orb {
+
+namespace {
+
+// Ranks beyond the number of vertices are all empty; that many of them are held when a caller asks for more.
+constexpr std::int32_t empty_ranks_held = 1000;
+
+} // namespace
+
+void class_net::calculate_ranks_of_vertices(const number_list &start_list, number_list &ranks, int mode,
+                                            bool use_cutoff, double cutoff, std::int32_t &n_rank,
+                                            number_list &reached_list, std::vector<std::int32_t> &n_in_rank,
+                                            bool &connected) const {
+  if (mode == 2)
+    n_rank = private_n_vertices_;
+  layer_walk walk(*this);
+  walk.run(start_list.members(), n_rank, use_cutoff, cutoff);
+
+  ranks.resize(private_n_vertices_);
+  reached_list.clear();
+  reached_list.reserve(static_cast<std::int32_t>(walk.reached().size()));
+  for (vertex_number v = 1; v <= private_n_vertices_; ++v) {
+    ranks(v) = mode == 0 ? std::max(walk.rank(v), 0) : walk.rank(v);
+    if (walk.rank(v) >= 0)
+      reached_list.add(v);
+  }
+  const std::int32_t held = std::max(private_n_vertices_, std::min(n_rank, private_n_vertices_ + empty_ranks_held));
+  n_in_rank.assign(static_cast<std::size_t>(held) + 1, 0);
+  for (std::int32_t r = 0; r <= walk.eccentricity() && r <= n_rank; ++r)
+    n_in_rank[static_cast<std::size_t>(r)] = static_cast<std::int32_t>(walk.layer(r).size());
+  if (mode == 2) {
+    connected = walk.reached_all();
+    n_rank = walk.eccentricity();
+  }
+}
+
+namespace {
+
+// Vertices within n_rank steps of the vertices that stand in workspace.wave, which grows by them; workspace.position
+// gives the place of each (from 0).
+void collect_ball(const class_net &net, bool use_cutoff, double cutoff, std::int32_t n_rank,
+                  std::vector<std::int32_t> &n_in_rank, net_workspace &workspace) {
+  std::vector<vertex_number> &ball = workspace.wave;
+  workspace.position.start(net.number_of_vertices_get());
+  for (std::size_t i = 0; i < ball.size(); ++i)
+    workspace.position.set(ball[i], static_cast<std::int32_t>(i));
+  n_in_rank.assign(static_cast<std::size_t>(std::max(n_rank, 0)) + 1, 0);
+  n_in_rank[0] = static_cast<std::int32_t>(ball.size());
+  std::size_t first = 0;
+  for (std::int32_t step = 0; step < n_rank; ++step) {
+    const std::size_t end = ball.size();
+    for (; first < end; ++first)
+      for (const net_edge &edge : net.edges_of_vertex(ball[first])) {
+        if (workspace.position.has(edge.neighbour) || (use_cutoff && edge.value < cutoff))
+          continue;
+        workspace.position.set(edge.neighbour, static_cast<std::int32_t>(ball.size()));
+        ball.push_back(edge.neighbour);
+      }
+    if (ball.size() == end)
+      break;
+    n_in_rank[static_cast<std::size_t>(step) + 1] = static_cast<std::int32_t>(ball.size() - end);
+  }
+}
+
+// For runs in any order.
+bool have_common_neighbour(const class_net &net, vertex_number v, vertex_number w, net_workspace &workspace) {
+  workspace.position.start(net.number_of_vertices_get());
+  for (const net_edge &edge : net.edges_of_vertex(v))
+    workspace.position.set(edge.neighbour, 0);
+  for (const net_edge &edge : net.edges_of_vertex(w))
+    if (edge.neighbour != v && edge.neighbour != w && workspace.position.has(edge.neighbour))
+      return true;
+  return false;
+}
+
+std::int32_t root_of(std::vector<std::int32_t> &label, std::int32_t i) {
+  while (label[static_cast<std::size_t>(i)] != i) {
+    std::int32_t &above = label[static_cast<std::size_t>(i)];
+    above = label[static_cast<std::size_t>(above)];
+    i = above;
+  }
+  return i;
+}
+
+// Components of the ball, over the records that `used(v, neighbour)` lets through, less the vertices whose records
+// were all left out on purpose (`n_left_out` of them). A record counts from its lower end, as in a flat neighbour list.
+template <class use>
+std::int32_t components_of_ball(const class_net &net, net_workspace &workspace, std::int32_t n_left_out,
+                                const use &used) {
+  const std::vector<vertex_number> &ball = workspace.wave;
+  workspace.label.resize(ball.size());
+  for (std::size_t i = 0; i < ball.size(); ++i)
+    workspace.label[i] = static_cast<std::int32_t>(i);
+  auto n = static_cast<std::int32_t>(ball.size()) - n_left_out;
+  for (std::size_t i = 0; i < ball.size(); ++i)
+    for (const net_edge &edge : net.edges_of_vertex(ball[i])) {
+      if (n == 1)
+        return n;
+      if (edge.neighbour <= ball[i] || !workspace.position.has(edge.neighbour) || !used(ball[i], edge.neighbour))
+        continue;
+      const std::int32_t a = root_of(workspace.label, static_cast<std::int32_t>(i));
+      const std::int32_t b = root_of(workspace.label, workspace.position.get(edge.neighbour));
+      if (a == b)
+        continue;
+      workspace.label[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
+      --n;
+    }
+  return n;
+}
+
+} // namespace
+
+void class_net::vertex_net_characteristics(vertex_number v, bool use_cutoff, double cutoff,
+                                           std::vector<std::int32_t> &n_in_rank, std::int32_t &n_clusters,
+                                           std::int32_t n_rank, net_workspace &workspace) const {
+  workspace.wave.assign(1, v);
+  collect_ball(*this, use_cutoff, cutoff, n_rank, n_in_rank, workspace);
+  // The cutoff limits the walk only: inside the neighbourhood every record joins.
+  n_clusters = components_of_ball(*this, workspace, 1,
+                                  [v](vertex_number from, vertex_number to) { return from != v && to != v; });
+}
+
+void class_net::edge_net_characteristic(vertex_number v, std::int32_t k, std::int32_t &n_clusters, std::int32_t n_rank,
+                                        net_workspace &workspace) const {
+  const auto run = edges_of_vertex(v);
+  assert(k >= 1 && static_cast<std::size_t>(k) <= run.size());
+  const vertex_number w = run[static_cast<std::size_t>(k) - 1].neighbour;
+  // Every vertex of the ball hangs on v or on w: a vertex that hangs on both settles it without walking the ball.
+  if (n_rank >= 1 && have_common_neighbour(*this, v, w, workspace)) {
+    n_clusters = 1;
+    return;
+  }
+  workspace.wave.assign({v, w});
+  std::vector<std::int32_t> &n_in_rank = workspace.next_wave; // not needed here
+  collect_ball(*this, false, 0, n_rank, n_in_rank, workspace);
+  n_clusters = components_of_ball(*this, workspace, 0, [v, w](vertex_number from, vertex_number to) {
+    return !((from == v && to == w) || (from == w && to == v));
+  });
+}
+
+namespace {
+
+// From an end that isn't preferred to the first preferred neighbour in which it is buried.
+vertex_number moved_to_preferred(const class_net &net, vertex_number v, const std::vector<char> &preferred) {
+  if (preferred[static_cast<std::size_t>(v)] != 0)
+    return v;
+  for (const net_edge &edge : net.edges_of_vertex(v))
+    if (preferred[static_cast<std::size_t>(edge.neighbour)] != 0 && (edge.index2 == 1 || edge.index2 == 3))
+      return edge.neighbour;
+  return v;
+}
+
+} // namespace
+
+void class_net::find_path_maximally_using_vertices_from_list(process_frame &frame, double cutoff, vertex_number &start,
+                                                             vertex_number &end, const number_list &list,
+                                                             number_list &path, bool show_message) const {
+  const auto size = static_cast<std::size_t>(private_n_vertices_) + 1;
+  std::vector<char> preferred(size, 0);
+  for (const vertex_number v : list.members())
+    preferred[static_cast<std::size_t>(v)] = 1;
+  start = moved_to_preferred(*this, start, preferred);
+  end = moved_to_preferred(*this, end, preferred);
+
+  // From the end; `next` leads from a vertex one step on towards it. Preferred vertices are walked through at once,
+  // others wait for the next sweep.
+  std::vector<std::int32_t> dist(size, -1);
+  std::vector<vertex_number> next(size, 0), walked{end}, waiting;
+  dist[static_cast<std::size_t>(end)] = 1;
+  while (dist[static_cast<std::size_t>(start)] < 0 && !walked.empty()) {
+    for (std::size_t i = 0; i < walked.size(); ++i) {
+      const vertex_number v = walked[i];
+      for (const net_edge &edge : edges_of_vertex(v)) {
+        const auto w = static_cast<std::size_t>(edge.neighbour);
+        if (!(edge.value >= cutoff) || dist[w] >= 0)
+          continue;
+        dist[w] = dist[static_cast<std::size_t>(v)] + 1;
+        next[w] = v;
+        (preferred[w] != 0 ? walked : waiting).push_back(edge.neighbour);
+      }
+    }
+    walked.swap(waiting);
+    waiting.clear();
+  }
+  path.clear();
+  if (dist[static_cast<std::size_t>(start)] < 0) {
+    if (show_message)
+      frame.message("net is unlinked!");
+    return;
+  }
+  for (vertex_number v = start; v != 0; v = next[static_cast<std::size_t>(v)])
+    path.add(v);
+}
+
+} // namespace orb

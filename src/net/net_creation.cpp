@@ -1,0 +1,396 @@
+// Making the net of a whole library: the text net, and the same net in memory.
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+#include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
+#include "frame/numbers.h"
+#include "frame/worker_blocks.h"
+#include "metrics/class_clone_dist_general.h"
+#include "net/class_clone_net_signif.h"
+#include "net/half_net.h"
+
+namespace orb {
+
+namespace {
+
+constexpr std::int32_t overlaps_limit = 500;       // of one clone; more are asked about
+constexpr std::int32_t clones_in_part = 1000;
+constexpr std::int32_t clones_without_parts = 60000;
+constexpr const char *process_name = "Create net of significant clone overlaps";
+using family = class_clone_dist_general;
+
+// Whether the overlaps of all versions of a clone are to be united. The answer isn't weighed: deliberate, since
+// versions taken for different clones contradict each other in contigs.
+bool versions_are_united(process_frame &frame, const class_DB_of_clones &database) {
+  if (!database.IsDBContainRepeatsCloneNames_get()) return false;
+  question asked;
+  asked.text = "NB! your database contains several versions of fingerprinting for some clones!\r"
+               "Working with these versions as with different clones will result in contradictions\r"
+               "in contig assembly. To overcome this problem, ORB proposes to unite overlaps of\r"
+               "all version of clone overlaps. Do you agree?";
+  asked.by_default = answer::yes;
+  frame.ask(asked);
+  return true;
+}
+
+// Counts overlaps row by row, and asks once when a clone has too many.
+class overlap_watch {
+public:
+  overlap_watch(process_frame &frame, const class_DB_of_clones &database, net_creation_summary &summary)
+      : frame_(frame), database_(database), summary_(summary) {}
+
+  // False when the user doesn't want to continue with this cutoff.
+  bool clone_done(clone_number clone, std::int32_t n) {
+    if (n > summary_.n_overlaps_max_found) {
+      summary_.n_overlaps_max_found = n;
+      summary_.clone_of_max = clone;
+    }
+    if (n <= overlaps_limit) return true;
+    ++summary_.n_clones_above_limit;
+    if (asked_) return true;
+    asked_ = true;
+    question too_many;
+    too_many.text = "NB! clone " + std::to_string(clone) + " (" + database_.name_of_clone_get(clone) +
+                    ") has too many (" + std::to_string(n) +
+                    ") significant overlaps at selected cutoff level.\r Continue with this cutoff?";
+    too_many.by_default = too_many.to_go_on = answer::yes;
+    if (frame_.yes(too_many)) return true;
+    frame_.message("NB! Process was stopped!");
+    return false;
+  }
+  // `created`: the first line of the closing box.
+  void closing_box(const std::string &created) const {
+    std::string text = created + "\rMaximal significant overlaps for one clone n_max=" +
+                       std::to_string(summary_.n_overlaps_max_found) + ".";
+    if (summary_.n_overlaps_max_found > overlaps_limit)
+      text += "\rIn total, " + std::to_string(summary_.n_clones_above_limit) + " clones with more than " +
+              std::to_string(overlaps_limit) +
+              " significant overlaps were found.\rYou can continue, but we recommend to be careful with these clones\r"
+              "(say, try to exlude them or increase cutoff stringency).";
+    frame_.message(text);
+  }
+
+private:
+  process_frame &frame_;
+  const class_DB_of_clones &database_;
+  net_creation_summary &summary_;
+  bool asked_ = false;
+};
+
+bool metric_uses_table(std::int16_t distance_index) {
+  return distance_index == family::DISTANCE_INDEX_Sulston_1988_get() ||
+         distance_index == family::DISTANCE_INDEX_Sulston_1988_frec_get();
+}
+
+std::string metric_and_cutoff(const project_settings &settings) {
+  return family::name_of_cutoff_distance(settings.distance_index) + "_" + number_text(settings.cutoff, 2);
+}
+
+// The value that a reader gets from the text net.
+double as_read_back(double value) {
+  number_from_text_silent(number_text(value, 2), value);
+  return value;
+}
+
+void append_overlap(std::string &text, const class_DB_of_clones &database, clone_number partner, double value,
+                    std::int16_t code) {
+  text += "\r\n" + std::to_string(partner) + "\t" + database.name_of_clone_get(partner) + "\t" + number_text(value, 2);
+  if (code != 0) text += "\tabs" + std::to_string(code);
+}
+
+// The text net of one run: parts, rows, and the order in which they go to the file.
+class text_net_writer {
+public:
+  text_net_writer(std::filesystem::path file, std::int32_t n, std::int32_t start, bool subdivide)
+      : file_(std::move(file)), n_(n), start_(start), subdivide_(subdivide) {
+    if (subdivide_) {
+      folder_ = file_.parent_path() / file_.stem();
+      create_folder(folder_);
+    }
+  }
+
+  void row(clone_number i, const std::string &text) {
+    if (!output_.is_open() || (subdivide_ && i % clones_in_part == 1 && i > start_))
+      output_ = growing_file(subdivide_ ? part_file(i) : file_, true);
+    output_.line(text);
+  }
+  void flush() {
+    if (output_.is_open()) output_.flush();
+  }
+  void close() {
+    if (!output_.is_open()) output_ = growing_file(subdivide_ ? part_file(start_) : file_, true); // no rows at all
+    output_.close();
+  }
+  // What to read: the file, or the folder of the parts by any file in it.
+  std::filesystem::path to_load() const { return subdivide_ ? part_file(1) : file_; }
+
+private:
+  // Parts are numbered so that their names sort in clone order. A part that a resumed run begins in its middle bears
+  // the number of the part that it continues, and the clone it starts with.
+  std::filesystem::path part_file(clone_number i) const {
+    const auto width = static_cast<std::int32_t>(std::to_string(n_ / clones_in_part + 1).size());
+    const std::int32_t part = (i - 1) / clones_in_part + 1;
+    std::string name = file_.stem().string() + "_" + class_serv_raznoe::string_with_added_zeros(part, width);
+    if (i % clones_in_part != 1) name += "_" + std::to_string(i);
+    return folder_ / (name + file_.extension().string());
+  }
+
+  std::filesystem::path file_, folder_;
+  std::int32_t n_, start_;
+  bool subdivide_;
+  growing_file output_;
+};
+
+// Rows of the text net, from the loaded net or from the kernel, made by workers and handed over in order.
+class text_rows {
+public:
+  text_rows(const metric_context &context, const class_net *from_net, pair_kernel *kernel,
+            const pair_elements *elements)
+      : context_(context), from_net_(from_net), kernel_(kernel), elements_(elements) {}
+
+  // `row_done(i, n, text)` runs on the calling thread in clone order; false ends the loop. `block_done` likewise.
+  template <class row_function, class block_function>
+  void run(std::int32_t start, row_function &&row_done, block_function &&block_done) {
+    const int threads = context_.settings.threads;
+    const std::int32_t n = context_.database.total_number_of_clones_get();
+    const std::int64_t block = from_net_ != nullptr ? 1024 : rows_in_block(n, threads);
+    std::vector<std::string> texts(static_cast<std::size_t>(block));
+    std::vector<std::int32_t> counts(static_cast<std::size_t>(block));
+    std::int64_t begin = start;
+    run_in_blocks(
+        start, n, block, 1, threads,
+        [&](std::int64_t first, std::int64_t last, int worker) {
+          for (auto i = static_cast<clone_number>(first); i <= last; ++i) {
+            const auto at = static_cast<std::size_t>(i - begin);
+            row_text(i, worker, texts[at], counts[at]);
+          }
+        },
+        [&](std::int64_t last) {
+          for (std::int64_t i = begin; i <= last; ++i) {
+            const auto at = static_cast<std::size_t>(i - begin);
+            if (!row_done(static_cast<clone_number>(i), counts[at], texts[at])) return false;
+          }
+          begin = last + 1;
+          return block_done(static_cast<clone_number>(last));
+        });
+  }
+
+private:
+  void row_text(clone_number i, int worker, std::string &text, std::int32_t &count) {
+    const class_DB_of_clones &database = context_.database;
+    std::string overlaps;
+    count = 0;
+    if (from_net_ != nullptr) {
+      for (const net_edge &edge : from_net_->edges_of_vertex(i))
+        if (edge.value >= context_.settings.cutoff) {
+          append_overlap(overlaps, database, edge.neighbour, edge.value, edge.index2);
+          ++count;
+        }
+    } else {
+      std::vector<pair_record> records;
+      kernel_->row(*elements_, i, 1, elements_->count(), worker, records);
+      for (const pair_record &record : records)
+        append_overlap(overlaps, database, record.partner, record.value, record.code);
+      count = static_cast<std::int32_t>(records.size());
+    }
+    text = "clone\t" + std::to_string(i) + "\t" + database.name_of_clone_get(i) + "\t" + std::to_string(count) +
+           overlaps;
+  }
+
+  const metric_context &context_;
+  const class_net *from_net_;
+  pair_kernel *kernel_;
+  const pair_elements *elements_;
+};
+
+bool asked_to_subdivide(process_frame &frame, std::int32_t n) {
+  if (n <= clones_without_parts) return false;
+  question asked;
+  asked.text = "NB! Nomber of clones N=" + std::to_string(n) +
+               " is large.\rTo optimize working of program, output can be subdivided into parts.\r"
+               "Do you agree subdivide output into parts of 1000 clones?";
+  asked.by_default = answer::no;
+  return frame.yes(asked);
+}
+
+std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &context) {
+  question asked;
+  asked.text = "Preprocess?";
+  asked.title = "ORB";
+  asked.by_default = answer::yes;
+  if (!context.frame.yes(asked)) return nullptr;
+  auto significant = std::make_unique<class_clone_dist_FPC>();
+  significant->create_sulston_significant_table(context.frame, context.settings.cutoff, context.database,
+                                                context.usable_values);
+  context.frame.message("Pre-calculation is finished.");
+  return significant;
+}
+
+std::int32_t asked_start(process_frame &frame) {
+  double typed = 0;
+  const std::string reply = frame.input({"Start from ...", "Creation of net of significant overlaps", "1"});
+  if (!number_from_text_silent(reply, typed) || !(typed >= 1)) return 1;
+  return static_cast<std::int32_t>(std::min(typed, 2147483646.0));
+}
+
+[[noreturn]] void end_on_zero_frequency(process_frame &frame, const zero_frequency &failure) {
+  frame.program_end_now(failure.what(), exit_status::run_failed);
+}
+
+} // namespace
+
+bool class_clone_net_signif::create_file_with_significant_connections(const text_net_options &options,
+                                                                      net_creation_summary &summary) {
+  process_frame &frame = context_.frame;
+  const project_settings &settings = context_.settings;
+  const class_DB_of_clones &database = context_.database;
+  const std::int32_t n = database.total_number_of_clones_get();
+  summary = {};
+  frame.process_start(process_name);
+  frame.step_text_set("Print to text file");
+  metric_is_selected(context_.settings, settings.distance_index);
+  const bool from_net = settings.use_file_with_connections && net_.number_of_vertices_get() == n;
+  if (from_net) bring_net_up_to_date();
+  const bool unite_versions = versions_are_united(frame, database);
+  const bool subdivide = options.parts || asked_to_subdivide(frame, n);
+  std::filesystem::path file = options.file;
+  if (file.empty())
+    file = frame.save_file_dialog_checked("Print significant overlaps to text file",
+                                          "signif_overlaps_" + metric_and_cutoff(settings) + ".txt",
+                                          "Text files (*.txt)|*.txt");
+  if (file.empty()) {
+    frame.process_canceled();
+    return false;
+  }
+  std::unique_ptr<class_clone_dist_FPC> significant;
+  if (!from_net) significant = asked_preprocessing(context_);
+  const std::int32_t start = options.start_clone > 0 ? options.start_clone : asked_start(frame);
+
+  overlap_watch watch(frame, database, summary);
+  text_net_writer writer(file, n, start, subdivide);
+  bool refused = false;
+  try {
+    const pair_elements elements =
+        from_net ? pair_elements() : pair_elements::of_library(database, unite_versions);
+    std::optional<pair_kernel> kernel;
+    if (!from_net)
+      kernel.emplace(context_, settings.distance_index, settings.cutoff, settings.burying, significant.get(),
+                     settings.threads);
+    text_rows(context_, from_net ? &net_ : nullptr, kernel ? &*kernel : nullptr, &elements)
+        .run(
+            start,
+            [&](clone_number i, std::int32_t count, const std::string &text) {
+              writer.row(i, text);
+              summary.n_pairs += from_net ? 0 : n - 1;
+              refused = !watch.clone_done(i, count);
+              return !refused;
+            },
+            [&](clone_number i) {
+              writer.flush(); // a stopped run keeps what was written
+              frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
+              return !frame.stop_requested_get();
+            });
+  } catch (const zero_frequency &failure) {
+    end_on_zero_frequency(frame, failure);
+  }
+  writer.close();
+  if (frame.stop_requested_get()) {
+    frame.process_stopped_manually();
+    return false;
+  }
+  frame.all_panels_reset();
+  if (refused) return false;
+  summary.completed = true;
+  summary.text_file = writer.to_load();
+  summary.in_parts = subdivide;
+  frame.log_line("File " + file.string() + " saved.");
+  watch.closing_box("File with net of significant clone overlaps is created.");
+  if (start == 1) {
+    question load;
+    load.text = "Do you want to load the created net of significant clone overlaps?";
+    load.by_default = answer::no;
+    bool ok = false;
+    if (frame.yes(load))
+      read_file_with_significant_connections(writer.to_load(), "_" + metric_and_cutoff(settings), false, subdivide, ok);
+  }
+  return true;
+}
+
+// Brings the loaded net to the metric and markers in use before it is printed.
+void class_clone_net_signif::bring_net_up_to_date() {
+  const project_settings &settings = context_.settings;
+  const std::int32_t n = net_.number_of_vertices_get();
+  if (settings.same_metric_as_net && !settings.markers_in_clones) return;
+  const number_list all = number_list::range(1, n);
+  class_net changed;
+  if (settings.markers_in_clones) {
+    create_sub_net_same_metric_plus_markers(all, n, settings.distance_index, settings.cutoff, settings.burying, net_,
+                                            changed);
+    net_ = std::move(changed);
+    changed = class_net();
+  }
+  if (!settings.same_metric_as_net) {
+    create_sub_net_different_metric_or_cutoff(all, n, false, settings.distance_index, settings.cutoff, settings.burying,
+                                              net_, changed);
+    net_ = std::move(changed);
+  }
+}
+
+bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary) {
+  process_frame &frame = context_.frame;
+  const project_settings &settings = context_.settings;
+  const class_DB_of_clones &database = context_.database;
+  const std::int32_t n = database.total_number_of_clones_get();
+  summary = {};
+  frame.process_start(process_name);
+  frame.step_text_set("Compare all pairs of clones");
+  metric_is_selected(context_.settings, settings.distance_index);
+  const bool unite_versions = versions_are_united(frame, database);
+  class_clone_dist_FPC significant;
+  const bool with_table = metric_uses_table(settings.distance_index);
+  if (with_table)
+    significant.fill_sulston_significant_table(settings.cutoff, class_clone_dist_FPC::proposed_table_size(database),
+                                               database, context_.usable_values);
+  overlap_watch watch(frame, database, summary);
+  half_net half;
+  std::vector<std::int32_t> n_lower(static_cast<std::size_t>(n) + 1, 0); // overlaps with clones of lower number
+  bool refused = false, all_done = false;
+  try {
+    const pair_elements elements = pair_elements::of_library(database, unite_versions);
+    pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying,
+                       with_table ? &significant : nullptr, settings.threads);
+    all_done = half.compare(kernel, elements, settings.threads, [&](std::int32_t first, std::int32_t last) {
+      for (clone_number i = first; i <= last && !refused; ++i) {
+        for (const pair_record &record : half.row(i)) ++n_lower[static_cast<std::size_t>(record.partner)];
+        summary.n_pairs += n - i;
+        refused = !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] +
+                                           static_cast<std::int32_t>(half.row(i).size()));
+      }
+      frame.local_process_text_set(std::to_string(last) + " from " + std::to_string(n));
+      return !refused && !frame.stop_requested_get();
+    });
+  } catch (const zero_frequency &failure) {
+    end_on_zero_frequency(frame, failure);
+  }
+  if (!all_done && !refused) {
+    frame.process_stopped_manually();
+    return false;
+  }
+  class_net made;
+  const bool fits = !refused && half.mirrored_into(made, as_read_back);
+  frame.all_panels_reset();
+  if (!refused && !fits) {
+    frame.message("The net has more overlaps than a net can hold. Increase cutoff stringency.");
+    frame.data_failed_set();
+  }
+  if (!fits) return false;
+  net_ = std::move(made);
+  net_is_loaded_set();
+  summary.completed = true;
+  watch.closing_box("Net of significant clone overlaps is created.");
+  return true;
+}
+
+} // namespace orb

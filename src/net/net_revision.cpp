@@ -1,0 +1,288 @@
+// Q-overlaps and Q-clones: what breaks the locally linear structure of a net of clone overlaps.
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
+#include "frame/numbers.h"
+#include "frame/worker_blocks.h"
+#include "net/class_clone_net_signif.h"
+
+namespace orb {
+
+namespace {
+
+constexpr std::int16_t q_mark = -1;
+constexpr std::int32_t largest_rank = 50;
+constexpr double proposed_step = 10; // of the additional cutoff above the current one
+constexpr std::int64_t vertices_in_block = 256;
+
+// Name and number of bands of a clone, with a tab between; empty and 0 beyond the library.
+std::string name_and_bands(const class_DB_of_clones &database, clone_number clone) {
+  if (clone > database.total_number_of_clones_get()) return "\t0";
+  return database.name_of_clone_get(clone) + "\t" + std::to_string(database.number_of_bands_in_clone_get(clone));
+}
+
+// One workspace a worker, for walks side by side.
+using worker_spaces = std::vector<net_workspace>;
+
+// n_clusters of each record of v, in run order: 1 means that the record is supported within `max_rank` steps.
+void clusters_of_edges(const class_net &net, vertex_number v, std::int32_t max_rank, net_workspace &workspace,
+                       std::vector<std::int32_t> &n_clusters) {
+  const auto run = net.edges_of_vertex(v);
+  n_clusters.assign(run.size(), 1);
+  const bool by_marks = max_rank == 1 && !net.neighbours_are_sorted_get();
+  if (by_marks) { // the merge of two runs needs them ascending
+    workspace.position.start(net.number_of_vertices_get());
+    for (const net_edge &edge : run) workspace.position.set(edge.neighbour, 1);
+  }
+  for (std::size_t k = 0; k < run.size(); ++k) {
+    const auto place = static_cast<std::int32_t>(k) + 1;
+    if (max_rank > 1) {
+      net.edge_net_characteristic(v, place, n_clusters[k], max_rank, workspace);
+      continue;
+    }
+    bool supported = false;
+    if (by_marks) {
+      const auto other = net.edges_of_vertex(run[k].neighbour);
+      supported = std::any_of(other.begin(), other.end(),
+                              [&](const net_edge &edge) { return workspace.position.has(edge.neighbour); });
+    } else {
+      net.edge_is_side_of_treangle(v, place, supported);
+    }
+    n_clusters[k] = supported ? 1 : 2;
+  }
+}
+
+// Runs `judge(v, workspace)` for all vertices on the workers and `report(v)` for each in order on the calling thread.
+// `progress(v)` runs between blocks; false ends the walk. True when all was done.
+template <class judge_function, class report_function, class progress_function>
+bool for_all_vertices(const class_net &net, int threads, judge_function &&judge, report_function &&report,
+                      progress_function &&progress) {
+  worker_spaces spaces(static_cast<std::size_t>(worker_count(threads)));
+  std::int64_t done = 0;
+  bool completed = true;
+  run_in_blocks(
+      1, net.number_of_vertices_get(), vertices_in_block, 16, threads,
+      [&](std::int64_t first, std::int64_t last, int worker) {
+        for (std::int64_t v = first; v <= last; ++v)
+          judge(static_cast<vertex_number>(v), static_cast<std::size_t>(v - done - 1),
+                spaces[static_cast<std::size_t>(worker)]);
+      },
+      [&](std::int64_t last) {
+        for (std::int64_t v = done + 1; v <= last; ++v)
+          report(static_cast<vertex_number>(v), static_cast<std::size_t>(v - done - 1));
+        done = last;
+        completed = progress(static_cast<vertex_number>(last));
+        return completed;
+      });
+  return completed;
+}
+
+constexpr const char *overlaps_head = "k\ti1\tclone1\tn_bands\tn_overlaps\ti2\tclone2\tn_bands\tn_overlaps\t"
+                                      "-log(Pr(overlap))\tburied\tn_clusters";
+
+std::string overlap_row(const class_net &net, const class_DB_of_clones &database, std::int32_t n_Q, vertex_number v,
+                        const net_edge &edge, std::int32_t n_clusters) {
+  const auto end_of = [&](vertex_number at) {
+    return std::to_string(at) + "\t" + name_and_bands(database, at) + "\t" +
+           std::to_string(net.number_of_edges_for_vertex_total_get(at));
+  };
+  return std::to_string(n_Q) + "\t" + end_of(v) + "\t" + end_of(edge.neighbour) + "\t" + number_text(edge.value, 2) +
+         "\t" + (edge.index2 >= 1 ? "abs" + std::to_string(edge.index2) : "") + "\t" + std::to_string(n_clusters);
+}
+
+struct clone_verdict {
+  std::vector<std::int32_t> n_in_rank;
+  std::int32_t n_clusters = 0;
+};
+
+std::string clone_row(const class_DB_of_clones &database, vertex_number v, std::int32_t max_rank,
+                      const clone_verdict &verdict) {
+  std::string row = std::to_string(v) + "\t" + name_and_bands(database, v);
+  for (std::int32_t j = 1; j <= max_rank; ++j) {
+    const auto at = static_cast<std::size_t>(j);
+    row += "\t" + std::to_string(at < verdict.n_in_rank.size() ? verdict.n_in_rank[at] : 0);
+  }
+  return row + "\t" + std::to_string(verdict.n_clusters);
+}
+
+std::string clones_head(std::int32_t max_rank) {
+  std::string head = "clone\tname\tn_bands\tn_overlaps";
+  for (std::int32_t j = 2; j <= max_rank; ++j) head += "\tn_rank(" + std::to_string(j) + ")";
+  return head + "\tn_clusters";
+}
+
+} // namespace
+
+std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff) {
+  double value = 0;
+  if (!number_from_text_silent(text, value)) return "Additional cutoff has to be numeric and more than current cutoff";
+  return value > current_cutoff ? "" : "Additional cutoff has to be more than current cutoff";
+}
+
+void class_clone_net_signif::identify_all_Q_connections(const class_net &net, std::int32_t max_rank,
+                                                        class_net &marked_net, std::int16_t index, bool print,
+                                                        const std::filesystem::path &file, std::int32_t &n_Q) {
+  process_frame &frame = context_.frame;
+  frame.step_text_set("Test for Q-coonections");
+  class_net marked;
+  net.create_net_copy(marked);
+  std::optional<result_file> report;
+  if (print) {
+    report.emplace(file.empty() ? frame.path_in_working_folder("\\Q_connections.txt") : file);
+    report->line(overlaps_head);
+  }
+  n_Q = 0;
+  std::vector<std::vector<std::int32_t>> n_clusters(vertices_in_block);
+  const std::string of_edges = " of " + std::to_string(net.number_of_edges_get()) + ", nQ=";
+  const bool completed = for_all_vertices(
+      net, context_.settings.threads,
+      [&](vertex_number v, std::size_t place, net_workspace &workspace) {
+        clusters_of_edges(net, v, max_rank, workspace, n_clusters[place]);
+      },
+      [&](vertex_number v, std::size_t place) {
+        const auto run = net.edges_of_vertex(v);
+        for (std::size_t k = 0; k < run.size(); ++k) {
+          if (n_clusters[place][k] == 1) continue;
+          ++n_Q;
+          marked.change_edge_index(net.adress_of_first_edge_get(v) + static_cast<edge_adress>(k), index);
+          if (report) report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
+        }
+      },
+      [&](vertex_number v) {
+        frame.local_process_text_set(std::to_string(net.adress_of_first_edge_get(v + 1) - 1) + of_edges +
+                                     std::to_string(n_Q));
+        return !frame.stop_requested_get();
+      });
+  if (completed && report) report->commit();
+  if (completed) frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-connections found");
+  marked_net = std::move(marked);
+}
+
+void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::int32_t max_rank, class_net &marked_net,
+                                                   std::int16_t index, bool print,
+                                                   const std::filesystem::path &file_test,
+                                                   const std::filesystem::path &file_Q, std::int32_t &n_Q) {
+  process_frame &frame = context_.frame;
+  const project_settings &settings = context_.settings;
+  frame.step_text_set("Test for Q-clones");
+  class_net marked;
+  net.create_net_copy(marked);
+  std::optional<result_file> test_report, q_report;
+  if (print) {
+    test_report.emplace(file_test.empty() ? frame.path_in_working_folder("\\clone_connection_revision.txt") : file_test);
+    q_report.emplace(file_Q.empty() ? frame.path_in_working_folder("\\Q_clones.txt") : file_Q);
+    test_report->line(clones_head(max_rank));
+    q_report->line("k\t" + clones_head(max_rank));
+  }
+  n_Q = 0;
+  std::vector<clone_verdict> verdicts(vertices_in_block);
+  const std::string of_all = " of " + std::to_string(net.number_of_vertices_get());
+  const bool completed = for_all_vertices(
+      net, settings.threads,
+      [&](vertex_number v, std::size_t place, net_workspace &workspace) {
+        net.vertex_net_characteristics(v, settings.QQ_use_additional_cutoff, settings.QQ_additional_cutoff,
+                                       verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, workspace);
+      },
+      [&](vertex_number v, std::size_t place) {
+        const bool is_Q = verdicts[place].n_clusters >= 2;
+        n_Q += is_Q;
+        if (is_Q) marked.change_vertex_index(v, index);
+        if (!print) return;
+        const std::string row = clone_row(context_.database, v, max_rank, verdicts[place]);
+        test_report->line(row);
+        if (is_Q) q_report->line(std::to_string(n_Q) + "\t" + row);
+      },
+      [&](vertex_number v) {
+        frame.local_process_text_set(std::to_string(v) + of_all);
+        return !frame.stop_requested_get();
+      });
+  if (completed && print) {
+    test_report->commit();
+    q_report->commit();
+  }
+  if (completed) frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-clones found");
+  marked_net = std::move(marked);
+}
+
+// What the form settles: additional cutoff and file. False when its rules refuse them.
+bool class_clone_net_signif::QQ_form(const revision_options &options) {
+  process_frame &frame = context_.frame;
+  project_settings &settings = context_.settings;
+  settings.QQ_use_additional_cutoff = false;
+  const std::string typed = options.additional_cutoff.empty() ? number_text_shortest(settings.cutoff + proposed_step)
+                                                              : options.additional_cutoff;
+  const std::string refused = QQ_additional_cutoff_refused(typed, settings.cutoff);
+  if (!refused.empty()) {
+    frame.message(refused);
+    return false;
+  }
+  double additional = 0;
+  number_from_text_silent(typed, additional);
+  std::filesystem::path file = options.file;
+  if (file.empty())
+    file = frame.save_file_dialog_checked(
+        "Resulted net of significant clone overlaps (without Qs) save to... (in the ORB-specific format)",
+        net_noQQ_file_name(settings, additional), "ORB-Net Signif files (*.ORBns)|*.ORBns");
+  if (file.empty()) return false;
+  settings.QQ_use_additional_cutoff = true;
+  settings.QQ_additional_cutoff = additional;
+  settings.QQ_file = file.string();
+  return true;
+}
+
+bool class_clone_net_signif::revise_connections(const revision_options &options, revision_summary &summary) {
+  process_frame &frame = context_.frame;
+  const project_settings &settings = context_.settings;
+  summary = {};
+  if (!QQ_form(options)) return false;
+  const std::string status = "Revise connections (Q-overlaps & Q-clones)...";
+  const std::filesystem::path file = settings.QQ_file, folder = file.parent_path();
+  frame.process_start(status);
+  frame.step_text_set(settings.QQ_file);
+  frame.log_line(status + " to file " + settings.QQ_file);
+  const std::string base = "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(
+                                          number_text_shortest(settings.cutoff));
+  std::int32_t max_rank = options.max_rank;
+  if (max_rank < 1 || max_rank > largest_rank)
+    max_rank = class_serv_raznoe::parameter_get_fromInputBox_Integer(frame, "max rank connections", "ORB", 1, 1,
+                                                                     largest_rank);
+  // The current net and the file change only when all of the revision is done.
+  class_net marked, revised;
+  bool net_is_revised = false;
+  if (options.q_overlaps) {
+    std::int32_t n_Q = 0;
+    identify_all_Q_connections(net_, max_rank, marked, q_mark, true, folder / (base + "_Q_overlaps.txt"), n_Q);
+    summary.n_q_overlaps = n_Q / 2; // both records of an overlap count
+    marked.create_sub_net_without_edges_index(q_mark, revised);
+    revised.test_neighbours_sorted();
+    net_is_revised = true;
+  }
+  if (options.q_clones && !frame.stop_requested_get()) {
+    identify_all_Q_clones(net_is_revised ? revised : net_, max_rank, marked, q_mark, true,
+                          folder / (base + "_test_of_clones_for_Q.txt"), folder / (base + "_Q_clones.txt"),
+                          summary.n_q_clones);
+    class_net without_Q;
+    marked.create_sub_net_with_disconnected_vertices_index(q_mark, without_Q);
+    revised = std::move(without_Q);
+    net_is_revised = true;
+  }
+  if (frame.stop_requested_get()) {
+    frame.process_stopped_manually();
+    return false;
+  }
+  (net_is_revised ? revised : net_).save_net_type(frame, file);
+  frame.log_line("New net saved to file " + settings.QQ_file);
+  bool ok = false;
+  net_.read_net_type(frame, file, ok, -1);
+  if (ok) net_is_loaded_set();
+  frame.all_panels_reset();
+  if (!ok) return false;
+  summary.completed = true;
+  frame.message("Net of significant clone overlaps is revized");
+  return true;
+}
+
+} // namespace orb

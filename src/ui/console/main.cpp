@@ -1,0 +1,119 @@
+// The program orb: command line in, files and a result line out.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+#include <vector>
+
+#include "commands/commands.h"
+#include "frame/files.h"
+#include "ui/console/command_line.h"
+#include "ui/console/console_front_end.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Where ORB.log lies: $ORB_HOME, else the executable's folder when it can be written, else the user's state folder.
+fs::path program_folder() {
+  if (const char *home = std::getenv("ORB_HOME"); home && *home) {
+    orb::create_folder(home);
+    return home;
+  }
+  std::error_code failed;
+  const fs::path own = fs::read_symlink("/proc/self/exe", failed).parent_path();
+  if (!failed && ::access(own.c_str(), W_OK) == 0) return own;
+  fs::path state;
+  if (const char *folder = std::getenv("XDG_STATE_HOME"); folder && *folder) state = folder;
+  else if (const char *home = std::getenv("HOME"); home && *home) state = fs::path(home) / ".local" / "state";
+  else return fs::temp_directory_path();
+  state /= "orb";
+  orb::create_folder(state);
+  return state;
+}
+
+fs::path log_folder(const orb::command_options &options) {
+  if (!options.log.empty()) return options.log;
+  return options.command == "assemble" || options.command == "contigs" ? options.out : fs::path();
+}
+
+void read_answers(const orb::command_options &options, orb::answer_book &book) {
+  if (options.answers.empty()) return;
+  std::string problem;
+  if (!orb::answer_book::parse(orb::file_bytes(options.answers), book, problem))
+    throw orb::usage_error("--answers: " + problem);
+}
+
+void say_closing_lines(const orb::command_options &options, std::chrono::steady_clock::time_point began) {
+  if (options.quiet) return;
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
+  const double cpu = double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                     double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+  fmt::print(stderr, "ORB {}: {:.1f} s, CPU {:.1f} s, peak memory {:.0f} MiB\n", ORB_VERSION, wall, cpu,
+             double(usage.ru_maxrss) / 1024);
+}
+
+// A result that standard output could not take is a failed output.
+bool standard_output_is_whole() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
+
+orb::exit_status run(orb::command_options &options) {
+  orb::answer_book book;
+  read_answers(options, book);
+  orb::process_frame *frame = nullptr;
+  orb::orb_session session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame), program_folder());
+  frame = &session.frame();
+  if (const fs::path folder = log_folder(options); !folder.empty()) {
+    orb::create_folder(folder);
+    session.frame().log_folder_set(folder);
+  }
+  session.settings().seed = options.seed;
+  session.settings().threads = options.threads;
+  orb::command_streams streams;
+  streams.results = [](const std::string &text) { std::printf("%s\n", text.c_str()); };
+  streams.people = [](const std::string &text) {
+    orb::progress_line_end();
+    std::fprintf(stderr, "%s\n", text.c_str());
+  };
+  orb::exit_status status = orb::run_command(session, options, streams);
+  if (status == orb::exit_status::done && orb::interrupt_was_requested() && session.frame().was_stopped())
+    status = orb::exit_status::stopped;
+  orb::progress_line_end();
+  frame = nullptr;
+  return status;
+}
+
+} // namespace
+
+int main(int count, char **values) {
+  const auto began = std::chrono::steady_clock::now();
+  const std::vector<std::string> arguments(values + 1, values + count);
+  orb::command_options options;
+  const orb::command_line_result parsed = orb::parse_command_line(arguments, options);
+  if (!parsed.run) {
+    std::fputs((parsed.text + (parsed.text.ends_with('\n') ? "" : "\n")).c_str(), parsed.status == 0 ? stdout : stderr);
+    return parsed.status == 0 && !standard_output_is_whole() ? 3 : parsed.status;
+  }
+  options.command_line.assign(values, values + count);
+  orb::interrupts_install();
+  orb::exit_status status = orb::exit_status::done;
+  try {
+    status = run(options);
+  } catch (const orb::usage_error &wrong) {
+    std::fprintf(stderr, "orb %s: %s\n", options.command.c_str(), wrong.what());
+    status = orb::exit_status::wrong_command;
+  } catch (const orb::file_error &failed) {
+    std::fprintf(stderr, "orb %s: %s\n", options.command.c_str(), failed.what());
+    status = orb::exit_status::no_input_or_output;
+  }
+  if (status == orb::exit_status::done) say_closing_lines(options, began);
+  if (!standard_output_is_whole() && status == orb::exit_status::done) {
+    std::fprintf(stderr, "orb %s: standard output can't be written\n", options.command.c_str());
+    status = orb::exit_status::no_input_or_output;
+  }
+  return static_cast<int>(status);
+}
