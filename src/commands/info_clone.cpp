@@ -140,7 +140,8 @@ report report_on_clone(orb_session &session, const std::vector<fs::path> &paths,
     class_DB_of_clones database;
     load_any(session, library, database);
     report entry{{"library", library.string()}};
-    for (clone_number clone : database.clone_number_get_with_repeats(name).members()) {
+    const number_list versions = database.clone_number_get_with_repeats(name);
+    for (clone_number clone : versions.members()) {
       found = true;
       entry["fingerprint"].push_back(bands_of(database, clone));
       for (const fs::path &net : where.nets) entry["overlaps"].push_back(neighbours_in(session, net, database, clone));

@@ -44,16 +44,23 @@ public:
     if (manner_.quiet) return;
     if (terminal_) return redraw(which);
     const bool large = which == panel::process || which == panel::step;
-    if ((large || manner_.verbose) && !text.empty() && !is_resting(text) && text != last_shown_) {
+    if ((large || manner_.verbose) && !text.empty() && !is_resting(text) && is_news(text))
       std::fprintf(stderr, "%s\n", for_terminal(text).c_str());
-      last_shown_ = text;
-    }
   }
 
 private:
   static bool is_resting(const std::string &text) {
     return text == "Process" || text == "Step" || text == "Local process" || text == "Control" ||
            text == "Search for clones";
+  }
+  // A text that differs from the last one only behind its first digit is a counter: one line in a while is enough.
+  bool is_news(const std::string &text) {
+    const auto now = std::chrono::steady_clock::now();
+    const std::string beginning = text.substr(0, text.find_first_of("0123456789"));
+    if (beginning == last_beginning_ && now - drawn_ < std::chrono::seconds(5)) return false;
+    last_beginning_ = beginning;
+    drawn_ = now;
+    return true;
   }
   void redraw(panel which) {
     const auto now = std::chrono::steady_clock::now();
@@ -69,7 +76,7 @@ private:
 
   console_manner manner_;
   bool terminal_;
-  std::string texts_[5], last_shown_;
+  std::string texts_[5], last_beginning_;
   std::chrono::steady_clock::time_point drawn_{};
 };
 
