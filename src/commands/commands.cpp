@@ -2,6 +2,7 @@
 
 #include <array>
 #include <new>
+#include <stdexcept>
 
 namespace orb {
 
@@ -45,6 +46,9 @@ exit_status run_command(orb_session &session, const command_options &options, co
     status = exit_status::no_input_or_output;
   } catch (const std::bad_alloc &) {
     streams.people("orb " + options.command + ": not enough memory");
+    status = exit_status::run_failed;
+  } catch (const std::length_error &wrong) { // more than this build's numbers can count
+    streams.people(std::string("orb ") + options.command + ": " + wrong.what());
     status = exit_status::run_failed;
   } catch (const std::exception &wrong) {
     streams.people("orb " + options.command + ": internal fault: " + wrong.what());

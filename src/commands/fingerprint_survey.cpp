@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <unordered_map>
 
+#include "database/fingerprint_records.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 
@@ -34,7 +35,7 @@ public:
         band(line, value, lines);
       } else {
         if (inside) end_of_record(lines);
-        inside = !number && !line.empty() && line != "-1";
+        inside = !number && !is_blank_line(line);
         if (inside) start_of_record(line);
       }
     }

@@ -203,6 +203,7 @@ report report_on_results(orb_session &session, const fs::path &folder) {
     const input_kind kind = kind_of_input(entry);
     if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net || kind == input_kind::run_folder)
       holds.push_back(report_on(session, entry));
+  for (report &entry : holds) entry.erase("made by"); // told above
   }
   made["holds"] = std::move(holds);
   return made;
@@ -240,7 +241,12 @@ report report_on(orb_session &session, const fs::path &path) {
 
 namespace {
 
-std::string text_of_value(const report &value) { return value.is_string() ? value.get<std::string>() : value.dump(); }
+constexpr std::size_t widest_cell = 60; // of a table; wider values stand in lines of their own
+
+std::string text_of_value(const report &value) {
+  if (value.is_number_float()) return number_text_shortest(value.get<double>());
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
 
 // A list of flat reports with the same fields, as aligned columns.
 std::string table_text(const report &rows, const std::string &indent) {
@@ -270,7 +276,7 @@ bool is_table(const report &value) {
   for (const report &row : value) {
     if (!row.is_object() || row.size() != value.front().size()) return false;
     for (const auto &[name, cell] : row.items())
-      if (cell.is_structured()) return false;
+      if (cell.is_structured() || text_of_value(cell).size() > widest_cell) return false;
   }
   return value.size() > 1 || value.front().size() > 2;
 }

@@ -54,7 +54,7 @@ static input_kind kind_of_file(const fs::path &file) {
   std::ifstream in(file, std::ios::binary);
   std::string first;
   std::getline(in, first);
-  if (first.starts_with("clone\t")) return input_kind::text_net;
+  if (first.starts_with("clone\t") && first.size() > 6 && first[6] >= '1' && first[6] <= '9') return input_kind::text_net;
   return input_kind::other_file;
 }
 

@@ -82,32 +82,49 @@ static void override_library_parameters(orb_session &session, const command_opti
     throw program_end("bands beyond the gel length", exit_status::run_failed);
 }
 
+// The reader that fits INPUT, as a process with a name.
+static bool read_input(orb_session &session, const command_options &options, input_kind kind,
+                       const command_streams &streams) {
+  class_DB_of_clones_read &reader = session.reader();
+  process_frame &frame = session.frame();
+  const bool is_folder = fs::is_directory(options.input);
+  bool loaded = false;
+  frame.all_panels_reset();
+  if (kind == input_kind::library && !options.plain_text) {
+    frame.process_start("Load DB from ORB file");
+    loaded = reader.open_file_with_clones(options.capacity, options.input, true, true, session.database(),
+                                          session.usable_values());
+    if (loaded) override_library_parameters(session, options, streams);
+  } else if (options.plain_text && kind != input_kind::missing && !is_folder) {
+    frame.process_start("Load DB from text file");
+    loaded = reader.open_file_with_clones(options.capacity, options.input, false, true, session.database(),
+                                          session.usable_values());
+  } else {
+    frame.process_start("Load DB from sizes folder");
+    reader.read_database_from_folder_of_sizes_files(options.input, !is_folder, true, loaded, session.database(),
+                                                    session.usable_values());
+  }
+  if (frame.stop_requested_get()) frame.process_stopped_manually();
+  else if (frame.process_is_running()) frame.all_panels_reset();
+  return loaded;
+}
+
 exit_status load_library(orb_session &session, const command_options &options, const command_streams &streams) {
   const input_kind kind = kind_of_input(options.input);
   project_settings &settings = session.settings();
   settings.clone_name_format_input = options.name_format_in;
   settings.clone_name_format_output = options.name_format_out;
   parameter_fields fields = fields_from_options(options);
-  apply_parameters(session.database(), fields, true);
+  apply_parameters(session.database(), fields, false);
 
-  class_DB_of_clones_read &reader = session.reader();
-  bool loaded = false;
-  if (kind == input_kind::library && !options.plain_text) {
-    loaded = reader.open_file_with_clones(options.capacity, options.input, true, true, session.database(),
-                                          session.usable_values());
-    if (loaded) override_library_parameters(session, options, streams);
-  } else if (options.plain_text && kind != input_kind::missing && !fs::is_directory(options.input)) {
-    loaded = reader.open_file_with_clones(options.capacity, options.input, false, true, session.database(),
-                                          session.usable_values());
-  } else {
-    reader.read_database_from_folder_of_sizes_files(options.input, !fs::is_directory(options.input), true, loaded,
-                                                    session.database(), session.usable_values());
-  }
-  if (session.frame().was_stopped() || session.frame().stop_requested_get()) return exit_status::stopped;
+  const bool loaded = read_input(session, options, kind, streams);
+  if (session.frame().was_stopped()) return exit_status::stopped;
+  const std::int32_t n = session.database().total_number_of_clones_get();
   if (loaded) {
-    if (session.database().total_number_of_clones_get() > options.capacity)
+    session.frame().message("Fingerprint data for all of " + std::to_string(n) + " clones are loaded.");
+    if (n > options.capacity)
       streams.people(fmt::format("The library has more clones than the capacity of {}, which was raised to {}.",
-                                 options.capacity, session.database().total_number_of_clones_get()));
+                                 options.capacity, n));
     return exit_status::done;
   }
   const bool nothing_there =

@@ -64,7 +64,9 @@ public:
   const std::string &FullFileNameGet() const { return FullFileName_; }
   void FullFileNameSet(std::string name) { FullFileName_ = std::move(name); }
   void change_edge_index(edge_adress e, std::int16_t value) { edges_[static_cast<std::size_t>(e)].index1 = value; }
-  void change_vertex_index(vertex_number v, std::int16_t value) { vertices_[static_cast<std::size_t>(v)].index = value; }
+  void change_vertex_index(vertex_number v, std::int16_t value) {
+    vertices_[static_cast<std::size_t>(v)].index = value;
+  }
   bool neighbours_are_sorted_get() const { return neighbours_are_sorted_; }
   // True unless a run has a record whose neighbour exceeds the next one's; stores the answer.
   bool test_neighbours_sorted();
@@ -143,8 +145,8 @@ public:
   void calculate_net_diam_and_width_FindBestStartOfDiamPath(bool &connected, std::int32_t &radius,
                                                             std::int32_t &diameter, vertex_number &start,
                                                             bool use_end_width, number_list &end_width) const;
-  void create_one_of_diam_path(process_frame &frame, vertex_number start, const number_list &weights,
-                               number_list &path, number_list &ranks) const;
+  void create_one_of_diam_path(process_frame &frame, vertex_number start, const number_list &weights, number_list &path,
+                               number_list &ranks) const;
   // width -1: not connected (then diameter 0 and the path holds vertex 1 only).
   void calculate_net_diam_and_width(process_frame &frame, bool use_end_width, std::int32_t &radius,
                                     std::int32_t &diameter, number_list &path, std::int32_t &width,

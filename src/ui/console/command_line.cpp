@@ -32,7 +32,7 @@ void add_library_options(CLI::App &app, command_options &options) {
   add_optional<std::int16_t>(app, "--tolerance", options.tolerance, 0, 32000, "tolerance t, in band units", "12");
   add_optional<std::int16_t>(app, "--tolerance-index", options.tolerance_index, 0, 1,
                              "1 compares lengths within t, 0 compares bin numbers", "1");
-  add_optional<double>(app, "--gel-length", options.gel_length, 1.0, 1e7, "gel length L, in band units", "60000");
+  add_optional<double>(app, "--gel-length", options.gel_length, 2.0, 1e7, "gel length L, in band units", "60000");
   add_optional<std::int32_t>(app, "--n-bands", options.n_bands, 1, 1000000000, "N_bands_Sulston", "2250");
   add_optional<std::int32_t>(app, "--preset", options.preset, 1, 5,
                              "tolerance, index, gel length and n-bands of a known kind of data", "none");
