@@ -1,0 +1,321 @@
+#include <gtest/gtest.h>
+
+#include "slow_assembly.h"
+
+using namespace orb_test;
+
+namespace {
+
+const std::string header =
+    "i\tcluster\tn_clones\tcontig\tcutoff\tdiam\twidth\tn_gaps\tn_rank_MTP>1\tUser_remark\tfull_name";
+const std::string details_header = "cluster_name\tn_clones\tn_clones_MTP\tcluster_path\ti\tclone\tclone_name\tn_bands\t"
+                                   "n_common\tcoor_left\tcoor_right\tn_common_coor";
+
+// n clones of `length` bands, each a step further on an axis with a band every 100 units.
+void add_chain(library_data &data, int origin, int n, int length = 20, int step = 5) {
+  for (int k = 0; k < n; ++k) {
+    std::vector<std::int32_t> bands;
+    for (int i = 0; i < length; ++i)
+      bands.push_back(100 * (origin + k * step + i));
+    data.add("K" + std::to_string(origin) + "_" + std::to_string(k + 1), bands);
+  }
+}
+
+lines with_header(const std::string &first, const lines &rest) {
+  lines all{first};
+  all.insert(all.end(), rest.begin(), rest.end());
+  return all;
+}
+
+std::map<std::string, lines> contig_files(const std::filesystem::path &run) {
+  std::map<std::string, lines> found;
+  for (const auto &entry : std::filesystem::recursive_directory_iterator(run)) {
+    const std::string name = std::filesystem::relative(entry.path(), run).generic_string();
+    if (entry.is_regular_file() && name.find('/') != std::string::npos)
+      found[name] = lines_of_file(entry.path());
+  }
+  return found;
+}
+
+class_contig_adapt_clust make_run(contig_session &session, const slow_parameters &p, contig_stages stages = {}) {
+  class_contig_adapt_clust run(*session.signif, std::move(stages));
+  run.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step, p.n_steps, false, 2, 3);
+  return run;
+}
+
+} // namespace
+
+struct random_case {
+  std::uint64_t seed;
+  int n_clones, n_axis;
+  double chimeras, cutoff;
+  slow_parameters parameters;
+  bool fast = true;
+};
+
+TEST(adaptive_clustering, gives_the_files_of_the_slow_formulation) {
+  const random_case cases[] = {
+      {3, 100, 700, 0.2, 7, {40, 6, 1, 1.5, 4}}, {1, 100, 700, 0.2, 7, {40, 6, 1, 1.5, 4}, false},
+      {5, 100, 700, 0.2, 7, {1200, 6, 1, 3, 6}}, {4, 100, 700, 0.2, 7, {40, 2, 1, 2, 2}},
+      {2, 100, 700, 0.2, 7, {1200, 4, 0, 1, 3}}, {9, 80, 150, 0.3, 7, {20, 3, 2, 1, 5}},
+      {6, 100, 700, 0.2, 7, {25, 6, 0, 2, 0}},
+  };
+  for (const random_case &given : cases) {
+    SCOPED_TRACE("seed " + std::to_string(given.seed));
+    const library_data data = random_library(given.seed, given.n_clones, given.n_axis, given.chimeras);
+    contig_session session(data, given.cutoff);
+    session.settings.fast_clustering = given.fast;
+    slow_assembly slow(data, given.cutoff, given.parameters);
+    slow.run();
+    class_contig_adapt_clust run = make_run(session, given.parameters);
+    run.adaptive_clustering_all_run(session.database);
+    const std::filesystem::path folder = session.run();
+    EXPECT_EQ(lines_of_file(folder / "report_clusters.txt"), with_header(header, slow.clusters));
+    EXPECT_EQ(lines_of_file(folder / "report_contigs.txt"), with_header(header, slow.contigs));
+    EXPECT_EQ(lines_of_file(folder / "clones_in_MTP_details.txt"), with_header(details_header, slow.details));
+    EXPECT_EQ(lines_of_file(folder / "clones_in_MTP.txt"), slow.MTP);
+    EXPECT_EQ(lines_of_file(folder / "clones_in_MTP_and_bridges.txt"), slow.bridges);
+    EXPECT_EQ(contig_files(folder), slow.files);
+    EXPECT_EQ(run.result().n_clones_alone, slow.n_clones_alone);
+    EXPECT_TRUE(run.result().completed);
+    EXPECT_EQ(session.settings.cutoff, given.cutoff);
+    EXPECT_GT(slow.clusters.size(), 2u); // the case has something to say
+  }
+}
+
+TEST(adaptive_clustering, leaves_the_reports_of_a_run) {
+  library_data data;
+  add_chain(data, 1, 8);
+  contig_session session(data, 8);
+  class_contig_adapt_clust run = make_run(session, {});
+  run.adaptive_clustering_all_run(session.database);
+  const std::filesystem::path folder = session.run();
+  EXPECT_EQ(run.result().folder, folder);
+  for (const char *name :
+       {"FPC_like.fpc", "FPC_like_pp.fpc", "contig_statistics_1200.txt", "coordinates_of_clones.txt"})
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder / name)) << name;
+  EXPECT_EQ(lines_of_file(folder / "report_contigs.txt")[1], "1\tcl_1\t8\tTrue\t8.00\t5\t1\t0\t0\t\tall");
+  EXPECT_EQ(lines_of_file(folder / "cl_1" / "coor_cl_1.txt")[8],
+            "K1_8\t1\t20"); // the end farthest from the first clone
+  ASSERT_EQ(run.result().clusters.size(), 1u);
+  EXPECT_EQ(run.result().clusters[0].length_bands, 55);
+  EXPECT_TRUE(run.result().clusters[0].is_contig);
+  EXPECT_EQ(session.record.messages.front(), "Adaptive clustering is completed");
+  EXPECT_EQ(session.record.log[0], "Adaptive clustering");
+  EXPECT_EQ(session.record.log[1], "Contigs folder created: " + folder.filename().string());
+  EXPECT_EQ(session.frame->working_folder_get(), session.folder);
+  // The second run of the same second gets a folder of its own.
+  std::filesystem::create_directory(session.folder / "other");
+  run.adaptive_clustering_all_run(session.database);
+  run.adaptive_clustering_all_run(session.database);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(session.folder), {}), 4);
+}
+
+struct edge_case {
+  const char *what;
+  slow_parameters parameters;
+  std::vector<int> chains; // numbers of clones
+  lines clusters;          // rows without the header
+  std::size_t n_contigs;
+  int n_alone;
+};
+
+TEST(adaptive_clustering, edge_cases) {
+  const edge_case cases[] = {
+      {"a library of one clone", {}, {1}, {}, 0, 1},
+      {"all alone", {}, {1, 1, 1}, {"1\tcl_1\t3\tFalse\t8.00\t\t\t\t\tNot connected\tall"}, 0, 3},
+      {"a heap", {}, {5}, {"1\tcl_1\t5\tFalse\t8.00\t3\t1\t0\t0\t\tall"}, 0, 0},
+      {"too large at the top", {4, 2, 1, 3, 0}, {6}, {"1\tcl_1\t6\tTrue\t8.00\t\t\t\t\tToo large\tall"}, 1, 0},
+      {"too large below the top, then apart",
+       {4, 2, 1, 12, 1},
+       {6},
+       {"1\tcl_1\t6\tFalse\t8.00\t\t\t\t\tToo large\tall",
+        "2\tcl_2\t6\tFalse\t20.00\t\t\t\t\tNot connected\tall_pr20.00"},
+       0,
+       6},
+      {"too wide without a ladder: cut once more at the same cutoff, then kept",
+       {100, 2, -1, 3, 0},
+       {6},
+       {"1\tcl_1\t6\tFalse\t8.00\t4\t1\t0\t0\t\tall", "2\tcl_2\t6\tTrue\t8.00\t4\t1\t0\t0\t\tall_pr8.00"},
+       1,
+       0},
+      {"parts of equal size",
+       {},
+       {6, 6},
+       {"1\tcl_1\t12\tFalse\t8.00\t\t\t\t\tNot connected\tall", "2\tcl_2\t6\tTrue\t8.00\t4\t1\t0\t0\t\tall_cl8.00_6_2",
+        "3\tcl_3\t6\tTrue\t8.00\t4\t1\t0\t0\t\tall_cl8.00_6_2"},
+       2,
+       0},
+  };
+  for (const edge_case &given : cases) {
+    SCOPED_TRACE(given.what);
+    library_data data;
+    int origin = 1;
+    for (const int n : given.chains) {
+      add_chain(data, origin, n);
+      origin += 200;
+    }
+    contig_session session(data, 8);
+    class_contig_adapt_clust run = make_run(session, given.parameters);
+    run.adaptive_clustering_all_run(session.database);
+    EXPECT_EQ(lines_of_file(session.run() / "report_clusters.txt"), with_header(header, given.clusters));
+    EXPECT_EQ(lines_of_file(session.run() / "report_contigs.txt").size(), given.n_contigs + 1);
+    EXPECT_EQ(run.result().n_clones_alone, given.n_alone);
+    EXPECT_EQ(std::filesystem::is_regular_file(session.run() / "Heaps" / "cl_1.txt"),
+              data.count() > 1 && data.count() < given.parameters.minimal_cluster_size);
+  }
+}
+
+TEST(adaptive_clustering, stopped_run_keeps_what_was_finished) {
+  library_data data;
+  for (int k = 0; k < 6; ++k)
+    add_chain(data, 1 + 200 * k, 7);
+  slow_assembly slow(data, 8, {});
+  slow.run();
+  for (const std::size_t n_processed : {1u, 4u, 7u}) { // clusters done when the stop comes; 7: all
+    contig_session session(data, 8);
+    session.shown.yield = [&session, n_processed] {
+      const std::string done = "4: " + std::to_string(n_processed);
+      const auto &panels = session.record.panels;
+      if (std::find(panels.begin(), panels.end(), done) != panels.end())
+        session.frame->stop_requested_set(true);
+    };
+    session.make_frame_again();
+    class_contig_adapt_clust run = make_run(session, {});
+    run.adaptive_clustering_all_run(session.database);
+    EXPECT_FALSE(run.result().completed);
+    EXPECT_TRUE(session.frame->was_stopped());
+    EXPECT_EQ(session.settings.cutoff, 8);
+    EXPECT_FALSE(session.frame->process_is_running());
+    EXPECT_EQ(session.record.log.back(), "Adaptive clustering has aborted.");
+    EXPECT_FALSE(std::filesystem::exists(session.run() / "FPC_like.fpc"));
+    const lines rows(slow.clusters.begin(), slow.clusters.begin() + static_cast<std::ptrdiff_t>(n_processed));
+    EXPECT_EQ(lines_of_file(session.run() / "report_clusters.txt"), with_header(header, rows));
+    run_folder finished;
+    ASSERT_TRUE(read_run_folder(*session.frame, session.run(), finished));
+    EXPECT_EQ(finished.clusters.size(), n_processed - 1);
+    for (std::size_t c = 0; c + 1 < n_processed; ++c)
+      EXPECT_EQ(finished.coordinates[c].size(), 7u);
+  }
+}
+
+TEST(adaptive_clustering, a_failing_stage_leaves_cutoff_and_process_in_order) {
+  library_data data;
+  add_chain(data, 1, 8);
+  contig_session session(data, 8);
+  contig_stages stages;
+  stages.print_markers = [&session](class_contig_analysis &) {
+    session.settings.cutoff = 99;
+    throw file_error("can't write", "x", "disk full");
+  };
+  class_contig_adapt_clust run = make_run(session, {}, std::move(stages));
+  EXPECT_THROW(run.adaptive_clustering_all_run(session.database), file_error);
+  EXPECT_EQ(session.settings.cutoff, 8);
+  EXPECT_FALSE(session.frame->process_is_running());
+}
+
+TEST(adaptive_clustering, stages_join_where_they_belong) {
+  library_data data;
+  add_chain(data, 1, 2);
+  add_chain(data, 201, 7);
+  for (const bool gated : {false, true}) {
+    contig_session session(data, 8);
+    lines called;
+    const auto note = [&called](const char *what) {
+      return [&called, what](class_contig_analysis &contig) {
+        called.push_back(contig.cluster_name_get() + " " + what);
+        contig.gaps_NoBuriedORB_set({0, 0, 0, 0, 7});
+      };
+    };
+    contig_stages stages{note("all"), note("markers"), note("coor"), note("net"), note("steps"), note("order")};
+    class_contig_adapt_clust run = make_run(session, {}, std::move(stages));
+    run.detail_control_set(!gated);
+    run.print_all_dist_on_set(!gated);
+    run.adaptive_clustering_all_run(session.database);
+    const lines expected =
+        gated
+            ? lines{"cl_1 markers", "cl_2 markers", "cl_2 coor", "cl_3 markers", "cl_3 coor", "cl_3 net", "cl_3 steps"}
+            : lines{"cl_1 markers", "cl_1 all",  "cl_2 markers", "cl_2 all",   "cl_2 coor", "cl_3 markers",
+                    "cl_3 all",     "cl_3 coor", "cl_3 net",     "cl_3 steps", "cl_3 order"};
+    EXPECT_EQ(called, expected);
+    EXPECT_EQ(lines_of_file(session.run() / "report_contigs.txt").back(),
+              std::string("3\tcl_3\t7\tTrue\t8.00\t4\t1\t") + (gated ? "0" : "7") + "\t0\t\tall_cl8.00_7_2");
+  }
+}
+
+TEST(given_clusters, are_tested_without_cutting) {
+  library_data data;
+  add_chain(data, 1, 6);
+  add_chain(data, 201, 3);
+  for (const bool largest : {false, true}) {
+    contig_session session(data, 8);
+    class_contig_adapt_clust run = make_run(session, {5000, 2, 5000, 0, 0});
+    auto registry = std::make_shared<class_FPCto_import>(*session.frame, session.settings, session.database);
+    registry->clear_all_and_create_cluster_AllDB(1, "a/b", "whole");
+    session.database.contigs_set(registry);
+    if (largest)
+      session.book.add({"Use maximal connected subcluster?", "yes"});
+    run.process_clusters_without_adaptive_clustering_all_run();
+    EXPECT_EQ(session.record.questions[0], "Use maximal connected subcluster?");
+    EXPECT_EQ(session.record.questions[1], "Increase cutoff to make cluster linear (for MTP selection)?");
+    EXPECT_EQ(session.record.messages.front(), "Test of clusters is completed");
+    const lines rows = lines_of_file(session.run() / "report_clusters.txt");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1], largest ? "1\ta/b\t6\tTrue\t8.00\t4\t1\t0\t0\t\t_only_6_of_9_not_all_linked"
+                               : "1\ta/b\t9\tFalse\t8.00\t\t\t\t\tNot connected\t");
+    const std::filesystem::path lost = session.folder / "non_in_a_b.txt";
+    ASSERT_EQ(std::filesystem::exists(lost), largest);
+    if (largest) {
+      EXPECT_EQ(lines_of_file(lost), (lines{"K201_1", "K201_2", "K201_3"}));
+    }
+    run_folder read;
+    ASSERT_TRUE(read_run_folder(*session.frame, session.run(), read));
+    ASSERT_EQ(read.clusters.size(), 1u); // kept as it is, whatever the test said
+    EXPECT_EQ(read.clones[0].size(), largest ? 6u : 9u);
+  }
+}
+
+struct rise_case {
+  library_data data;
+  double cutoff;
+  std::string row; // begins so
+  std::string end; // ends so
+};
+
+TEST(given_clusters, cutoff_rises_until_few_clones_stray) {
+  // A chain that hangs together by 15 common bands, with six arms of three clones that hang on by 9: at 10 the arms
+  // fall off before fewer clones stray, so the old cutoff stands.
+  library_data arms;
+  add_chain(arms, 1, 12);
+  int fresh = 2000;
+  for (int arm = 0; arm < 6; ++arm) {
+    std::vector<std::int32_t> before = arms.bands[static_cast<std::size_t>(4 + arm)];
+    for (int k = 0; k < 3; ++k) {
+      std::vector<std::int32_t> bands(before.end() - 9, before.end());
+      for (int i = 0; i < 11; ++i)
+        bands.push_back(100 * ++fresh);
+      arms.add("A" + std::to_string(arm) + "_" + std::to_string(k), bands);
+      before = arms.bands.back();
+    }
+  }
+  const rise_case cases[] = {
+      {arms, 8, "1\tx\t30\tTrue\t8.00\t9\t3\t", "\t\t"},
+      {random_library(41, 60, 100, 0.3), 5, "1\tx\t58\tTrue\t7.00\t4\t1\t",
+       "_only_58_of_60_not_all_linked_cutoff_increased_from_5.00_to_7.00"},
+  };
+  for (const rise_case &given : cases) {
+    contig_session session(given.data, given.cutoff);
+    class_contig_adapt_clust run = make_run(session, {5000, 2, 5000, 0, 0});
+    auto registry = std::make_shared<class_FPCto_import>(*session.frame, session.settings, session.database);
+    registry->clear_all_and_create_cluster_AllDB(1, "x", "whole");
+    session.database.contigs_set(registry);
+    session.book.add({"Use maximal", "yes"});
+    session.book.add({"Increase cutoff", "yes"});
+    run.process_clusters_without_adaptive_clustering({"", "none", "x"}, 2, session.database);
+    const lines rows = lines_of_file(session.run() / "report_clusters.txt");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1].substr(0, given.row.size()), given.row);
+    EXPECT_EQ(rows[1].substr(rows[1].size() - given.end.size()), given.end);
+    EXPECT_EQ(session.settings.cutoff, given.cutoff);
+  }
+}
