@@ -12,7 +12,7 @@ endif()
 
 add_library(orb_flags INTERFACE)
 target_compile_features(orb_flags INTERFACE cxx_std_20)
-target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Werror=return-type)
+target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wno-restrict -Werror=return-type)
 target_include_directories(orb_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_definitions(orb_flags INTERFACE ORB_VERSION="${PROJECT_VERSION}")
 target_link_libraries(orb_flags INTERFACE Threads::Threads)

@@ -203,7 +203,7 @@ report report_on_results(orb_session &session, const fs::path &folder) {
     const input_kind kind = kind_of_input(entry);
     if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net || kind == input_kind::run_folder)
       holds.push_back(report_on(session, entry));
-  for (report &entry : holds) entry.erase("made by"); // told above
+  for (report &held : holds) held.erase("made by"); // told above
   }
   made["holds"] = std::move(holds);
   return made;

@@ -15,7 +15,7 @@ namespace orb {
 
 // What a load gathers beside the clones; goes to the user's objects only when the load succeeds.
 struct band_statistics {
-  std::vector<std::int32_t> histogram;         // (c): records of c bands, c from 1; (0): see below
+  std::vector<std::int32_t> histogram; // (c): records of c bands, c from 1; (0): see below
   std::int32_t min_n_different_bands_in_clone = 0;
   std::int32_t n_records = 0;
 };

@@ -9,7 +9,9 @@ namespace orb {
 
 namespace {
 
-std::size_t place(std::int32_t i) { return static_cast<std::size_t>(i); }
+std::size_t place(std::int32_t i) {
+  return static_cast<std::size_t>(i);
+}
 
 } // namespace
 
@@ -25,7 +27,8 @@ clone_number class_DB_of_clones::clone_name_sorted_initial_adress_get(std::int32
 // but always the same one.
 std::int32_t class_DB_of_clones::clone_name_sorted_find(std::string_view name) const {
   const auto n = static_cast<std::int32_t>(clone_name_sorted_.size()) - 1;
-  if (n < 1) return -1;
+  if (n < 1)
+    return -1;
   bool found = false;
   std::int32_t position = 0;
   class_serv_raznoe::finnd_in_partially_ordered_list_string(name, clone_name_sorted_, found, position, 1, n);
@@ -38,14 +41,16 @@ clone_number class_DB_of_clones::clone_number_get(std::string_view name) const {
     return position > 0 ? clone_name_sorted_initial_adress_get(position) : -1;
   }
   for (clone_number i = 1; i <= total_number_of_clones_; ++i)
-    if (name_of_clone_get(i) == name) return i;
+    if (name_of_clone_get(i) == name)
+      return i;
   return -1;
 }
 
 number_list class_DB_of_clones::clone_number_get_with_repeats(std::string_view name) const {
   number_list clones;
   const std::int32_t hit = clone_name_sorted_is_created_ ? clone_name_sorted_find(name) : -1;
-  if (hit < 1) return clones;
+  if (hit < 1)
+    return clones;
   if (nRepeatsCloneName_get(clone_name_sorted_initial_adress_get(hit)) == 1)
     return number_list{clone_name_sorted_initial_adress_get(hit)};
   const auto run = std::equal_range(clone_name_sorted_.begin() + 1, clone_name_sorted_.end(), name);
@@ -67,13 +72,16 @@ void class_DB_of_clones::sort_clones_by_name(process_frame &frame) {
     clone_name_sorted_is_created_ = true;
     std::vector<std::int32_t> runs; // pairs: first place of a run of equal names, its size
     for (std::int32_t i = 2; i <= n; ++i) {
-      if (clone_name_sorted_get(i) != clone_name_sorted_get(i - 1)) continue;
-      if (runs.empty() || runs[runs.size() - 2] + runs.back() != i) runs.insert(runs.end(), {i - 1, 1});
+      if (clone_name_sorted_get(i) != clone_name_sorted_get(i - 1))
+        continue;
+      if (runs.empty() || runs[runs.size() - 2] + runs.back() != i)
+        runs.insert(runs.end(), {i - 1, 1});
       ++runs.back();
     }
     IsDBContainRepeatsCloneNames_ = !runs.empty();
     nRepeatsCloneName_.clear();
-    if (!runs.empty()) note_repeated_names(frame, runs);
+    if (!runs.empty())
+      note_repeated_names(frame, runs);
   }
   frame.local_process_text_reset();
 }
@@ -104,14 +112,18 @@ void class_DB_of_clones::list_of_clones_in_line_get(std::string_view text, numbe
                                                     std::vector<std::string> &unknown_names,
                                                     std::int32_t &n_unknown) const {
   clones.clear();
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  while (!text.empty() && text.front() == ' ')
+    text.remove_prefix(1);
+  while (!text.empty() && text.back() == ' ')
+    text.remove_suffix(1);
   std::string name;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool comma = text[i] == ',' || text[i] == ';' || text[i] == ' ';
-    if (!comma) name += text[i];
+    if (!comma)
+      name += text[i];
     // A name of one character is deliberately not closed: it runs on into the next.
-    if ((!comma && i + 1 < text.size()) || name.size() < 2) continue;
+    if ((!comma && i + 1 < text.size()) || name.size() < 2)
+      continue;
     const clone_number clone = clone_number_get(name);
     if (clone >= 1) {
       clones.add(clone);

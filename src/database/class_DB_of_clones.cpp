@@ -16,11 +16,15 @@ constexpr std::int64_t large_number_of_bands = 70000000;
 // Room taken at once by a number that was merely declared.
 constexpr std::int64_t most_reserved = 1 << 16;
 
-std::size_t place(std::int32_t i) { return static_cast<std::size_t>(i); }
+std::size_t place(std::int32_t i) {
+  return static_cast<std::size_t>(i);
+}
 
 std::int32_t whole_in_32_bits(double value) {
-  constexpr double largest = std::numeric_limits<std::int32_t>::max(), smallest = std::numeric_limits<std::int32_t>::min();
-  if (!(value > smallest)) return std::numeric_limits<std::int32_t>::min(); // no number at all as well
+  constexpr double largest = std::numeric_limits<std::int32_t>::max(),
+                   smallest = std::numeric_limits<std::int32_t>::min();
+  if (!(value > smallest))
+    return std::numeric_limits<std::int32_t>::min(); // no number at all as well
   return value >= largest ? std::numeric_limits<std::int32_t>::max() : static_cast<std::int32_t>(value);
 }
 
@@ -72,20 +76,23 @@ const std::string &class_DB_of_clones::name_of_clone_get(clone_number clone) con
 }
 
 void class_DB_of_clones::name_of_clone_set(clone_number clone, std::string name) {
-  if (place(clone) >= name_of_clone_.size()) name_of_clone_.resize(place(clone) + 1);
+  if (place(clone) >= name_of_clone_.size())
+    name_of_clone_.resize(place(clone) + 1);
   name_of_clone_[place(clone)] = std::move(name);
 }
 
 std::vector<std::string> class_DB_of_clones::create_list_of_all_clone_names() const {
   std::vector<std::string> names(place(total_number_of_clones_) + 1);
-  for (clone_number i = 1; i <= total_number_of_clones_; ++i) names[place(i)] = name_of_clone_get(i);
+  for (clone_number i = 1; i <= total_number_of_clones_; ++i)
+    names[place(i)] = name_of_clone_get(i);
   return names;
 }
 
 // ---- bands ---------------------------------------------------------------------------------------------------------
 
 void class_DB_of_clones::number_of_bands_in_clone_set(clone_number clone, std::int32_t count) {
-  if (first_band_adress_.size() < place(clone) + 2) first_band_adress_.resize(place(clone) + 2, next_free_band_adress_);
+  if (first_band_adress_.size() < place(clone) + 2)
+    first_band_adress_.resize(place(clone) + 2, next_free_band_adress_);
   next_free_band_adress_ = first_band_adress_[place(clone)] + count;
   first_band_adress_[place(clone) + 1] = next_free_band_adress_;
 }
@@ -93,7 +100,8 @@ void class_DB_of_clones::number_of_bands_in_clone_set(clone_number clone, std::i
 std::span<const band_value> class_DB_of_clones::bands_of_clone(clone_number clone) const {
   const std::size_t first = place(first_band_adress_get(clone));
   const std::size_t count = place(number_of_bands_in_clone_get(clone));
-  if (first + count > band_index_or_length_Lng_.size()) return {}; // the bands were given back
+  if (first + count > band_index_or_length_Lng_.size())
+    return {}; // the bands were given back
   return {band_index_or_length_Lng_.data() + first, count};
 }
 
@@ -117,7 +125,8 @@ void class_DB_of_clones::band_index_or_length_Lng_for_band_of_clone_set(clone_nu
 void class_DB_of_clones::ListOfBands_from_real_database_fast_all_bands_get(clone_number clone, std::int32_t &count,
                                                                            number_list &list) const {
   count = number_of_bands_in_clone_get(clone);
-  if (list.count() != count) list.resize(count);
+  if (list.count() != count)
+    list.resize(count);
   const std::span<const band_value> bands = bands_of_clone(clone);
   if (index_of_band_type_ == 0 || index_of_band_type_ == 1)
     std::copy(bands.begin(), bands.end(), list.members().begin());
@@ -136,7 +145,9 @@ void class_DB_of_clones::ListOfBands_from_real_database_fast_all_bands_set(clone
     std::copy(bands.begin(), bands.end(), band_index_or_length_Lng_.begin() + first_band_adress_get(clone));
 }
 
-void class_DB_of_clones::killbands() { band_index_or_length_Lng_ = std::vector<band_value>(1, 0); }
+void class_DB_of_clones::killbands() {
+  band_index_or_length_Lng_ = std::vector<band_value>(1, 0);
+}
 
 // ---- parameters ----------------------------------------------------------------------------------------------------
 
@@ -153,8 +164,10 @@ void class_DB_of_clones::parameters_from(const class_DB_of_clones &other) {
 void class_DB_of_clones::tollerance_parameters_set(std::int16_t t, std::int16_t index) {
   tollerance_ = t;
   taking_tollerance_into_account_index_ = index;
-  if (index == 0) index_of_band_type_ = 1;
-  if (index == 1) index_of_band_type_ = 0;
+  if (index == 0)
+    index_of_band_type_ = 1;
+  if (index == 1)
+    index_of_band_type_ = 0;
 }
 
 void class_DB_of_clones::total_number_of_different_bands_set_by_eff_len(double length) {
@@ -164,14 +177,18 @@ void class_DB_of_clones::total_number_of_different_bands_set_by_eff_len(double l
 }
 
 std::int32_t class_DB_of_clones::BandNumber_for_given_BandLength(double length) const {
-  if (taking_tollerance_into_account_index_ != 0) return whole_in_32_bits(std::floor(length));
-  if (tollerance_ >= 1) return whole_in_32_bits(std::floor(length / (2.0 * tollerance_)) + 1);
+  if (taking_tollerance_into_account_index_ != 0)
+    return whole_in_32_bits(std::floor(length));
+  if (tollerance_ >= 1)
+    return whole_in_32_bits(std::floor(length / (2.0 * tollerance_)) + 1);
   return whole_in_32_bits(std::floor(length) + 1);
 }
 
 double class_DB_of_clones::BandLength_for_given_BandNumber(std::int32_t number) const {
-  if (taking_tollerance_into_account_index_ != 0) return number;
-  if (tollerance_ >= 1) return (static_cast<double>(number) - 1) * tollerance_ * 2;
+  if (taking_tollerance_into_account_index_ != 0)
+    return number;
+  if (tollerance_ >= 1)
+    return (static_cast<double>(number) - 1) * tollerance_ * 2;
   return static_cast<double>(number) - 1;
 }
 
@@ -202,12 +219,15 @@ std::int32_t class_DB_of_clones::band_number_FPC_get(process_frame &frame, std::
 std::vector<double> class_DB_of_clones::create_band_FPC_frequency_in_clones(process_frame &frame) const {
   std::vector<double> frequency(place(std::max(total_number_of_different_bands_FPC_, 0)) + 1, 0);
   for (band_adress i = 1; i < first_band_adress_get(total_number_of_clones_ + 1); ++i) {
-    if (place(i) >= band_index_or_length_Lng_.size()) break;
+    if (place(i) >= band_index_or_length_Lng_.size())
+      break;
     const std::int32_t number = band_number_FPC_get(frame, band_index_or_length_Lng_[place(i)]);
-    if (number >= 1) frequency[place(number)] += 1; // positions in the first gap have no place to be counted
+    if (number >= 1)
+      frequency[place(number)] += 1; // positions in the first gap have no place to be counted
   }
   if (total_number_of_clones_ > 0)
-    for (double &value : frequency) value /= total_number_of_clones_;
+    for (double &value : frequency)
+      value /= total_number_of_clones_;
   return frequency;
 }
 
@@ -220,8 +240,10 @@ class checksum_of_numbers {
 public:
   void add(std::int32_t number) {
     const auto bits = static_cast<std::uint32_t>(number);
-    for (int shift = 0; shift < 32; shift += 8) buffer_ += static_cast<char>(bits >> shift & 255U);
-    if (buffer_.size() >= 65536) flush();
+    for (int shift = 0; shift < 32; shift += 8)
+      buffer_ += static_cast<char>(bits >> shift & 255U);
+    if (buffer_.size() >= 65536)
+      flush();
   }
   void add(std::string_view text) {
     add(static_cast<std::int32_t>(text.size()));
@@ -248,10 +270,13 @@ std::uint32_t library_checksum(const class_DB_of_clones &database) {
   checksum_of_numbers checksum;
   checksum.add(n);
   checksum.add(database.index_of_band_type_get());
-  for (clone_number i = 1; i <= n; ++i) checksum.add(database.name_of_clone_get(i));
-  for (clone_number i = 1; i <= n + 1; ++i) checksum.add(database.first_band_adress_get(i));
   for (clone_number i = 1; i <= n; ++i)
-    for (const band_value band : database.bands_of_clone(i)) checksum.add(band);
+    checksum.add(database.name_of_clone_get(i));
+  for (clone_number i = 1; i <= n + 1; ++i)
+    checksum.add(database.first_band_adress_get(i));
+  for (clone_number i = 1; i <= n; ++i)
+    for (const band_value band : database.bands_of_clone(i))
+      checksum.add(band);
   return checksum.result();
 }
 

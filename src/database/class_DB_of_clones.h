@@ -66,7 +66,8 @@ public:
     return first_band_adress_[static_cast<std::size_t>(clone)];
   }
   std::int32_t number_of_bands_in_clone_get(clone_number clone) const {
-    return first_band_adress_[static_cast<std::size_t>(clone) + 1] - first_band_adress_[static_cast<std::size_t>(clone)];
+    return first_band_adress_[static_cast<std::size_t>(clone) + 1] -
+           first_band_adress_[static_cast<std::size_t>(clone)];
   }
   // Clones must be set in ascending order.
   void number_of_bands_in_clone_set(clone_number clone, std::int32_t count);
@@ -80,7 +81,8 @@ public:
   void killbands();
   // False once `killbands` gave them back.
   bool bands_are_there() const {
-    return band_index_or_length_Lng_.size() > static_cast<std::size_t>(first_band_adress_get(total_number_of_clones_ + 1));
+    return band_index_or_length_Lng_.size() >
+           static_cast<std::size_t>(first_band_adress_get(total_number_of_clones_ + 1));
   }
   // The bands of a clone in the flat array, ascending.
   std::span<const band_value> bands_of_clone(clone_number clone) const;
@@ -137,9 +139,9 @@ public:
   // Common bands of a pair (greedy merge of two ascending lists; each band is used once).
   void number_of_band_overlaps_fast_tolr_index1(clone_number clone_1, clone_number clone_2, std::int32_t &n_bands_1,
                                                 std::int32_t &n_bands_2, double &common, std::int32_t t) const;
-  void number_of_band_overlaps_fast_tolr_index1_JK(clone_number clone_1, clone_number clone_2,
-                                                   std::int32_t &n_bands_1, std::int32_t &n_bands_2, double &common,
-                                                   std::int32_t t, const class_usable_values &usable_values) const;
+  void number_of_band_overlaps_fast_tolr_index1_JK(clone_number clone_1, clone_number clone_2, std::int32_t &n_bands_1,
+                                                   std::int32_t &n_bands_2, double &common, std::int32_t t,
+                                                   const class_usable_values &usable_values) const;
   // Bands of clone c that match a band of a or of b. The first two counts are both the number of bands of a, the third
   // that of b: deliberate.
   void number_of_band_overlaps_fast_tolr_index1_with_pair(clone_number c, clone_number a, clone_number b,

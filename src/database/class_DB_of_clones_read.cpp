@@ -32,11 +32,13 @@ void class_DB_of_clones_read::replace_database(class_DB_of_clones &fresh, bool s
   }
   if (!store) { // as many clones without names and bands
     fresh.room_for(n, 0);
-    for (clone_number i = 1; i <= n; ++i) fresh.ListOfBands_from_real_database_fast_all_bands_set(i, {});
+    for (clone_number i = 1; i <= n; ++i)
+      fresh.ListOfBands_from_real_database_fast_all_bands_set(i, {});
   }
   fresh.contigs_set(database.contigs());
   database = std::move(fresh);
-  if (loaded_) loaded_();
+  if (loaded_)
+    loaded_();
 }
 
 void class_DB_of_clones_read::finish_load(class_DB_of_clones &database, band_statistics &statistics,
@@ -47,17 +49,20 @@ void class_DB_of_clones_read::finish_load(class_DB_of_clones &database, band_sta
   usable_values.inicialize_buffer(database);
 }
 
-// ---- text and library files ------------------------------------------------------------------------------------------
+// ---- text and library files
+// ------------------------------------------------------------------------------------------
 
 bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity, fs::path file, bool library_format,
                                                     bool store, class_DB_of_clones &database,
                                                     class_usable_values &usable_values) {
   if (file.empty()) {
-    if (library_format) frame_.file_filter_set("ORB-specific files (*.ORB)|*.ORB|ORB-DB files (*.ORBdb)|*.ORBdb");
+    if (library_format)
+      frame_.file_filter_set("ORB-specific files (*.ORB)|*.ORB|ORB-DB files (*.ORBdb)|*.ORBdb");
     file = frame_.open_file_dialog("Open file with all clones");
     frame_.file_filter_set("");
   }
-  if (file.empty()) return false;
+  if (file.empty())
+    return false;
   summary_ = {};
   class_DB_of_clones fresh;
   fresh.max_number_of_real_clones_set(clone_capacity > 0 ? clone_capacity : database.max_number_of_real_clones_get());
@@ -74,14 +79,16 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
     fresh.max_number_of_real_clones_set(capacity);
     read = read_plain_text_file(frame_, settings_, file, store, fresh, statistics);
   }
-  if (frame_.stop_requested_get()) return false;
+  if (frame_.stop_requested_get())
+    return false;
   if (read && fresh.total_number_of_clones_get() < 1)
     read = refuse("NB! No clones was readen!\r\nfile " + file.string());
   if (read) {
     summary_.n_files = 1;
     summary_.n_records = fresh.total_number_of_clones_get();
     if (!library_format) {
-      if (store) fresh.sort_clones_by_name(frame_);
+      if (store)
+        fresh.sort_clones_by_name(frame_);
       finish_load(fresh, statistics, usable_values);
     }
     replace_database(fresh, store || library_format, database);
@@ -90,11 +97,13 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
   return read;
 }
 
-// ---- folders of .sizes files -----------------------------------------------------------------------------------------
+// ---- folders of .sizes files
+// -----------------------------------------------------------------------------------------
 
 // Without a path: the file dialogs. A file for a single file, else its folder; empty when cancelled.
 fs::path class_DB_of_clones_read::path_from_dialog(bool single_file) {
-  if (single_file) return frame_.open_file_dialog("Open single file with bands");
+  if (single_file)
+    return frame_.open_file_dialog("Open single file with bands");
   frame_.file_filter_set("Sizes files |*.sizes|All files|*.*");
   const fs::path chosen = frame_.open_file_dialog("Open any file with bands from folder");
   std::error_code failed;
@@ -108,10 +117,13 @@ static std::string text_of_folder_contents(const fs::path &folder) {
   std::error_code failed;
   for (const fs::directory_entry &entry : fs::directory_iterator(folder, failed))
     names.push_back(entry.path().filename().string() + (entry.is_directory(failed) ? "/" : ""));
-  if (names.empty()) return "it is empty";
+  if (names.empty())
+    return "it is empty";
   std::sort(names.begin(), names.end());
-  std::string text = std::to_string(names.size()) + (names.size() == 1 ? " entry lies there: " : " entries lie there: ");
-  for (std::size_t i = 0; i < std::min(names.size(), most_shown); ++i) text += (i > 0 ? ", " : "") + names[i];
+  std::string text =
+      std::to_string(names.size()) + (names.size() == 1 ? " entry lies there: " : " entries lie there: ");
+  for (std::size_t i = 0; i < std::min(names.size(), most_shown); ++i)
+    text += (i > 0 ? ", " : "") + names[i];
   return names.size() > most_shown ? text + ", ..." : text;
 }
 
@@ -123,7 +135,8 @@ std::vector<fs::path> class_DB_of_clones_read::files_of_path(const fs::path &pat
     refuse(from_dialog ? "File " + path.string() + " not found!" : "Path " + path.string() + " not found!");
     return {};
   }
-  if (fs::is_regular_file(status)) return {path};
+  if (fs::is_regular_file(status))
+    return {path};
   if (!fs::is_directory(status)) {
     refuse("Can't read from archive " + path.string() + "!");
     return {};
@@ -182,22 +195,28 @@ void class_DB_of_clones_read::order_and_store(const fingerprint_records &records
 
 bool class_DB_of_clones_read::read_files(std::vector<fs::path> files, bool store, class_DB_of_clones &fresh,
                                          band_statistics &statistics) {
-  if (const std::string wrong = wrong_band_axis(fresh); !wrong.empty()) return refuse(wrong);
+  if (const std::string wrong = wrong_band_axis(fresh); !wrong.empty())
+    return refuse(wrong);
   std::int64_t total_bytes = 0;
-  if (!only_readable_files(files, total_bytes)) return false;
+  if (!only_readable_files(files, total_bytes))
+    return false;
   summary_.n_files = static_cast<std::int32_t>(files.size());
   prepare_band_statistics(fresh, statistics);
-  if (store) fresh.inicalise_database(frame_, 0, 0);
+  if (store)
+    fresh.inicalise_database(frame_, 0, 0);
   frame_.local_process_text_set("Started...");
   fingerprint_records records;
   sizes_file_reader reader(frame_, settings_, fresh, records, statistics, total_bytes);
   for (const fs::path &file : files) {
-    if (!reader.read_file(file)) return false;
-    if (frame_.stop_requested_get()) return false;
+    if (!reader.read_file(file))
+      return false;
+    if (frame_.stop_requested_get())
+      return false;
   }
   frame_.local_process_text_set("Ordering and testing...");
   summary_.n_records = static_cast<std::int32_t>(records.count());
-  if (records.count() == 0) return refuse("NB! No clones was readen!");
+  if (records.count() == 0)
+    return refuse("NB! No clones was readen!");
   if (store)
     order_and_store(records, fresh);
   else
@@ -211,17 +230,21 @@ void class_DB_of_clones_read::read_database_from_folder_of_sizes_files(fs::path 
   success = false;
   summary_ = {};
   const bool from_dialog = path.empty();
-  if (from_dialog) path = path_from_dialog(single_file);
-  if (path.empty()) return;
+  if (from_dialog)
+    path = path_from_dialog(single_file);
+  if (path.empty())
+    return;
   const std::vector<fs::path> files = files_of_path(path, from_dialog);
-  if (files.empty()) return;
+  if (files.empty())
+    return;
   frame_.log_line(path.string() + " " + frame_.process_name_get());
   frame_.step_text_set("Folder: " + (fs::is_directory(path) ? path : path.parent_path()).string());
   class_DB_of_clones fresh;
   fresh.parameters_from(database);
   band_statistics statistics;
   success = read_files(files, store, fresh, statistics);
-  if (!success) return;
+  if (!success)
+    return;
   finish_load(fresh, statistics, usable_values);
   replace_database(fresh, store, database);
 }

@@ -17,9 +17,9 @@ struct band_statistics;
 
 // What a load found, for summaries.
 struct load_summary {
-  std::int32_t n_records = 0;         // fingerprint records read
-  std::int32_t n_repeated = 0;        // records that had exact copies
-  std::int32_t n_copies_dropped = 0;  // exact copies left out
+  std::int32_t n_records = 0;        // fingerprint records read
+  std::int32_t n_repeated = 0;       // records that had exact copies
+  std::int32_t n_copies_dropped = 0; // exact copies left out
   std::int32_t n_files = 0;
 };
 
@@ -40,9 +40,8 @@ public:
                              class_DB_of_clones &database, class_usable_values &usable_values);
   // A folder of .sizes files, or one file of any name; clones in the order of their header lines, exact copies
   // dropped. An empty path asks.
-  void read_database_from_folder_of_sizes_files(std::filesystem::path path, bool single_file, bool store,
-                                                bool &success, class_DB_of_clones &database,
-                                                class_usable_values &usable_values);
+  void read_database_from_folder_of_sizes_files(std::filesystem::path path, bool single_file, bool store, bool &success,
+                                                class_DB_of_clones &database, class_usable_values &usable_values);
   const load_summary &summary() const { return summary_; }
 
 private:

@@ -51,8 +51,10 @@ void class_DB_of_clones::number_of_band_overlaps_fast_tolr_index1_JK(clone_numbe
                                                                      const class_usable_values &usable_values) const {
   const std::span<const band_value> a = bands_of_clone(clone_1), b = bands_of_clone(clone_2);
   n_bands_1 = n_bands_2 = 0;
-  for (const band_value band : a) n_bands_1 += usable_values.band_is_not_excluded_get(band);
-  for (const band_value band : b) n_bands_2 += usable_values.band_is_not_excluded_get(band);
+  for (const band_value band : a)
+    n_bands_1 += usable_values.band_is_not_excluded_get(band);
+  for (const band_value band : b)
+    n_bands_2 += usable_values.band_is_not_excluded_get(band);
   std::int32_t n = 0;
   // An excluded band still takes its partner: only the count leaves the pair out.
   merge_within(a, b, t, [&](band_value band_1, band_value band_2) {
@@ -71,7 +73,8 @@ void class_DB_of_clones::number_of_band_overlaps_fast_tolr_index1_with_pair(clon
   count_3 = number_of_bands_in_clone_get(b);
   std::int32_t n = 0;
   std::size_t i = 0, j = 0, k = 0;
-  while (i < of_c.size() && j < of_a.size() && k < of_b.size()) { // ends with the first list that is used up: deliberate
+  while (i < of_c.size() && j < of_a.size() &&
+         k < of_b.size()) { // ends with the first list that is used up: deliberate
     const std::int64_t to_a = static_cast<std::int64_t>(of_a[j]) - of_c[i];
     const std::int64_t to_b = static_cast<std::int64_t>(of_b[k]) - of_c[i];
     const bool match_a = std::llabs(to_a) <= t, match_b = std::llabs(to_b) <= t;

@@ -37,7 +37,8 @@ void class_markers::marker_number_for_given_marker_name(std::string_view name, s
   const auto known = marker_of_name_.find(std::string(name));
   is_new = known == marker_of_name_.end();
   marker = is_new ? -1 : known->second;
-  if (!is_new || !add_if_new) return;
+  if (!is_new || !add_if_new)
+    return;
   name_of_marker_.emplace_back(name);
   position_of_marker_.emplace_back();
   marker = total_number_of_markers_get();
@@ -49,7 +50,8 @@ void class_markers::add_clone_with_markers_new(process_frame &frame, clone_numbe
                                                number_list &numbers, std::vector<bool> &is_new) {
   numbers.clear();
   is_new.assign(static_cast<std::size_t>(n) + 1, false);
-  if (!clones_with_markers_.add_member(clone)) return;
+  if (!clones_with_markers_.add_member(clone))
+    return;
   const std::int32_t place = clones_with_markers_.n_members_in_list_get();
   for (std::int32_t i = 1; i <= n; ++i) {
     std::int32_t marker = -1;
@@ -69,8 +71,7 @@ void class_markers::finish_of_adding() {
   clones_of_marker_.sort_array_of_sets();
 }
 
-void class_markers::number_of_common_markers(clone_number clone_1, clone_number clone_2,
-                                             std::int32_t &n_common) const {
+void class_markers::number_of_common_markers(clone_number clone_1, clone_number clone_2, std::int32_t &n_common) const {
   const std::span<const std::int32_t> a = markers_of_clone(clone_1), b = markers_of_clone(clone_2);
   n_common = 0;
   for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
@@ -104,7 +105,8 @@ void class_markers::create_marker_presence_for_clone_and_list_of_markers(process
                                                                          std::vector<bool> &present) const {
   position_table place;
   place.start(total_number_of_markers_get());
-  for (std::int32_t i = markers.count(); i >= 1; --i) place.set(markers(i), i);
+  for (std::int32_t i = markers.count(); i >= 1; --i)
+    place.set(markers(i), i);
   present.assign(static_cast<std::size_t>(markers.count()) + 1, false);
   for (const std::int32_t marker : markers_of_clone(clone)) {
     if (place.has(marker))
@@ -119,7 +121,8 @@ void class_markers::print_marker_presence_for_list_of_clones(process_frame &fram
                                                              const number_list &list, std::int32_t n,
                                                              std::filesystem::path file,
                                                              const std::string &caption) const {
-  if (file.empty()) file = frame.path_in_working_folder("\\Consec_markers_" + caption + ".txt");
+  if (file.empty())
+    file = frame.path_in_working_folder("\\Consec_markers_" + caption + ".txt");
   number_list markers;
   create_list_of_markers_for_list_of_clones(list, n, markers);
   result_file table(file);
@@ -129,7 +132,8 @@ void class_markers::print_marker_presence_for_list_of_clones(process_frame &fram
     std::string row = database.name_of_clone_get(list(i));
     for (std::int32_t k = 1; k <= markers.count(); ++k) {
       row += '\t';
-      if (present[static_cast<std::size_t>(k)]) row += name_of_marker_get(markers(k));
+      if (present[static_cast<std::size_t>(k)])
+        row += name_of_marker_get(markers(k));
     }
     table.line(row);
   }
@@ -154,7 +158,8 @@ void class_markers::string_of_zones(const number_list &list, std::string &text) 
   create_list_of_marker_position_for_list_of_clones(list, positions, n);
   text = "Zones of markers:";
   for (std::int32_t i = 1; i <= n; ++i)
-    if (!positions[static_cast<std::size_t>(i)].empty()) text += "\t" + positions[static_cast<std::size_t>(i)];
+    if (!positions[static_cast<std::size_t>(i)].empty())
+      text += "\t" + positions[static_cast<std::size_t>(i)];
 }
 
 void class_markers::create_marker_presence_in_list_of_marker_names(process_frame &frame, clone_number clone,
@@ -177,7 +182,8 @@ void class_markers::update_array_marker_name_by_markers_presented_in_clone(clone
                                                                            std::int32_t &n) const {
   names.resize(static_cast<std::size_t>(n) + 1);
   for (const std::int32_t marker : markers_of_clone(clone))
-    if (class_serv_raznoe::find_text(name_of_marker_get(marker), names) < 0) names.push_back(name_of_marker_get(marker));
+    if (class_serv_raznoe::find_text(name_of_marker_get(marker), names) < 0)
+      names.push_back(name_of_marker_get(marker));
   n = static_cast<std::int32_t>(names.size()) - 1;
 }
 

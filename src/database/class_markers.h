@@ -87,8 +87,8 @@ public:
                                                               std::int32_t &n) const;
 
 private:
-  class_ListOfElements clones_with_markers_; // clone <-> place in the list of clones with markers
-  class_ListOfSets clones_of_marker_;        // set m: the places of the clones that bear marker m
+  class_ListOfElements clones_with_markers_;        // clone <-> place in the list of clones with markers
+  class_ListOfSets clones_of_marker_;               // set m: the places of the clones that bear marker m
   std::vector<std::string> name_of_marker_{{}};     // from 1, in the order of first appearance
   std::vector<std::string> position_of_marker_{{}}; // from 1
   class_ListOfSets markers_of_clone_;               // set k: the markers of the k-th clone with markers

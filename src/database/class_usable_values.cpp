@@ -10,7 +10,9 @@ namespace orb {
 
 namespace {
 
-std::size_t place(std::int32_t i) { return static_cast<std::size_t>(i); }
+std::size_t place(std::int32_t i) {
+  return static_cast<std::size_t>(i);
+}
 
 } // namespace
 
@@ -20,13 +22,16 @@ void class_usable_values::create_band_is_not_excluded(process_frame &frame, doub
   band_is_not_excluded_.assign(place(n) + 6, 1);
   JK_on_bands_ = true;
   const double target = n * fraction;
-  if (target > n * 0.8) frame.program_end_now("Too mach bands are excluded!", exit_status::run_failed);
+  if (target > n * 0.8)
+    frame.program_end_now("Too mach bands are excluded!", exit_status::run_failed);
   std::int32_t n_usable = 0;
-  for (std::int32_t b = 1; b <= n; ++b) n_usable += database.frecuency_of_band_in_clones_get(b) > 0;
+  for (std::int32_t b = 1; b <= n; ++b)
+    n_usable += database.frecuency_of_band_in_clones_get(b) > 0;
   std::int32_t n_excluded = 0;
   while (n_excluded < target && n_usable > 0) {
     const std::int32_t b = random.number_up_to(n);
-    if (!band_is_not_excluded_get(b) || !(database.frecuency_of_band_in_clones_get(b) > 0)) continue;
+    if (!band_is_not_excluded_get(b) || !(database.frecuency_of_band_in_clones_get(b) > 0))
+      continue;
     band_is_not_excluded_[place(b)] = 0;
     ++n_excluded;
     --n_usable;
@@ -44,7 +49,8 @@ void class_usable_values::inicialize_buffer(const class_DB_of_clones &database) 
   band_frec_buffer_.assign(place(n) + 6, 0);
   for (std::int32_t b = 1; b <= n; ++b) {
     std::size_t c = 1;
-    while (c < n_classes_ && class_value_[c] > database.frecuency_of_band_in_clones_get(b)) ++c;
+    while (c < n_classes_ && class_value_[c] > database.frecuency_of_band_in_clones_get(b))
+      ++c;
     class_of_band_[place(b)] = static_cast<std::int8_t>(c);
     ++bands_per_class_[c];
     band_frec_buffer_[place(b)] = class_value_[c];
@@ -75,7 +81,8 @@ void class_usable_values::calculate_all_ln_T_LnnSulston(std::int32_t x, std::int
   }
   upper = std::max(x, 0) - 1;
   terms.resize(place(std::max(x, 0)));
-  if (n_bands == 0) return;
+  if (n_bands == 0)
+    return;
   for (std::size_t c = 1; c <= n_classes_; ++c) {
     // A class without bands can have a value above the sum; its chance counts as 1.
     p[c] = 1 - std::pow(std::max(1 - class_value_[c] / d, 0.0), n_max);
@@ -94,7 +101,8 @@ void class_usable_values::calculate_all_ln_T_LnnSulston(std::int32_t x, std::int
           score -= m[c] * ln_value[c];
           term += times(m[c], ln_p[c]) - class_math1::log_n_factorial(m[c]);
         }
-        if (score < x) continue;
+        if (score < x)
+          continue;
         const std::int32_t rest = n_min - m[1] - m[2] - m[3];
         terms.push_back(term + times(rest, ln_rest) - class_math1::log_n_factorial(rest));
         ++upper;

@@ -11,7 +11,8 @@ namespace orb {
 namespace fs = std::filesystem;
 
 void class_usable_values::clone_in_lists_clear(process_frame &frame, class_DB_of_clones &database) {
-  if (!database.clone_name_sorted_is_created_get()) database.sort_clones_by_name(frame);
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame);
   clone_in_lists_.assign(static_cast<std::size_t>(database.total_number_of_clones_get()) + 1, {});
 }
 
@@ -29,7 +30,8 @@ std::int32_t class_usable_values::clone_in_lists_add_file(process_frame &frame, 
       const std::size_t length = std::min(line.find_first_of(", \t"), line.size());
       const std::string_view text = line.substr(0, length);
       line.remove_prefix(std::min(length + 1, line.size()));
-      if (text.empty()) continue;
+      if (text.empty())
+        continue;
       ++n_names;
       const std::string name = class_clone_serv::extract_clone_name(text, settings.clone_name_format_input,
                                                                     settings.clone_name_format_output, settings);
@@ -46,13 +48,15 @@ std::int32_t class_usable_values::clone_in_lists_add_file(process_frame &frame, 
 void class_usable_values::clone_in_lists_add_list_run(process_frame &frame, const project_settings &settings,
                                                       class_DB_of_clones &database) {
   const fs::path file = frame.open_file_dialog("Open file with list of clones");
-  if (!file.empty()) clone_in_lists_add_file(frame, settings, file, database);
+  if (!file.empty())
+    clone_in_lists_add_file(frame, settings, file, database);
 }
 
 void class_usable_values::clone_in_lists_add_folder_of_lists(process_frame &frame, const project_settings &settings,
                                                              class_DB_of_clones &database) {
   const fs::path file = frame.open_file_dialog("Open any file from the folder");
-  if (file.empty()) return;
+  if (file.empty())
+    return;
   const fs::path folder = fs::is_directory(file) ? file : file.parent_path();
   for (const std::string &name : class_serv_raznoe::create_ordered_list_of_files_in_folder(folder, "txt"))
     clone_in_lists_add_file(frame, settings, folder / name, database);
@@ -61,14 +65,16 @@ void class_usable_values::clone_in_lists_add_folder_of_lists(process_frame &fram
 void class_usable_values::clone_in_lists_read(process_frame &frame, const project_settings &settings,
                                               class_DB_of_clones &database) {
   const fs::path adresses = frame.open_file_dialog("Open file adresses of clones in lists");
-  if (adresses.empty()) return;
+  if (adresses.empty())
+    return;
   clone_in_lists_clear(frame, database);
   line_reader lines(adresses);
   std::string_view line;
   std::vector<std::string> fields;
   while (lines.next(line)) {
     class_serv_raznoe::cut_string(line, fields);
-    if (fields[0].empty()) continue;
+    if (fields[0].empty())
+      continue;
     const fs::path list = fs::path(fields[0]).is_absolute() ? fs::path(fields[0]) : adresses.parent_path() / fields[0];
     const std::int32_t n_names = clone_in_lists_add_file(frame, settings, list, database);
     std::int32_t told = 0;
@@ -79,7 +85,8 @@ void class_usable_values::clone_in_lists_read(process_frame &frame, const projec
 
 void class_usable_values::clone_in_lists_print(process_frame &frame, const class_DB_of_clones &database) const {
   const std::int32_t n = database.total_number_of_clones_get();
-  if (clone_in_lists_.size() != static_cast<std::size_t>(n) + 1 || !database.clone_name_sorted_is_created_get()) return;
+  if (clone_in_lists_.size() != static_cast<std::size_t>(n) + 1 || !database.clone_name_sorted_is_created_get())
+    return;
   result_file table(frame.path_in_working_folder("\\clone_in_lists.txt"));
   for (std::int32_t i = 1; i <= n; ++i)
     table.line(database.clone_name_sorted_get(i) + "\t" +

@@ -13,14 +13,16 @@ void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &da
   std::unordered_set<std::string_view> names;
   number_list unique;
   for (clone_number i = 1; i <= database.total_number_of_clones_get(); ++i)
-    if (names.insert(database.name_of_clone_get(i)).second) unique.add(i);
+    if (names.insert(database.name_of_clone_get(i)).second)
+      unique.add(i);
   const std::int32_t n_repeats = database.total_number_of_clones_get() - unique.count();
   question asked;
   asked.text = "Repeats=" + std::to_string(n_repeats) +
                ", Not_eq=0. Make file without repeats? (You will need to select file with DataBase again)";
   asked.choice = answer_choice::ok_cancel;
   asked.by_default = answer::cancel;
-  if (frame.yes(asked)) write_fingerprint_file(unique);
+  if (frame.yes(asked))
+    write_fingerprint_file(unique);
 }
 
 void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database) {
@@ -28,15 +30,19 @@ void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &d
   asked.text = "Need number of bands?";
   const bool with_counts = frame.yes(asked);
   result_file list(frame.path_in_working_folder("\\DB.txt"));
-  for (clone_number i = 1; i <= database.total_number_of_clones_get(); ++i)
-    list.line(database.name_of_clone_get(i) +
-              (with_counts ? "\t" + std::to_string(database.number_of_bands_in_clone_get(i)) : std::string()));
+  for (clone_number i = 1; i <= database.total_number_of_clones_get(); ++i) {
+    std::string row = database.name_of_clone_get(i);
+    if (with_counts)
+      row.append("\t").append(std::to_string(database.number_of_bands_in_clone_get(i)));
+    list.line(row);
+  }
   list.commit();
 }
 
 void test_for_Reviewer(process_frame &frame) {
   const std::filesystem::path file = frame.open_file_dialog("Open .sizes file to test");
-  if (file.empty()) return;
+  if (file.empty())
+    return;
   line_reader lines(file);
   result_file report(frame.path_in_working_folder("\\testRes.txt"));
   // The parser takes point and comma alike, so that a line and its swapped form are numbers together.

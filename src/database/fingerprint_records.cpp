@@ -34,25 +34,26 @@ fingerprint_records::ordering fingerprint_records::order_without_copies() const 
   std::vector<std::uint32_t> copies; // those of them that are left out
   for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
     end = first + 1;
-    while (end < order.size() && header(order[end]) == header(order[first])) ++end;
+    while (end < order.size() && header(order[end]) == header(order[first]))
+      ++end;
     run.assign(order.begin() + static_cast<std::ptrdiff_t>(first), order.begin() + static_cast<std::ptrdiff_t>(end));
     copies.clear();
     if (run.size() > 1) {
-      const auto same = [this](std::uint32_t a, std::uint32_t b) {
-        return std::ranges::equal(bands(a), bands(b));
-      };
+      const auto same = [this](std::uint32_t a, std::uint32_t b) { return std::ranges::equal(bands(a), bands(b)); };
       std::stable_sort(run.begin(), run.end(), [this](std::uint32_t a, std::uint32_t b) {
         return std::ranges::lexicographical_compare(bands(a), bands(b));
       });
       for (std::size_t i = 1; i < run.size(); ++i) {
-        if (!same(run[i - 1], run[i])) continue;
+        if (!same(run[i - 1], run[i]))
+          continue;
         result.n_repeated += i == 1 || !same(run[i - 2], run[i - 1]);
         copies.push_back(run[i]);
       }
       std::sort(copies.begin(), copies.end());
     }
     for (std::size_t i = first; i < end; ++i)
-      if (!std::binary_search(copies.begin(), copies.end(), order[i])) result.kept.push_back(order[i]);
+      if (!std::binary_search(copies.begin(), copies.end(), order[i]))
+        result.kept.push_back(order[i]);
     result.n_copies += static_cast<std::int32_t>(copies.size());
   }
   return result;
@@ -62,15 +63,18 @@ fingerprint_records::ordering fingerprint_records::order_without_copies() const 
 
 bool is_blank_line(std::string_view line) {
   for (const char c : line)
-    if (c != ' ' && c != '\t') return false;
+    if (c != ' ' && c != '\t')
+      return false;
   return true;
 }
 
 std::string why_no_text(std::string_view bytes) {
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const auto c = static_cast<unsigned char>(bytes[i]);
-    if (c >= ' ' && c != 127) continue;
-    if ((c >= '\t' && c <= '\r') || c == 26) continue;
+    if (c >= ' ' && c != 127)
+      continue;
+    if ((c >= '\t' && c <= '\r') || c == 26)
+      continue;
     return "byte " + std::to_string(c) + " at offset " + std::to_string(i);
   }
   return {};
@@ -78,7 +82,8 @@ std::string why_no_text(std::string_view bytes) {
 
 std::string why_no_text_file(const std::filesystem::path &file) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE *)> opened(std::fopen(file.c_str(), "rb"), std::fclose);
-  if (!opened) throw file_error("can't open", file, std::strerror(errno));
+  if (!opened)
+    throw file_error("can't open", file, std::strerror(errno));
   std::string bytes(64 * 1024, '\0');
   bytes.resize(std::fread(bytes.data(), 1, bytes.size(), opened.get()));
   return why_no_text(bytes);
@@ -100,7 +105,8 @@ bool sizes_file_reader::refuse(const std::string &text) {
 
 static bool next_line_with_text(line_reader &lines, std::string_view &line) {
   while (lines.next(line))
-    if (!is_blank_line(line)) return true;
+    if (!is_blank_line(line))
+      return true;
   return false;
 }
 
@@ -108,17 +114,21 @@ bool sizes_file_reader::read_file(const std::filesystem::path &file) {
   line_reader lines(file);
   std::string_view line;
   bool header_follows = next_line_with_text(lines, line);
-  if (header_follows && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3); // a mark of the encoding
+  if (header_follows && line.starts_with("\xEF\xBB\xBF"))
+    line.remove_prefix(3); // a mark of the encoding
   while (header_follows) {
     if (const std::string why = why_no_text(line); !why.empty())
       return refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
     if (records_.number_of_bands() > std::numeric_limits<std::int32_t>::max() - 1000)
       return refuse("There are more bands than 32 bits can count\r\n" + lines.place());
     records_.start(line);
-    if (records_.count() % 1000 == 0) show_progress(lines);
+    if (records_.count() % 1000 == 0)
+      show_progress(lines);
     read_bands(lines, line, header_follows);
-    if (frame_.stop_requested_get()) return true;
-    if (!header_follows) header_follows = next_line_with_text(lines, line);
+    if (frame_.stop_requested_get())
+      return true;
+    if (!header_follows)
+      header_follows = next_line_with_text(lines, line);
   }
   bytes_of_finished_files_ += lines.size();
   return true;
@@ -136,7 +146,8 @@ void sizes_file_reader::read_bands(line_reader &lines, std::string_view &line, b
       header_follows = !is_blank_line(line);
       break;
     }
-    if (value == -1) break;
+    if (value == -1)
+      break;
     // more bands than a clone may have are only counted
     if (++count <= most_kept)
       records_.add_band(database_.BandNumber_for_given_BandLength(static_cast<double>(static_cast<float>(value))));

@@ -29,7 +29,8 @@ struct library_header {
 
 bool short_parse(std::string_view text, std::int16_t &value) {
   std::int32_t number = 0;
-  if (!whole_number_parse(text, number) || number != static_cast<std::int16_t>(number)) return false;
+  if (!whole_number_parse(text, number) || number != static_cast<std::int16_t>(number))
+    return false;
   value = static_cast<std::int16_t>(number);
   return true;
 }
@@ -37,7 +38,8 @@ bool short_parse(std::string_view text, std::int16_t &value) {
 // What stands between the first and the last double quote, whatever it holds; false without two quotes.
 bool quoted_text(std::string_view line, std::string_view &text, std::string_view &behind) {
   const std::size_t first = line.find('"'), last = line.rfind('"');
-  if (first == last || first == std::string_view::npos || !is_blank_line(line.substr(0, first))) return false;
+  if (first == last || first == std::string_view::npos || !is_blank_line(line.substr(0, first)))
+    return false;
   text = line.substr(first + 1, last - first - 1);
   behind = line.substr(last + 1);
   return true;
@@ -46,7 +48,8 @@ bool quoted_text(std::string_view line, std::string_view &text, std::string_view
 // Ten fields between commas, the first of them quoted.
 bool header_parse(std::string_view line, library_header &header) {
   std::string_view title, rest;
-  if (!quoted_text(line, title, rest)) return false;
+  if (!quoted_text(line, title, rest))
+    return false;
   header.title = title;
   std::array<std::string_view, 21> fields;
   std::size_t n = 0;
@@ -67,7 +70,9 @@ bool header_parse(std::string_view line, library_header &header) {
          header.n_bands_FPC <= LARGEST_band_axis;
 }
 
-bool bands_are_stored(std::int16_t index_of_band_type) { return index_of_band_type == 0 || index_of_band_type == 1; }
+bool bands_are_stored(std::int16_t index_of_band_type) {
+  return index_of_band_type == 0 || index_of_band_type == 1;
+}
 
 // One load. Whatever the file declares, room is taken only as lines come.
 class library_reader {
@@ -76,10 +81,12 @@ public:
       : frame_(frame), lines_(file), database_(database), checked_(checked) {}
 
   bool read() {
-    if (!read_header()) return refuse("Problem with file!\rFingerprint data was not loaded.");
+    if (!read_header())
+      return refuse("Problem with file!\rFingerprint data was not loaded.");
     const bool names = read_names();
     const bool adresses = read_adresses(); // also without all names, so that both shortages are told
-    if (!names || !adresses || refused_) return false;
+    if (!names || !adresses || refused_)
+      return false;
     if (line_of_unquoted_name_ > 0)
       return corrupt("the name isn't in double quotes", line_of_unquoted_name_);
     return read_bands() && nothing_follows();
@@ -93,7 +100,9 @@ private:
     refused_ = true;
     return false;
   }
-  bool corrupt(const std::string &why, std::int64_t line) { return refuse_at("The library file is damaged: " + why, line); }
+  bool corrupt(const std::string &why, std::int64_t line) {
+    return refuse_at("The library file is damaged: " + why, line);
+  }
   bool corrupt(const std::string &why) { return corrupt(why, lines_.line_number()); }
   bool too_short() {
     return refuse("DataBase Error: declared number of clones " + std::to_string(header_.n_clones) +
@@ -102,14 +111,16 @@ private:
 
   bool read_header() {
     std::string_view line;
-    if (!lines_.next(line) || !header_parse(line, header_)) return false;
+    if (!lines_.next(line) || !header_parse(line, header_))
+      return false;
     database_.database_title_set(header_.title);
     database_.database_spare_index_set(header_.spare_index);
     database_.tollerance_parameters_set(header_.tollerance, header_.taking_tollerance_into_account_index);
     database_.index_of_band_type_set(header_.index_of_band_type);
     database_.total_number_of_different_bands_set_by_eff_len(header_.max_band_length);
     database_.total_number_of_different_bands_FPC_set(header_.n_bands_FPC);
-    if (!wrong_band_axis(database_).empty()) return false;
+    if (!wrong_band_axis(database_).empty())
+      return false;
     // a name with its address takes 5 bytes at least, a band 2: no more of them can come than the file has room for
     database_.inicalise_database(frame_, std::max(header_.n_clones, 1), header_.next_free_band_adress + INT64_C(1));
     database_.room_for(static_cast<std::int32_t>(std::min<std::int64_t>(header_.n_clones, lines_.size() / 5)),
@@ -120,7 +131,8 @@ private:
   bool read_names() {
     std::string_view line, name, behind;
     for (clone_number i = 1; i <= header_.n_clones; ++i) {
-      if (!lines_.next(line)) return too_short();
+      if (!lines_.next(line))
+        return too_short();
       ++observed_;
       if (quoted_text(line, name, behind) && is_blank_line(behind))
         database_.name_of_clone_set(i, std::string(name));
@@ -137,16 +149,22 @@ private:
     std::string_view line;
     std::int32_t adress = 0, before = 0;
     for (clone_number i = 1; i <= header_.n_clones + 1; ++i, before = adress) {
-      if (!lines_.next(line)) return too_short();
+      if (!lines_.next(line))
+        return too_short();
       ++observed_;
-      if (line_of_unquoted_name_ > 0) continue; // the lines are not what they should be: only counted
-      if (!whole_number_parse(line, adress)) return corrupt("the address of a clone's bands is no number");
-      if (i == 1 && adress != 1) return corrupt("the first address of bands isn't 1");
-      if (adress < before) return corrupt("addresses of bands don't ascend");
+      if (line_of_unquoted_name_ > 0)
+        continue; // the lines are not what they should be: only counted
+      if (!whole_number_parse(line, adress))
+        return corrupt("the address of a clone's bands is no number");
+      if (i == 1 && adress != 1)
+        return corrupt("the first address of bands isn't 1");
+      if (adress < before)
+        return corrupt("addresses of bands don't ascend");
       if (adress > header_.next_free_band_adress && header_.n_clones > 0)
         return corrupt("an address of bands lies behind the " + std::to_string(header_.next_free_band_adress) +
                        " that the file declares");
-      if (i == 1) continue;
+      if (i == 1)
+        continue;
       if (const std::string text = too_many_bands(adress - before); !text.empty())
         frame_.program_end_now(text + "\r\n" + lines_.place(), exit_status::run_failed);
       database_.number_of_bands_in_clone_set(i - 1, adress - before);
@@ -159,20 +177,24 @@ private:
 
   // Nothing is stored for other kinds of bands; room for them must be there all the same, as the addresses say.
   bool make_empty_bands() {
-    if (header_.n_clones == 0 || header_.next_free_band_adress <= 1) return true;
-    if (header_.next_free_band_adress > most_empty_bands) return corrupt("it has too many bands without values");
+    if (header_.n_clones == 0 || header_.next_free_band_adress <= 1)
+      return true;
+    if (header_.next_free_band_adress > most_empty_bands)
+      return corrupt("it has too many bands without values");
     database_.band_index_or_length_Lng_for_band_of_clone_set(1, 1, 0);
     return true;
   }
 
   bool read_bands() {
-    if (!bands_are_stored(header_.index_of_band_type)) return make_empty_bands();
+    if (!bands_are_stored(header_.index_of_band_type))
+      return make_empty_bands();
     std::vector<band_value> bands;
     for (clone_number i = 1; i <= header_.n_clones; ++i) {
       bands.resize(static_cast<std::size_t>(database_.number_of_bands_in_clone_get(i)));
       const std::int64_t line_before = lines_.line_number();
       for (band_value &band : bands)
-        if (!read_band(band)) return false;
+        if (!read_band(band))
+          return false;
       if (checked_)
         if (const wrong_bands wrong = check_bands_of_clone(bands, i, database_.name_of_clone_get(i), database_))
           frame_.program_end_now(wrong.text + "\r\nfile " + lines_.path().string() + ", line " +
@@ -182,7 +204,8 @@ private:
       database_.ListOfBands_from_real_database_fast_all_bands_set(i, bands);
     }
     band_value spare = 0;
-    if (header_.next_free_band_adress > 0 && !read_band(spare)) return false;
+    if (header_.next_free_band_adress > 0 && !read_band(spare))
+      return false;
     if (header_.n_clones > 0)
       database_.band_index_or_length_Lng_for_band_of_clone_set(
           header_.n_clones, database_.number_of_bands_in_clone_get(header_.n_clones) + 1, spare);
@@ -194,11 +217,13 @@ private:
     if (!lines_.next(line))
       return refuse("DataBase Error: declared number of bands " + std::to_string(header_.next_free_band_adress) +
                     " is higher than the observed=" + std::to_string(n_bands_read_));
-    if (!whole_number_parse(line, band)) return corrupt("a band is no number");
+    if (!whole_number_parse(line, band))
+      return corrupt("a band is no number");
     if (++n_bands_read_ % 100000 == 0) {
       frame_.local_process_text_set(number_text_thousands(n_bands_read_) + " of " +
                                     number_text_thousands(header_.next_free_band_adress));
-      if (frame_.stop_requested_get()) return false;
+      if (frame_.stop_requested_get())
+        return false;
     }
     return true;
   }
@@ -206,7 +231,8 @@ private:
   bool nothing_follows() {
     std::string_view line;
     while (lines_.next(line))
-      if (!is_blank_line(line) && line != "\x1A") return corrupt("there are more lines than it declares");
+      if (!is_blank_line(line) && line != "\x1A")
+        return corrupt("there are more lines than it declares");
     return true;
   }
 
@@ -222,12 +248,19 @@ private:
 };
 
 std::string header_text(const class_DB_of_clones &database, band_adress next_free) {
-  const auto number = [](std::int32_t value) { return "," + std::to_string(value); };
-  return '"' + database.database_title_get() + '"' + number(database.total_number_of_clones_get()) +
-         number(database.database_spare_index_get()) + "," + number_text_shortest(database.max_band_length_get()) +
-         number(database.tollerance_get()) + number(database.taking_tollerance_into_account_index_get()) +
-         (database.clone_name_sorted_is_created_get() ? ",#TRUE#" : ",#FALSE#") + number(next_free) +
-         number(database.total_number_of_different_bands_FPC_get()) + number(database.index_of_band_type_get());
+  std::string text = '"' + database.database_title_get() + '"';
+  const auto add = [&text](std::string_view field) { text.append(",").append(field); };
+  const auto add_number = [&add](std::int32_t value) { add(std::to_string(value)); };
+  add_number(database.total_number_of_clones_get());
+  add_number(database.database_spare_index_get());
+  add(number_text_shortest(database.max_band_length_get()));
+  add_number(database.tollerance_get());
+  add_number(database.taking_tollerance_into_account_index_get());
+  add(database.clone_name_sorted_is_created_get() ? "#TRUE#" : "#FALSE#");
+  add_number(next_free);
+  add_number(database.total_number_of_different_bands_FPC_get());
+  add_number(database.index_of_band_type_get());
+  return text;
 }
 
 } // namespace
@@ -236,10 +269,12 @@ bool DataBase_in_typical_file_read(process_frame &frame, const std::filesystem::
                                    class_DB_of_clones &database, class_usable_values &usable_values, bool checked) {
   frame.log_line("Reading " + file.string());
   frame.step_text_set("Reading " + file.string());
-  if (!library_reader(frame, file, database, checked).read()) return false;
+  if (!library_reader(frame, file, database, checked).read())
+    return false;
   frame.local_process_text_reset();
   database.sort_clones_by_name(frame);
-  if (!checked) return true;
+  if (!checked)
+    return true;
   frame.local_process_text_set("testing...");
   return make_band_statistics(frame, database, usable_values);
 }
@@ -249,11 +284,13 @@ void DataBase_in_typical_file_print(const std::filesystem::path &file, const cla
   const std::int32_t n = database.total_number_of_clones_get();
   const band_adress next_free = database.first_band_adress_get(n + 1);
   const bool stored = bands_are_stored(database.index_of_band_type_get());
-  if (stored && !database.bands_are_there()) throw file_error("can't write", file, "the bands are no longer in memory");
+  if (stored && !database.bands_are_there())
+    throw file_error("can't write", file, "the bands are no longer in memory");
   result_file library(file);
   std::string text = header_text(database, next_free) + "\r\n";
   const auto write_when_full = [&] {
-    if (text.size() < most_held) return;
+    if (text.size() < most_held)
+      return;
     library.write(text);
     text.clear();
   };
@@ -268,9 +305,11 @@ void DataBase_in_typical_file_print(const std::filesystem::path &file, const cla
     text += "\"\r\n";
     write_when_full();
   }
-  for (clone_number i = 1; i <= n + 1; ++i) add_number(database.first_band_adress_get(i));
+  for (clone_number i = 1; i <= n + 1; ++i)
+    add_number(database.first_band_adress_get(i));
   if (stored) // the spare value behind the last band goes along: deliberate
-    for (band_adress i = 1; i <= next_free; ++i) add_number(database.band_array()[i]);
+    for (band_adress i = 1; i <= next_free; ++i)
+      add_number(database.band_array()[i]);
   library.write(text);
   library.commit();
 }
@@ -278,7 +317,8 @@ void DataBase_in_typical_file_print(const std::filesystem::path &file, const cla
 bool is_library_file(const std::filesystem::path &file) {
   library_header header;
   try {
-    if (!std::filesystem::is_regular_file(file)) return false;
+    if (!std::filesystem::is_regular_file(file))
+      return false;
     line_reader lines(file);
     std::string_view line;
     return lines.next(line) && header_parse(line, header);
@@ -289,8 +329,8 @@ bool is_library_file(const std::filesystem::path &file) {
 
 std::filesystem::path save_library_run(process_frame &frame, const class_DB_of_clones &database) {
   const std::filesystem::path file =
-      frame.save_file_dialog_checked("Save lists of bands for clones in the ORB-specific format", "CloneBandSizes.ORBdb",
-                                     "ORB-DB files (*.ORBdb)|*.ORBdb");
+      frame.save_file_dialog_checked("Save lists of bands for clones in the ORB-specific format",
+                                     "CloneBandSizes.ORBdb", "ORB-DB files (*.ORBdb)|*.ORBdb");
   if (file.empty()) {
     frame.message("NB! File in ORB specific format was not created!");
     return {};

@@ -22,10 +22,12 @@ public:
     bool is_number = true;
     std::string_view line;
     for (;;) {
-      if (is_number) next_passing_one_empty(line);
+      if (is_number)
+        next_passing_one_empty(line);
       while (is_blank_line(line) && next(line)) {
       }
-      if (is_blank_line(line)) break;
+      if (is_blank_line(line))
+        break;
       if (const std::string why = why_no_text(line); !why.empty()) {
         frame_.message("File " + lines_.path().string() + " is no text: " + why + " of the line\r\n" + lines_.place());
         frame_.data_failed_set();
@@ -45,20 +47,24 @@ public:
 
 private:
   bool next(std::string_view &line) {
-    if (lines_.next(line)) return true;
+    if (lines_.next(line))
+      return true;
     line = {};
     return false;
   }
 
   void next_passing_one_empty(std::string_view &line) {
-    if (next(line) && is_blank_line(line)) next(line);
+    if (next(line) && is_blank_line(line))
+      next(line);
   }
 
   void start_clone(std::string_view header) {
     ++n_clones_;
-    if (n_clones_ % 1000 == 0) frame_.local_process_text_set(std::to_string(n_clones_) + " clones loaded");
+    if (n_clones_ % 1000 == 0)
+      frame_.local_process_text_set(std::to_string(n_clones_) + " clones loaded");
     name_ = name_from_header(frame_, header, settings_);
-    if (store_) database_.name_of_clone_set(n_clones_, name_);
+    if (store_)
+      database_.name_of_clone_set(n_clones_, name_);
   }
 
   // Returns whether the line that ended the clone is a number; one that isn't stays in `line`.
@@ -74,7 +80,8 @@ private:
         close_clone(count);
         return is_number;
       }
-      if (++count > most_bands + 1) continue; // only counted
+      if (++count > most_bands + 1)
+        continue; // only counted
       bands_.push_back(database_.BandNumber_for_given_BandLength(value));
       lines_of_bands_.push_back(lines_.line_number());
     }
@@ -92,10 +99,12 @@ private:
                                  std::to_string(lines_of_bands_[static_cast<std::size_t>(band) - 1]),
                              exit_status::run_failed);
     };
-    if (const std::string text = too_many_bands(count); !text.empty()) end_at(text, most_bands + 1);
+    if (const std::string text = too_many_bands(count); !text.empty())
+      end_at(text, most_bands + 1);
     if (const wrong_bands wrong = check_bands_of_clone(bands_, n_clones_, name_, database_))
       end_at(wrong.text, wrong.position);
-    if (store_) database_.ListOfBands_from_real_database_fast_all_bands_set(n_clones_, bands_);
+    if (store_)
+      database_.ListOfBands_from_real_database_fast_all_bands_set(n_clones_, bands_);
     add_bands_to_frequencies(bands_, database_);
     note_number_of_bands(static_cast<std::int32_t>(count), statistics_);
   }
@@ -122,8 +131,10 @@ bool read_plain_text_file(process_frame &frame, const project_settings &settings
     return false;
   }
   prepare_band_statistics(database, statistics);
-  if (store) database.inicalise_database(frame, 0, 0);
-  if (!plain_text_reader(frame, settings, file, store, database, statistics).read()) return false;
+  if (store)
+    database.inicalise_database(frame, 0, 0);
+  if (!plain_text_reader(frame, settings, file, store, database, statistics).read())
+    return false;
   frame.process_start("Print reports...");
   frame.all_panels_reset();
   return true;
