@@ -18,7 +18,8 @@ public:
   // 0 for a band that the statistics don't know.
   double of_band(band_value band) const {
     const auto &real = database_.frecuency_of_band_in_clones_array();
-    if (band < 0 || static_cast<std::size_t>(band) >= real.size()) return 0;
+    if (band < 0 || static_cast<std::size_t>(band) >= real.size())
+      return 0;
     // the swap covers 1..N only
     const bool in_classes = classes_ != nullptr && band >= 1 && band <= database_.total_number_of_different_bands_get();
     return in_classes ? classes_->band_frec_buffer_get(band) : real[static_cast<std::size_t>(band)];
@@ -26,18 +27,21 @@ public:
   // The frequency of two similar bands: the larger one; that of band 1 for bin numbers, where both are the same band.
   double of_pair(band_value band_1, band_value band_2) const {
     const double f1 = of_band(band_1);
-    if (database_.index_of_band_type_get() != 0) return f1;
+    if (database_.index_of_band_type_get() != 0)
+      return f1;
     const double f2 = of_band(band_2);
     return f1 < f2 ? f2 : f1;
   }
   // -ln f. Throws zero_frequency when f isn't above 0.
   static double weight(double f) {
-    if (!(f > 0)) throw zero_frequency();
+    if (!(f > 0))
+      throw zero_frequency();
     return -std::log(f);
   }
   double weight_of_list(std::span<const band_value> list) const {
     double sum = 0;
-    for (const band_value band : list) sum += weight(of_band(band));
+    for (const band_value band : list)
+      sum += weight(of_band(band));
     return sum;
   }
   // Common bands k of two lists and their weight.

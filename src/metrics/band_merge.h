@@ -22,7 +22,8 @@ struct zero_frequency : std::exception {
 // one on the smaller band. No branch depends on the bands: that is what makes it fast. O(n1 + n2).
 inline std::int32_t common_bands(std::span<const band_value> list_1, std::span<const band_value> list_2,
                                  std::int32_t t) {
-  if (t < 0) return 0;
+  if (t < 0)
+    return 0;
   const band_value *i = list_1.data(), *j = list_2.data();
   const band_value *const end_1 = i + list_1.size(), *const end_2 = j + list_2.size();
   std::int32_t common = 0;

@@ -28,10 +28,13 @@ const std::vector<double> &log_factorials(std::int32_t largest) {
 // cease to count. 0 when nothing is left.
 double minus_log10_of_sum(const double *first, const double *last) {
   double largest = -std::numeric_limits<double>::infinity();
-  for (const double *term = first; term != last; ++term) largest = std::max(largest, *term);
-  if (!(largest > -std::numeric_limits<double>::infinity())) return 0;
+  for (const double *term = first; term != last; ++term)
+    largest = std::max(largest, *term);
+  if (!(largest > -std::numeric_limits<double>::infinity()))
+    return 0;
   double sum = 0;
-  for (const double *term = first; term != last; ++term) sum += std::exp(*term - largest);
+  for (const double *term = first; term != last; ++term)
+    sum += std::exp(*term - largest);
   const double log_sum = sum > 0 ? largest + std::log(sum) : 0;
   return -log_sum / std::log(10.0);
 }
@@ -47,8 +50,10 @@ void binomial_terms(std::int32_t k, std::int32_t upper, double p, std::vector<do
     // subtracting the equal term first keeps C(U, 0) at exactly -1
     double term = m < 1 ? log_factorial(upper) - log_factorial(upper - m) - log_factorial(m)
                         : log_factorial(upper) - log_factorial(m) - log_factorial(upper - m);
-    if (m != 0) term += m * log_p;
-    if (m != upper) term += (upper - m) * log_q;
+    if (m != 0)
+      term += m * log_p;
+    if (m != upper)
+      term += (upper - m) * log_q;
     terms.push_back(term);
   }
 }
@@ -56,7 +61,8 @@ void binomial_terms(std::int32_t k, std::int32_t upper, double p, std::vector<do
 // Four times the expected count, rounded half to even: beyond it the terms are negligible.
 std::int32_t upper_limit_fast(std::int32_t k, std::int32_t upper, double p) {
   const double expected = std::nearbyint(upper * p * 4);
-  if (k > expected) return k;
+  if (k > expected)
+    return k;
   return upper > expected ? static_cast<std::int32_t>(expected) : upper;
 }
 
@@ -70,12 +76,14 @@ double class_clone_dist_FPC::probability_of_band_match(std::int32_t n_max, std::
   } else if (index == 1 || index == 2) {
     const double t = database.tollerance_get();
     double axis = database.total_number_of_different_bands_get();
-    if (t >= 1 && database.taking_tollerance_into_account_index_get() == 0) axis *= 2 * t;
+    if (t >= 1 && database.taking_tollerance_into_account_index_get() == 0)
+      axis *= 2 * t;
     const double a = n_min / axis, b = n_max / axis;
     p = (1 - std::pow(1 - a, t + 1)) * b * std::pow(1 - a, t) + (1 - std::pow(1 - b, t + 1)) * a * std::pow(1 - b, t) -
         a * b;
   }
-  if (!(p > 0)) return 0; // also when parameters make it no number
+  if (!(p > 0))
+    return 0; // also when parameters make it no number
   return std::min(p, 1.0);
 }
 
@@ -88,7 +96,8 @@ double class_clone_dist_FPC::minus_log10_p_value_from_FPC(std::int32_t k, std::i
   if (index == FPC_DISTANCE_INDEX_LnnSulston_get()) {
     std::int32_t upper = k;
     usable_values.calculate_all_ln_T_LnnSulston(k, n_max, n_min, upper, terms);
-    if (upper < k) return 0;
+    if (upper < k)
+      return 0;
     return minus_log10_of_sum(terms.data() + k, terms.data() + upper + 1);
   }
   const double p = probability_of_band_match(n_max, n_min, index, database);
@@ -132,7 +141,8 @@ void class_clone_dist_FPC::fill_rows(double cutoff, std::int32_t M, const class_
       k0 = least_significant_k(a, b, k0, cutoff, database, usable_values);
       entry(b, a) = entry(a, b) = k0;
     }
-    if (row_done) row_done(a);
+    if (row_done)
+      row_done(a);
   }
 }
 
@@ -149,8 +159,7 @@ void class_clone_dist_FPC::create_sulston_significant_table(process_frame &frame
   result_file file(frame.path_in_working_folder("\\metric_table.txt"));
   std::int32_t M = proposed_table_size(database);
   double typed = 0;
-  const std::string reply =
-      frame.input({"Input max number of bands in clone:", "Preprocess", std::to_string(M)});
+  const std::string reply = frame.input({"Input max number of bands in clone:", "Preprocess", std::to_string(M)});
   if (number_from_text_silent(reply, typed) && typed >= 5)
     M = static_cast<std::int32_t>(std::min<double>(typed, std::max(M, largest_table)));
   fill_rows(cutoff, M, database, usable_values, [&](std::int32_t a) {

@@ -85,9 +85,13 @@ std::int16_t class_clone_dist_calc::burring_index_get(double border) const {
   return burying_code_of_counts(counts_, border);
 }
 
-double class_clone_dist_calc::value_k2mn_get() const { return share_of_common(counts_.x_iid, counts_.n1, counts_.n2); }
+double class_clone_dist_calc::value_k2mn_get() const {
+  return share_of_common(counts_.x_iid, counts_.n1, counts_.n2);
+}
 
-double class_clone_dist_calc::value_kk2mn_get() const { return share_of_common(counts_.x_fr, counts_.n1, counts_.n2); }
+double class_clone_dist_calc::value_kk2mn_get() const {
+  return share_of_common(counts_.x_fr, counts_.n1, counts_.n2);
+}
 
 double class_clone_dist_calc::minus_log10_p_value_iid_get() const {
   return context_->table.minus_log10_p_value_get(counts_.x_iid, counts_.n1, counts_.n2, 0);
@@ -110,8 +114,7 @@ double class_clone_dist_calc::minus_log10_p_value_of_clone_overlapping(clone_num
   // These two count with the class frequencies, which are read where they stand instead of being swapped in and out.
   const bool class_frequencies = distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
                                  distance_index == family::DISTANCE_INDEX_LnnCuted_get();
-  count_common_bands(database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
-                     class_frequencies);
+  count_common_bands(database.tollerance_get(), database.taking_tollerance_into_account_index_get(), class_frequencies);
   return minus_log10_p_value_of_clone_overlapping_no_clones(n_common_markers, distance_index);
 }
 

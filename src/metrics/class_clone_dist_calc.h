@@ -43,8 +43,7 @@ public:
   double minus_log10_p_value_fr_get() const;
   double minus_log10_p_value_of_clone_overlapping(clone_number clone_1, clone_number clone_2,
                                                   std::int16_t distance_index);
-  double minus_log10_p_value_of_clone_overlapping_no_clones(std::int32_t n_common_markers,
-                                                            std::int16_t distance_index);
+  double minus_log10_p_value_of_clone_overlapping_no_clones(std::int32_t n_common_markers, std::int16_t distance_index);
 
 private:
   void count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool class_frequencies);

@@ -54,7 +54,8 @@ std::string class_clone_dist_general::name_of_cutoff_distance(std::int16_t index
 
 std::int16_t class_clone_dist_general::index_of_name(std::string_view name) {
   for (std::int16_t index = 0; index <= number_distance_index_get(); ++index)
-    if (name == facts_of(index)->name) return index;
+    if (name == facts_of(index)->name)
+      return index;
   return -1;
 }
 
@@ -94,10 +95,13 @@ std::string class_clone_dist_general::why_only_zero(std::int16_t index, bool tab
 bool class_clone_dist_general::bands_are_similar(process_frame &frame, band_value band_1, band_value band_2,
                                                  bool want_frequency, double &f, const class_DB_of_clones &database) {
   const std::int32_t t = list_tolerance(database);
-  if (std::abs(band_1 - band_2) > t) return false;
-  if (!want_frequency) return true;
+  if (std::abs(band_1 - band_2) > t)
+    return false;
+  if (!want_frequency)
+    return true;
   f = band_frequencies(database).of_pair(band_1, band_2);
-  if (!(f > 0)) frame.program_end_now(zero_frequency().what(), exit_status::run_failed);
+  if (!(f > 0))
+    frame.program_end_now(zero_frequency().what(), exit_status::run_failed);
   return true;
 }
 
@@ -107,7 +111,8 @@ void class_clone_dist_general::number_of_overlaping_for_clones_ListOfBands(
   const band_frequencies frequencies(database);
   ending_on_zero_frequency(frame, [&] {
     frequencies.weighted_common(list_1.members(), list_2.members(), k, weighted_k);
-    if (!want_weights) return;
+    if (!want_weights)
+      return;
     weight_1 = frequencies.weight_of_list(list_1.members());
     weight_2 = frequencies.weight_of_list(list_2.members());
   });
@@ -121,7 +126,8 @@ void class_clone_dist_general::number_of_overlaping_for_clones_no_tollerance_Lis
   ending_on_zero_frequency(frame, [&] {
     merge_bands(list_1.members(), list_2.members(), 0, [&](band_value band, band_value) {
       k += 1;
-      if (want_weights) weighted_k += band_frequencies::weight(frequencies.of_band(band));
+      if (want_weights)
+        weighted_k += band_frequencies::weight(frequencies.of_band(band));
     });
   });
 }
@@ -181,7 +187,8 @@ void class_clone_dist_general::create_monade_of_band(band_value band, number_lis
     return;
   }
   const band_value last = std::min(band + t, database.total_number_of_different_bands_get());
-  for (band_value near = std::max(band - t, 0); near <= last; ++near) list.add(near);
+  for (band_value near = std::max(band - t, 0); near <= last; ++near)
+    list.add(near);
 }
 
 bool class_clone_dist_general::band_is_similar_to_one_of_list(band_value band, const number_list &list,
@@ -189,7 +196,8 @@ bool class_clone_dist_general::band_is_similar_to_one_of_list(band_value band, c
                                                               const class_DB_of_clones &database) {
   const std::int32_t t = list_tolerance(database);
   for (position = 1; position <= list.count(); ++position)
-    if (std::abs(band - list(position)) <= t) return true;
+    if (std::abs(band - list(position)) <= t)
+      return true;
   return false;
 }
 

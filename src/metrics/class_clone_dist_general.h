@@ -42,11 +42,10 @@ public:
   static bool bands_are_similar(process_frame &frame, band_value band_1, band_value band_2, bool want_frequency,
                                 double &f, const class_DB_of_clones &database);
   static void number_of_overlaping_for_clones_ListOfBands(process_frame &frame, const number_list &list_1,
-                                                          const number_list &list_2, double &weight_1,
-                                                          double &weight_2, double &k, double &weighted_k,
-                                                          bool want_weights, const class_DB_of_clones &database);
-  static void number_of_overlaping_for_clones_no_tollerance_ListOfBands(process_frame &frame,
-                                                                        const number_list &list_1,
+                                                          const number_list &list_2, double &weight_1, double &weight_2,
+                                                          double &k, double &weighted_k, bool want_weights,
+                                                          const class_DB_of_clones &database);
+  static void number_of_overlaping_for_clones_no_tollerance_ListOfBands(process_frame &frame, const number_list &list_1,
                                                                         const number_list &list_2, double &k,
                                                                         double &weighted_k, bool want_weights,
                                                                         const class_DB_of_clones &database);

@@ -11,16 +11,17 @@
 namespace orb {
 
 struct pair_counts {
-  std::int32_t n1 = 0, n2 = 0;       // bands of each clone, after exclusions when those apply
-  double x_iid = 0;                  // common bands, k
-  double x_fr = 0;                   // sum of -ln f over the common bands; k where no weights are computed
-  double weight1 = 0, weight2 = 0;   // sum of -ln f over all bands of each clone; 0 where no weights are computed
+  std::int32_t n1 = 0, n2 = 0;     // bands of each clone, after exclusions when those apply
+  double x_iid = 0;                // common bands, k
+  double x_fr = 0;                 // sum of -ln f over the common bands; k where no weights are computed
+  double weight1 = 0, weight2 = 0; // sum of -ln f over all bands of each clone; 0 where no weights are computed
 };
 
 // k^2 / (n1 n2); 0 when n1 n2 is below 1.
 double share_of_common(double k, std::int32_t n1, std::int32_t n2);
 
-// 0 none, 1 clone 1 is buried in clone 2 (at least the fraction `border` of its bands is common), 2 the reverse, 3 both.
+// 0 none, 1 clone 1 is buried in clone 2 (at least the fraction `border` of its bands is common), 2 the reverse, 3
+// both.
 std::int16_t burying_code_of_counts(const pair_counts &counts, double border);
 
 // The score of the counts by a metric (Sulston et al. 1988 for index 4, Soderlund et al. 1997 for 5). `significant`:

@@ -30,14 +30,17 @@ void class_clone_net_signif::read_file_with_significant_connections(std::filesys
   if (file.empty()) {
     frame.file_filter_set(native_format ? native_filter : text_filter);
     file = frame.open_file_dialog("Open file with significant connections");
-    if (file.empty()) return; // nothing was loaded, and nothing failed
+    if (file.empty())
+      return; // nothing was loaded, and nothing failed
   }
-  if (folder_of_files) file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(frame, file.parent_path());
+  if (folder_of_files)
+    file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(frame, file.parent_path());
   if (native_format)
     net_.read_net_type(frame, file, ok, context_.database.total_number_of_clones_get());
   else
     read_text_net_and_save(file, name, ok);
-  if (ok) net_is_loaded_set();
+  if (ok)
+    net_is_loaded_set();
   frame.step_text_reset();
   frame.local_process_text_reset();
 }
@@ -48,7 +51,8 @@ void class_clone_net_signif::read_text_net_and_save(const std::filesystem::path 
   process_frame &frame = context_.frame;
   class_net read;
   read_text_net(file, read, ok);
-  if (!ok) return;
+  if (!ok)
+    return;
   read.title_of_net_set(file.filename().string());
   read.FullFileNameSet(file.string());
   const std::filesystem::path native =

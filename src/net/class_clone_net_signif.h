@@ -17,19 +17,19 @@ namespace orb {
 // What one contig's net looks like; positions are places in the list of clones asked for.
 struct contig_shape {
   std::int32_t radius = 0;
-  std::int32_t diameter = 0; // vertices on the diametric path; 0 when not connected
-  std::int32_t width = -1;   // steps from the path to the farthest clone; -1: not connected
-  number_list path;          // positions, from start to end
-  number_list far;           // positions of rank 2 and more from the path
+  std::int32_t diameter = 0;    // vertices on the diametric path; 0 when not connected
+  std::int32_t width = -1;      // steps from the path to the farthest clone; -1: not connected
+  number_list path;             // positions, from start to end
+  number_list far;              // positions of rank 2 and more from the path
   number_list ranks_from_path;  // by position
   number_list ranks_from_start; // by position
 };
 
 struct net_creation_summary {
-  std::int64_t n_pairs = 0;                  // compared
-  std::int32_t n_overlaps_max_found = 0;     // of one clone
+  std::int64_t n_pairs = 0;              // compared
+  std::int32_t n_overlaps_max_found = 0; // of one clone
   clone_number clone_of_max = 0;
-  std::int32_t n_clones_above_limit = 0;     // with more than 500 overlaps
+  std::int32_t n_clones_above_limit = 0; // with more than 500 overlaps
   bool completed = false;
   // Of a text net: the file, or any file of the folder of parts.
   std::filesystem::path text_file;
@@ -98,9 +98,9 @@ public:
   struct revision_options {
     bool q_overlaps = true;
     bool q_clones = true;
-    std::int32_t max_rank = 0;      // 1..50; 0: asks "max rank connections"
-    std::string additional_cutoff;  // as typed into the form; empty: the form's proposal (cutoff + 10)
-    std::filesystem::path file;     // of the revised net; its folder gets the reports
+    std::int32_t max_rank = 0;     // 1..50; 0: asks "max rank connections"
+    std::string additional_cutoff; // as typed into the form; empty: the form's proposal (cutoff + 10)
+    std::filesystem::path file;    // of the revised net; its folder gets the reports
   };
   struct revision_summary {
     std::int32_t n_q_overlaps = 0; // undirected
@@ -111,8 +111,7 @@ public:
   bool revise_connections(const revision_options &options, revision_summary &summary);
   // `marked_net` is a copy of `net` in which the Q things bear `index`. Each undirected Q edge counts twice.
   void identify_all_Q_connections(const class_net &net, std::int32_t max_rank, class_net &marked_net,
-                                  std::int16_t index, bool print, const std::filesystem::path &file,
-                                  std::int32_t &n_Q);
+                                  std::int16_t index, bool print, const std::filesystem::path &file, std::int32_t &n_Q);
   void identify_all_Q_clones(const class_net &net, std::int32_t max_rank, class_net &marked_net, std::int16_t index,
                              bool print, const std::filesystem::path &file_test, const std::filesystem::path &file_Q,
                              std::int32_t &n_Q);
@@ -134,7 +133,8 @@ private:
 // The form's rules for the additional cutoff: empty when accepted, otherwise the text of its message.
 std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff);
 // Names of the two nets without needless zeros and with two decimals, as the commands propose them.
-std::string net_signif_file_name(const project_settings &settings);                          // net_signif_Sulston_1988_15.00.ORBns
-std::string net_noQQ_file_name(const project_settings &settings, double additional_cutoff);  // net_signif_noQQ_15_25.ORBns
+std::string net_signif_file_name(const project_settings &settings); // net_signif_Sulston_1988_15.00.ORBns
+std::string net_noQQ_file_name(const project_settings &settings,
+                               double additional_cutoff); // net_signif_noQQ_15_25.ORBns
 
 } // namespace orb

@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t names_between_reports = 1000;
 
 void report_position(process_frame &frame, std::size_t i, std::size_t n) {
-  if (i % names_between_reports == 0) frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
+  if (i % names_between_reports == 0)
+    frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
 }
 
 } // namespace
@@ -23,8 +24,10 @@ bool class_list_of_clones::reading_file_with_list_of_clones(std::filesystem::pat
                                                             std::int32_t &count, std::string &pure_name) {
   names.assign(1, {}); // names stand from 1
   count = 0;
-  if (file.empty()) file = frame_.open_file_dialog("Open file with clones to select");
-  if (file.empty()) return false;
+  if (file.empty())
+    file = frame_.open_file_dialog("Open file with clones to select");
+  if (file.empty())
+    return false;
   pure_name = class_serv_raznoe::extract_pure_file_name(file.string());
   line_reader lines(file);
   std::string_view line;
@@ -47,9 +50,11 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
   std::vector<std::string> names;
   std::int32_t count = 0, n_unknown = 0;
   list.clear();
-  if (!reading_file_with_list_of_clones(std::move(file), names, count, pure_name)) return false;
+  if (!reading_file_with_list_of_clones(std::move(file), names, count, pure_name))
+    return false;
   frame_.step_text_set("Reading...");
-  if (!database.clone_name_sorted_is_created_get()) database.sort_clones_by_name(frame_);
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame_);
   for (std::size_t i = 1; i < names.size(); ++i) {
     report_position(frame_, i, names.size() - 1);
     const clone_number clone = database.clone_number_get(names[i]);
@@ -61,7 +66,8 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
     stop.text = "Clone (" + std::to_string(i) + ") " + names[i] + " not found!\rDo You want to stop the program?";
     stop.by_default = stop.to_go_on = answer::no;
     stop.marks_failure = true;
-    if (frame_.yes(stop)) throw program_end(stop.text, exit_status::run_failed);
+    if (frame_.yes(stop))
+      throw program_end(stop.text, exit_status::run_failed);
     ++n_unknown;
   }
   frame_.message(n_unknown == 0 ? "All " + std::to_string(count) + " clones are loaded"
@@ -70,21 +76,23 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
 }
 
 bool class_list_of_clones::run_reading_file_with_list_of_clones_rep(std::filesystem::path file, number_list &list,
-                                                                    std::int32_t &count,
-                                                                    class_DB_of_clones &database) {
+                                                                    std::int32_t &count, class_DB_of_clones &database) {
   std::vector<std::string> names;
   std::string pure_name;
   std::int32_t n_names = 0, n_unknown = 0;
   list.clear();
   count = 0;
-  if (!reading_file_with_list_of_clones(std::move(file), names, n_names, pure_name)) return false;
+  if (!reading_file_with_list_of_clones(std::move(file), names, n_names, pure_name))
+    return false;
   frame_.step_text_set("Reading...");
-  if (!database.clone_name_sorted_is_created_get()) database.sort_clones_by_name(frame_);
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame_);
   for (std::size_t i = 1; i < names.size(); ++i) {
     report_position(frame_, i, names.size() - 1);
     const number_list clones = database.clone_number_get_with_repeats(names[i]);
     n_unknown += clones.empty();
-    for (const clone_number clone : clones.members()) list.add(clone);
+    for (const clone_number clone : clones.members())
+      list.add(clone);
   }
   count = list.count();
   if (n_unknown > 0) {
@@ -97,7 +105,8 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones_rep(std::filesys
 void class_list_of_clones::print_list_of_clones(const number_list &list, const std::filesystem::path &file,
                                                 const class_DB_of_clones &database) const {
   result_file output(file);
-  for (const clone_number clone : list.members()) output.line(database.name_of_clone_get(clone));
+  for (const clone_number clone : list.members())
+    output.line(database.name_of_clone_get(clone));
   output.commit();
 }
 
@@ -118,7 +127,8 @@ void class_list_of_clones::intersection_list1_list2_long(const number_list &list
     } else if (list_2(j) < list_1(i)) {
       ++j;
     } else {
-      if (found.empty() || found(found.count()) != list_1(i)) found.add(list_1(i));
+      if (found.empty() || found(found.count()) != list_1(i))
+        found.add(list_1(i));
       ++i, ++j;
     }
   }

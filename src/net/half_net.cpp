@@ -40,10 +40,13 @@ bool half_net::mirrored_into(class_net &net, const std::function<double(double)>
   // Where the lower neighbours of each vertex stand: first_[v] .. first_[v + 1] - 1.
   std::vector<std::int64_t> first(n + 2, 0);
   for (const auto &row : rows_)
-    for (const pair_record &record : row) ++first[static_cast<std::size_t>(record.partner) + 1];
-  for (std::size_t v = 1; v < first.size(); ++v) first[v] += first[v - 1];
+    for (const pair_record &record : row)
+      ++first[static_cast<std::size_t>(record.partner) + 1];
+  for (std::size_t v = 1; v < first.size(); ++v)
+    first[v] += first[v - 1];
   const std::int64_t n_pairs = first.back();
-  if (2 * n_pairs > std::numeric_limits<edge_adress>::max() - 2) return false;
+  if (2 * n_pairs > std::numeric_limits<edge_adress>::max() - 2)
+    return false;
   std::vector<pair_record> lower(static_cast<std::size_t>(n_pairs));
   std::vector<std::int64_t> next(first);
   for (std::size_t i = 1; i <= n; ++i)

@@ -15,7 +15,7 @@ namespace orb {
 
 namespace {
 
-constexpr std::int32_t overlaps_limit = 500;       // of one clone; more are asked about
+constexpr std::int32_t overlaps_limit = 500; // of one clone; more are asked about
 constexpr std::int32_t clones_in_part = 1000;
 constexpr std::int32_t clones_without_parts = 60000;
 constexpr const char *process_name = "Create net of significant clone overlaps";
@@ -24,7 +24,8 @@ using family = class_clone_dist_general;
 // Whether the overlaps of all versions of a clone are to be united. The answer isn't weighed: deliberate, since
 // versions taken for different clones contradict each other in contigs.
 bool versions_are_united(process_frame &frame, const class_DB_of_clones &database) {
-  if (!database.IsDBContainRepeatsCloneNames_get()) return false;
+  if (!database.IsDBContainRepeatsCloneNames_get())
+    return false;
   question asked;
   asked.text = "NB! your database contains several versions of fingerprinting for some clones!\r"
                "Working with these versions as with different clones will result in contradictions\r"
@@ -47,16 +48,19 @@ public:
       summary_.n_overlaps_max_found = n;
       summary_.clone_of_max = clone;
     }
-    if (n <= overlaps_limit) return true;
+    if (n <= overlaps_limit)
+      return true;
     ++summary_.n_clones_above_limit;
-    if (asked_) return true;
+    if (asked_)
+      return true;
     asked_ = true;
     question too_many;
     too_many.text = "NB! clone " + std::to_string(clone) + " (" + database_.name_of_clone_get(clone) +
                     ") has too many (" + std::to_string(n) +
                     ") significant overlaps at selected cutoff level.\r Continue with this cutoff?";
     too_many.by_default = too_many.to_go_on = answer::yes;
-    if (frame_.yes(too_many)) return true;
+    if (frame_.yes(too_many))
+      return true;
     frame_.message("NB! Process was stopped!");
     return false;
   }
@@ -97,7 +101,8 @@ double as_read_back(double value) {
 void append_overlap(std::string &text, const class_DB_of_clones &database, clone_number partner, double value,
                     std::int16_t code) {
   text += "\r\n" + std::to_string(partner) + "\t" + database.name_of_clone_get(partner) + "\t" + number_text(value, 2);
-  if (code != 0) text += "\tabs" + std::to_string(code);
+  if (code != 0)
+    text += "\tabs" + std::to_string(code);
 }
 
 // The text net of one run: parts, rows, and the order in which they go to the file.
@@ -117,10 +122,12 @@ public:
     output_.line(text);
   }
   void flush() {
-    if (output_.is_open()) output_.flush();
+    if (output_.is_open())
+      output_.flush();
   }
   void close() {
-    if (!output_.is_open()) output_ = growing_file(subdivide_ ? part_file(start_) : file_, true); // no rows at all
+    if (!output_.is_open())
+      output_ = growing_file(subdivide_ ? part_file(start_) : file_, true); // no rows at all
     output_.close();
   }
   // What to read: the file, or the folder of the parts by any file in it.
@@ -133,7 +140,8 @@ private:
     const auto width = static_cast<std::int32_t>(std::to_string(n_ / clones_in_part + 1).size());
     const std::int32_t part = (i - 1) / clones_in_part + 1;
     std::string name = file_.stem().string() + "_" + class_serv_raznoe::string_with_added_zeros(part, width);
-    if (i % clones_in_part != 1) name += "_" + std::to_string(i);
+    if (i % clones_in_part != 1)
+      (name += '_') += std::to_string(i);
     return folder_ / (name + file_.extension().string());
   }
 
@@ -170,7 +178,8 @@ public:
         [&](std::int64_t last) {
           for (std::int64_t i = begin; i <= last; ++i) {
             const auto at = static_cast<std::size_t>(i - begin);
-            if (!row_done(static_cast<clone_number>(i), counts[at], texts[at])) return false;
+            if (!row_done(static_cast<clone_number>(i), counts[at], texts[at]))
+              return false;
           }
           begin = last + 1;
           return block_done(static_cast<clone_number>(last));
@@ -195,8 +204,8 @@ private:
         append_overlap(overlaps, database, record.partner, record.value, record.code);
       count = static_cast<std::int32_t>(records.size());
     }
-    text = "clone\t" + std::to_string(i) + "\t" + database.name_of_clone_get(i) + "\t" + std::to_string(count) +
-           overlaps;
+    text =
+        "clone\t" + std::to_string(i) + "\t" + database.name_of_clone_get(i) + "\t" + std::to_string(count) + overlaps;
   }
 
   const metric_context &context_;
@@ -206,7 +215,8 @@ private:
 };
 
 bool asked_to_subdivide(process_frame &frame, std::int32_t n) {
-  if (n <= clones_without_parts) return false;
+  if (n <= clones_without_parts)
+    return false;
   question asked;
   asked.text = "NB! Nomber of clones N=" + std::to_string(n) +
                " is large.\rTo optimize working of program, output can be subdivided into parts.\r"
@@ -220,7 +230,8 @@ std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &
   asked.text = "Preprocess?";
   asked.title = "ORB";
   asked.by_default = answer::yes;
-  if (!context.frame.yes(asked)) return nullptr;
+  if (!context.frame.yes(asked))
+    return nullptr;
   auto significant = std::make_unique<class_clone_dist_FPC>();
   significant->create_sulston_significant_table(context.frame, context.settings.cutoff, context.database,
                                                 context.usable_values);
@@ -231,7 +242,8 @@ std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &
 std::int32_t asked_start(process_frame &frame) {
   double typed = 0;
   const std::string reply = frame.input({"Start from ...", "Creation of net of significant overlaps", "1"});
-  if (!number_from_text_silent(reply, typed) || !(typed >= 1)) return 1;
+  if (!number_from_text_silent(reply, typed) || !(typed >= 1))
+    return 1;
   return static_cast<std::int32_t>(std::min(typed, 2147483646.0));
 }
 
@@ -252,7 +264,8 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
   frame.step_text_set("Print to text file");
   metric_is_selected(context_.settings, settings.distance_index);
   const bool from_net = settings.use_file_with_connections && net_.number_of_vertices_get() == n;
-  if (from_net) bring_net_up_to_date();
+  if (from_net)
+    bring_net_up_to_date();
   const bool unite_versions = versions_are_united(frame, database);
   const bool subdivide = options.parts || asked_to_subdivide(frame, n);
   std::filesystem::path file = options.file;
@@ -265,15 +278,15 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
     return false;
   }
   std::unique_ptr<class_clone_dist_FPC> significant;
-  if (!from_net) significant = asked_preprocessing(context_);
+  if (!from_net)
+    significant = asked_preprocessing(context_);
   const std::int32_t start = options.start_clone > 0 ? options.start_clone : asked_start(frame);
 
   overlap_watch watch(frame, database, summary);
   text_net_writer writer(file, n, start, subdivide);
   bool refused = false;
   try {
-    const pair_elements elements =
-        from_net ? pair_elements() : pair_elements::of_library(database, unite_versions);
+    const pair_elements elements = from_net ? pair_elements() : pair_elements::of_library(database, unite_versions);
     std::optional<pair_kernel> kernel;
     if (!from_net)
       kernel.emplace(context_, settings.distance_index, settings.cutoff, settings.burying, significant.get(),
@@ -301,7 +314,8 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
     return false;
   }
   frame.all_panels_reset();
-  if (refused) return false;
+  if (refused)
+    return false;
   summary.completed = true;
   summary.text_file = writer.to_load();
   summary.in_parts = subdivide;
@@ -322,7 +336,8 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
 void class_clone_net_signif::bring_net_up_to_date() {
   const project_settings &settings = context_.settings;
   const std::int32_t n = net_.number_of_vertices_get();
-  if (settings.same_metric_as_net && !settings.markers_in_clones) return;
+  if (settings.same_metric_as_net && !settings.markers_in_clones)
+    return;
   const number_list all = number_list::range(1, n);
   class_net changed;
   if (settings.markers_in_clones) {
@@ -363,10 +378,11 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
                        with_table ? &significant : nullptr, settings.threads);
     all_done = half.compare(kernel, elements, settings.threads, [&](std::int32_t first, std::int32_t last) {
       for (clone_number i = first; i <= last && !refused; ++i) {
-        for (const pair_record &record : half.row(i)) ++n_lower[static_cast<std::size_t>(record.partner)];
+        for (const pair_record &record : half.row(i))
+          ++n_lower[static_cast<std::size_t>(record.partner)];
         summary.n_pairs += n - i;
-        refused = !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] +
-                                           static_cast<std::int32_t>(half.row(i).size()));
+        refused =
+            !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] + static_cast<std::int32_t>(half.row(i).size()));
       }
       frame.local_process_text_set(std::to_string(last) + " from " + std::to_string(n));
       return !refused && !frame.stop_requested_get();
@@ -385,7 +401,8 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
     frame.message("The net has more overlaps than a net can hold. Increase cutoff stringency.");
     frame.data_failed_set();
   }
-  if (!fits) return false;
+  if (!fits)
+    return false;
   net_ = std::move(made);
   net_is_loaded_set();
   summary.completed = true;

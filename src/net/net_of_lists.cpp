@@ -21,7 +21,8 @@ number_list first_of(const number_list &list, std::int32_t n) {
 number_list positions_of(const number_list &vertices, const number_list &net_list) {
   number_list positions;
   positions.reserve(vertices.count());
-  for (const vertex_number v : vertices.members()) positions.add(net_list(v));
+  for (const vertex_number v : vertices.members())
+    positions.add(net_list(v));
   return positions;
 }
 
@@ -29,8 +30,10 @@ number_list positions_of(const number_list &vertices, const number_list &net_lis
 number_list by_position(const number_list &by_vertex, const number_list &net_list) {
   number_list table;
   table.resize(net_list.count());
-  for (auto &entry : table.members()) entry = -1;
-  for (vertex_number v = 1; v <= net_list.count() && v <= by_vertex.count(); ++v) table(net_list(v)) = by_vertex(v);
+  for (auto &entry : table.members())
+    entry = -1;
+  for (vertex_number v = 1; v <= net_list.count() && v <= by_vertex.count(); ++v)
+    table(net_list(v)) = by_vertex(v);
   return table;
 }
 
@@ -42,9 +45,11 @@ void compare_small_list(const metric_context &context, const number_list &list, 
   for (vertex_number v = 1; v <= n; ++v) {
     net.add_vertex_fast(0);
     for (vertex_number w = 1; w <= n; ++w) {
-      if (v == w) continue;
+      if (v == w)
+        continue;
       const double value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), distance_index);
-      if (value >= cutoff) net.add_edge_fast(v, w, value, 0, calc.burring_index_get(burying));
+      if (value >= cutoff)
+        net.add_edge_fast(v, w, value, 0, calc.burring_index_get(burying));
     }
   }
   net.finish_of_adding();
@@ -115,8 +120,10 @@ void class_clone_net_signif::create_sub_net_different_metric_or_cutoff(const num
                                                                        double cutoff, double burying,
                                                                        const class_net &net_in, class_net &net) {
   process_frame &frame = context_.frame;
-  if (n > clones_for_status) frame.step_text_set("creation of subnet");
-  if (!same_metric) metric_is_selected(context_.settings, distance_index);
+  if (n > clones_for_status)
+    frame.step_text_set("creation of subnet");
+  if (!same_metric)
+    metric_is_selected(context_.settings, distance_index);
   class_clone_dist_calc calc(context_);
   class_net made;
   made.inicializate_net(n, net_in.number_of_edges_get());
@@ -129,7 +136,8 @@ void class_clone_net_signif::create_sub_net_different_metric_or_cutoff(const num
         value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(edge.neighbour), distance_index);
         code = calc.burring_index_get(burying);
       }
-      if (value >= cutoff) made.add_edge_fast(v, edge.neighbour, value, edge.index1, code);
+      if (value >= cutoff)
+        made.add_edge_fast(v, edge.neighbour, value, edge.index1, code);
     }
     if (n > clones_for_status && v % clones_for_status == 0)
       frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
@@ -153,7 +161,8 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
   for (vertex_number v = 1; v <= n; ++v) {
     made.add_vertex_fast(net_in.index_of_vertex_get(v));
     for (vertex_number w = 1; w <= n; ++w) {
-      if (v == w) continue;
+      if (v == w)
+        continue;
       std::int32_t n_common = 0;
       markers.number_of_common_markers(list(v), list(w), n_common);
       double value = 0;
@@ -163,9 +172,11 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
         value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), distance_index);
         code = calc.burring_index_get(burying);
       }
-      if ((found || n_common >= 1) && value >= cutoff) made.add_edge_fast(v, w, value, index1, code);
+      if ((found || n_common >= 1) && value >= cutoff)
+        made.add_edge_fast(v, w, value, index1, code);
     }
-    if (v % clones_for_status == 0) frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
+    if (v % clones_for_status == 0)
+      frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
   }
   made.finish_of_adding();
   made.test_neighbours_sorted();
@@ -175,7 +186,8 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
 void class_clone_net_signif::shape_of_list(const number_list &list, bool use_end_width, bool with_status,
                                            contig_shape &shape) {
   shape = {};
-  if (list.empty()) return;
+  if (list.empty())
+    return;
   class_net net;
   number_list net_list, path, far, ranks_from_path, ranks_from_start;
   create_net_general_run(list, net, net_list);
@@ -205,10 +217,12 @@ void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &li
                                                            contig_shape &shape, number_list &ranks_of_interesting) {
   process_frame &frame = context_.frame;
   contigomer_clone_ordering(list, shape);
-  if (shape.width < 0 && report_unconnected) frame.message("cluster of clones is not connected!");
+  if (shape.width < 0 && report_unconnected)
+    frame.message("cluster of clones is not connected!");
   const auto clones_of = [&](number_list &positions) {
     for (std::int32_t &member : positions.members()) {
-      if (member < 1 || member > list.count()) frame.program_end_now("Problem with ordering!!!");
+      if (member < 1 || member > list.count())
+        frame.program_end_now("Problem with ordering!!!");
       member = list(member);
     }
   };
@@ -216,7 +230,8 @@ void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &li
   clones_of(shape.far);
   position_table &position = workspace_.position;
   position.start(context_.database.total_number_of_clones_get());
-  for (std::int32_t i = 1; i <= list.count(); ++i) position.set(list(i), i);
+  for (std::int32_t i = 1; i <= list.count(); ++i)
+    position.set(list(i), i);
   ranks_of_interesting.clear();
   for (std::int32_t i = 1; i <= list_of_clones_interesting.count(); ++i) {
     const clone_number clone = list_of_clones_interesting(i);

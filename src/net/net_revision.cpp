@@ -20,7 +20,8 @@ constexpr std::int64_t vertices_in_block = 256;
 
 // Name and number of bands of a clone, with a tab between; empty and 0 beyond the library.
 std::string name_and_bands(const class_DB_of_clones &database, clone_number clone) {
-  if (clone > database.total_number_of_clones_get()) return "\t0";
+  if (clone > database.total_number_of_clones_get())
+    return "\t0";
   return database.name_of_clone_get(clone) + "\t" + std::to_string(database.number_of_bands_in_clone_get(clone));
 }
 
@@ -35,7 +36,8 @@ void clusters_of_edges(const class_net &net, vertex_number v, std::int32_t max_r
   const bool by_marks = max_rank == 1 && !net.neighbours_are_sorted_get();
   if (by_marks) { // the merge of two runs needs them ascending
     workspace.position.start(net.number_of_vertices_get());
-    for (const net_edge &edge : run) workspace.position.set(edge.neighbour, 1);
+    for (const net_edge &edge : run)
+      workspace.position.set(edge.neighbour, 1);
   }
   for (std::size_t k = 0; k < run.size(); ++k) {
     const auto place = static_cast<std::int32_t>(k) + 1;
@@ -103,14 +105,15 @@ std::string clone_row(const class_DB_of_clones &database, vertex_number v, std::
   std::string row = std::to_string(v) + "\t" + name_and_bands(database, v);
   for (std::int32_t j = 1; j <= max_rank; ++j) {
     const auto at = static_cast<std::size_t>(j);
-    row += "\t" + std::to_string(at < verdict.n_in_rank.size() ? verdict.n_in_rank[at] : 0);
+    (row += '\t') += std::to_string(at < verdict.n_in_rank.size() ? verdict.n_in_rank[at] : 0);
   }
   return row + "\t" + std::to_string(verdict.n_clusters);
 }
 
 std::string clones_head(std::int32_t max_rank) {
   std::string head = "clone\tname\tn_bands\tn_overlaps";
-  for (std::int32_t j = 2; j <= max_rank; ++j) head += "\tn_rank(" + std::to_string(j) + ")";
+  for (std::int32_t j = 2; j <= max_rank; ++j)
+    head += "\tn_rank(" + std::to_string(j) + ")";
   return head + "\tn_clusters";
 }
 
@@ -118,7 +121,8 @@ std::string clones_head(std::int32_t max_rank) {
 
 std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff) {
   double value = 0;
-  if (!number_from_text_silent(text, value)) return "Additional cutoff has to be numeric and more than current cutoff";
+  if (!number_from_text_silent(text, value))
+    return "Additional cutoff has to be numeric and more than current cutoff";
   return value > current_cutoff ? "" : "Additional cutoff has to be more than current cutoff";
 }
 
@@ -145,10 +149,12 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
       [&](vertex_number v, std::size_t place) {
         const auto run = net.edges_of_vertex(v);
         for (std::size_t k = 0; k < run.size(); ++k) {
-          if (n_clusters[place][k] == 1) continue;
+          if (n_clusters[place][k] == 1)
+            continue;
           ++n_Q;
           marked.change_edge_index(net.adress_of_first_edge_get(v) + static_cast<edge_adress>(k), index);
-          if (report) report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
+          if (report)
+            report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
         }
       },
       [&](vertex_number v) {
@@ -156,8 +162,10 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
                                      std::to_string(n_Q));
         return !frame.stop_requested_get();
       });
-  if (completed && report) report->commit();
-  if (completed) frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-connections found");
+  if (completed && report)
+    report->commit();
+  if (completed)
+    frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-connections found");
   marked_net = std::move(marked);
 }
 
@@ -172,7 +180,8 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
   net.create_net_copy(marked);
   std::optional<result_file> test_report, q_report;
   if (print) {
-    test_report.emplace(file_test.empty() ? frame.path_in_working_folder("\\clone_connection_revision.txt") : file_test);
+    test_report.emplace(file_test.empty() ? frame.path_in_working_folder("\\clone_connection_revision.txt")
+                                          : file_test);
     q_report.emplace(file_Q.empty() ? frame.path_in_working_folder("\\Q_clones.txt") : file_Q);
     test_report->line(clones_head(max_rank));
     q_report->line("k\t" + clones_head(max_rank));
@@ -189,11 +198,14 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
       [&](vertex_number v, std::size_t place) {
         const bool is_Q = verdicts[place].n_clusters >= 2;
         n_Q += is_Q;
-        if (is_Q) marked.change_vertex_index(v, index);
-        if (!print) return;
+        if (is_Q)
+          marked.change_vertex_index(v, index);
+        if (!print)
+          return;
         const std::string row = clone_row(context_.database, v, max_rank, verdicts[place]);
         test_report->line(row);
-        if (is_Q) q_report->line(std::to_string(n_Q) + "\t" + row);
+        if (is_Q)
+          q_report->line(std::to_string(n_Q) + "\t" + row);
       },
       [&](vertex_number v) {
         frame.local_process_text_set(std::to_string(v) + of_all);
@@ -203,7 +215,8 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
     test_report->commit();
     q_report->commit();
   }
-  if (completed) frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-clones found");
+  if (completed)
+    frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-clones found");
   marked_net = std::move(marked);
 }
 
@@ -226,7 +239,8 @@ bool class_clone_net_signif::QQ_form(const revision_options &options) {
     file = frame.save_file_dialog_checked(
         "Resulted net of significant clone overlaps (without Qs) save to... (in the ORB-specific format)",
         net_noQQ_file_name(settings, additional), "ORB-Net Signif files (*.ORBns)|*.ORBns");
-  if (file.empty()) return false;
+  if (file.empty())
+    return false;
   settings.QQ_use_additional_cutoff = true;
   settings.QQ_additional_cutoff = additional;
   settings.QQ_file = file.string();
@@ -237,18 +251,19 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
   process_frame &frame = context_.frame;
   const project_settings &settings = context_.settings;
   summary = {};
-  if (!QQ_form(options)) return false;
+  if (!QQ_form(options))
+    return false;
   const std::string status = "Revise connections (Q-overlaps & Q-clones)...";
   const std::filesystem::path file = settings.QQ_file, folder = file.parent_path();
   frame.process_start(status);
   frame.step_text_set(settings.QQ_file);
   frame.log_line(status + " to file " + settings.QQ_file);
-  const std::string base = "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(
-                                          number_text_shortest(settings.cutoff));
+  const std::string base =
+      "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(settings.cutoff));
   std::int32_t max_rank = options.max_rank;
   if (max_rank < 1 || max_rank > largest_rank)
-    max_rank = class_serv_raznoe::parameter_get_fromInputBox_Integer(frame, "max rank connections", "ORB", 1, 1,
-                                                                     largest_rank);
+    max_rank =
+        class_serv_raznoe::parameter_get_fromInputBox_Integer(frame, "max rank connections", "ORB", 1, 1, largest_rank);
   // The current net and the file change only when all of the revision is done.
   class_net marked, revised;
   bool net_is_revised = false;
@@ -277,9 +292,11 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
   frame.log_line("New net saved to file " + settings.QQ_file);
   bool ok = false;
   net_.read_net_type(frame, file, ok, -1);
-  if (ok) net_is_loaded_set();
+  if (ok)
+    net_is_loaded_set();
   frame.all_panels_reset();
-  if (!ok) return false;
+  if (!ok)
+    return false;
   summary.completed = true;
   frame.message("Net of significant clone overlaps is revized");
   return true;

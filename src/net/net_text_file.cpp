@@ -20,16 +20,17 @@ constexpr double unreachable_cutoff = 10000;
 using overlap_counts = std::array<std::int32_t, 11>;
 
 struct overlap_limits {
-  std::int16_t n_status = 0;                                          // 0: all overlaps are taken
-  std::vector<std::int16_t> status;                                   // 1..N
-  std::array<std::int32_t, 3> n_overlaps_max{};                       // by status
-  std::array<float, 3> cutoff_for_status{};                           // by status
+  std::int16_t n_status = 0;                    // 0: all overlaps are taken
+  std::vector<std::int16_t> status;             // 1..N
+  std::array<std::int32_t, 3> n_overlaps_max{}; // by status
+  std::array<float, 3> cutoff_for_status{};     // by status
 
   bool keeps(clone_number i, clone_number j, double value) const {
     const auto reaches = [&](std::int16_t of) {
       return of == 0 || static_cast<float>(value) >= cutoff_for_status[static_cast<std::size_t>(of)];
     };
-    return n_status == 0 || (reaches(status[static_cast<std::size_t>(i)]) && reaches(status[static_cast<std::size_t>(j)]));
+    return n_status == 0 ||
+           (reaches(status[static_cast<std::size_t>(i)]) && reaches(status[static_cast<std::size_t>(j)]));
   }
 };
 
@@ -40,7 +41,8 @@ bool positive_input(process_frame &frame, const std::string &prompt, const std::
     frame.message("Should be numerical!");
     return false;
   }
-  if (value > 0) return true;
+  if (value > 0)
+    return true;
   frame.message("Should be >0");
   return false;
 }
@@ -56,16 +58,19 @@ public:
     question all;
     all.text = "All overlaps?";
     all.by_default = answer::yes;
-    if (frame_.yes(all)) return true;
+    if (frame_.yes(all))
+      return true;
     limits_.n_status = 2;
     double typed = 0;
-    if (!positive_input(frame_, "Input maximal number of overlap per clone:", "40", typed)) return false;
+    if (!positive_input(frame_, "Input maximal number of overlap per clone:", "40", typed))
+      return false;
     limits_.n_overlaps_max[0] = limits_.n_overlaps_max[1] = static_cast<std::int32_t>(std::min(typed, 2147483647.0));
     if (!positive_input(frame_, "Input cutoff to reduce number of clone overlaps:", number_text(15, 2), typed))
       return false;
     limits_.cutoff_for_status[1] = static_cast<float>(typed);
     limits_.cutoff_for_status[2] = static_cast<float>(unreachable_cutoff);
-    if (!count_overlaps(file)) return false;
+    if (!count_overlaps(file))
+      return false;
     set_status();
     print_report();
     if (n_read_ != n_)
@@ -85,14 +90,16 @@ private:
       overlap_counts &counts = table_[static_cast<std::size_t>(i)];
       counts[0] = n_overlaps;
       for (std::int32_t k = 1; k <= n_overlaps; ++k) {
-        if (!reader.next_overlap(overlap)) return false;
+        if (!reader.next_overlap(overlap))
+          return false;
         counts[1] += static_cast<float>(overlap.value) >= limits_.cutoff_for_status[1];
         for (std::size_t level = 2; level <= 10 && overlap.value >= 5.0 * static_cast<double>(level); ++level)
           ++counts[level];
       }
       if (i % clones_between_polls == 0) {
         frame_.local_process_text_set(std::to_string(i) + " of " + std::to_string(n_));
-        if (frame_.stop_requested_get()) return false;
+        if (frame_.stop_requested_get())
+          return false;
       }
     }
     n_read_ = reader.n_clones_read();
@@ -114,23 +121,28 @@ private:
     std::array<double, 11> sums{};
     n_clones = 0;
     for (clone_number i = 1; i <= n_; ++i) {
-      if (status >= 0 && limits_.status[static_cast<std::size_t>(i)] != status) continue;
+      if (status >= 0 && limits_.status[static_cast<std::size_t>(i)] != status)
+        continue;
       ++n_clones;
-      for (std::size_t k = 0; k <= 10; ++k) sums[k] += table_[static_cast<std::size_t>(i)][k];
+      for (std::size_t k = 0; k <= 10; ++k)
+        sums[k] += table_[static_cast<std::size_t>(i)][k];
     }
     std::string text;
-    for (const double sum : sums) text += "\t" + number_text(n_clones > 0 ? sum / n_clones : 0, 1);
+    for (const double sum : sums)
+      (text += '\t') += number_text(n_clones > 0 ? sum / n_clones : 0, 1);
     return text;
   }
 
   void print_report() const {
     result_file file(frame_.path_in_working_folder("\\overlaps.tsv"));
     std::string head = "c\tclone\tnOverlaps\tcutoff" + number_text(limits_.cutoff_for_status[1], 2);
-    for (int k = 2; k <= 10; ++k) head += "\t" + number_text(5 * k, 2);
+    for (int k = 2; k <= 10; ++k)
+      (head += '\t') += number_text(5 * k, 2);
     file.line(head);
     for (clone_number i = 1; i <= n_; ++i) {
       std::string row = std::to_string(i) + "\t" + context_.database.name_of_clone_get(i);
-      for (const std::int32_t count : table_[static_cast<std::size_t>(i)]) row += "\t" + std::to_string(count);
+      for (const std::int32_t count : table_[static_cast<std::size_t>(i)])
+        (row += '\t') += std::to_string(count);
       file.line(row);
     }
     std::int32_t n_clones = 0;
@@ -161,7 +173,8 @@ void class_clone_net_signif::read_text_net(const std::filesystem::path &file, cl
   const std::int32_t n = context_.database.total_number_of_clones_get();
   ok = false;
   overlap_limits limits;
-  if (!overlap_limits_choice(context_, limits).run(file)) return;
+  if (!overlap_limits_choice(context_, limits).run(file))
+    return;
   class_net read;
   read.inicializate_net(n, read.max_n_edges_for_n_of_vertices(n, -1));
   text_net_reader reader(frame, file, n);
@@ -171,19 +184,23 @@ void class_clone_net_signif::read_text_net(const std::filesystem::path &file, cl
   while (reader.next_clone(i, n_overlaps)) {
     read.add_vertex_fast(0);
     for (std::int32_t k = 1; k <= n_overlaps; ++k) {
-      if (!reader.next_overlap(overlap)) return;
+      if (!reader.next_overlap(overlap))
+        return;
       if (limits.keeps(i, overlap.partner, overlap.value))
         read.add_edge_fast(i, overlap.partner, overlap.value, 0, overlap.code);
     }
     if (i % clones_between_polls == 0) {
       frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
-      if (frame.stop_requested_get()) return;
+      if (frame.stop_requested_get())
+        return;
     }
   }
-  if (reader.refused()) return;
+  if (reader.refused())
+    return;
   if (reader.n_clones_read() != n)
     frame.message("i <> nnn: " + std::to_string(reader.n_clones_read()) + " <> " + std::to_string(n));
-  for (std::int32_t v = reader.n_clones_read(); v < n; ++v) read.add_vertex_fast(0); // a missing tail: without edges
+  for (std::int32_t v = reader.n_clones_read(); v < n; ++v)
+    read.add_vertex_fast(0); // a missing tail: without edges
   read.finish_of_adding();
   read.test_neighbours_sorted();
   frame.local_process_text_set("Finished");

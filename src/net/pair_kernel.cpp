@@ -15,7 +15,8 @@ pair_elements pair_elements::of_list(std::span<const clone_number> clones) {
   pair_elements elements;
   elements.clones_.assign(clones.begin(), clones.end());
   elements.first_.resize(clones.size() + 2);
-  for (std::size_t e = 1; e <= clones.size() + 1; ++e) elements.first_[e] = e - 1;
+  for (std::size_t e = 1; e <= clones.size() + 1; ++e)
+    elements.first_[e] = e - 1;
   return elements;
 }
 
@@ -39,7 +40,8 @@ pair_elements pair_elements::of_library(const class_DB_of_clones &database, bool
 pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_index, double cutoff, double burying,
                          const class_clone_dist_FPC *significant, int threads)
     : context_(context), distance_index_(distance_index), cutoff_(cutoff), burying_(burying), significant_(significant),
-      skip_by_table_(significant != nullptr && cutoff > 0 && distance_index == family::DISTANCE_INDEX_Sulston_1988_get()),
+      skip_by_table_(significant != nullptr && cutoff > 0 &&
+                     distance_index == family::DISTANCE_INDEX_Sulston_1988_get()),
       with_weights_(context.settings.distance_table_full_mode),
       exclude_bands_(!with_weights_ && context.usable_values.JK_on_bands_get() &&
                      context.database.taking_tollerance_into_account_index_get() > 0),
@@ -54,7 +56,8 @@ pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_in
                                          : nullptr),
       bands_(context.database.band_array()), first_(context.database.first_band_adress_array()),
       remembered_(static_cast<std::size_t>(worker_count(threads))) {
-  if (exclude_bands_ || (with_weights_ && context.usable_values.JK_on_bands_get())) leave_excluded_bands_out();
+  if (exclude_bands_ || (with_weights_ && context.usable_values.JK_on_bands_get()))
+    leave_excluded_bands_out();
   const std::int32_t n_clones = context.database.total_number_of_clones_get();
   for (clone_number clone = 1; clone <= n_clones; ++clone)
     if (context.database.bands_of_clone(clone).size() != static_cast<std::size_t>(n_bands(clone))) {
@@ -62,7 +65,8 @@ pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_in
       first_ = no_bands_.data();
       break;
     }
-  if (!with_weights_) return;
+  if (!with_weights_)
+    return;
   bands_ = first_usable_.empty() ? bands_ : usable_bands_.data();
   first_ = first_usable_.empty() ? first_ : first_usable_.data();
   weight_of_clone_.assign(static_cast<std::size_t>(n_clones) + 1, 0);
@@ -76,7 +80,8 @@ void pair_kernel::leave_excluded_bands_out() {
   first_usable_.assign(static_cast<std::size_t>(n) + 2, 0);
   for (clone_number clone = 1; clone <= n; ++clone) {
     for (const band_value band : database.bands_of_clone(clone))
-      if (context_.usable_values.band_is_not_excluded_get(band)) usable_bands_.push_back(band);
+      if (context_.usable_values.band_is_not_excluded_get(band))
+        usable_bands_.push_back(band);
     first_usable_[static_cast<std::size_t>(clone) + 1] = static_cast<band_adress>(usable_bands_.size());
   }
   usable_bands_.push_back(0); // so that an empty library has an address too
@@ -110,12 +115,14 @@ void pair_kernel::count_with_weights(clone_number a, clone_number b, pair_counts
 
 double pair_kernel::score(clone_number a, clone_number b, const pair_counts &counts, int worker) {
   std::int32_t n_common_markers = 0;
-  if (with_markers_) context_.database.markers().number_of_common_markers(a, b, n_common_markers);
+  if (with_markers_)
+    context_.database.markers().number_of_common_markers(a, b, n_common_markers);
   const auto compute = [&] {
     return score_of_counts(counts, n_common_markers, distance_index_, context_.database, context_.usable_values,
                            context_.table, significant_);
   };
-  if (!remember_scores_) return compute();
+  if (!remember_scores_)
+    return compute();
   const auto part = [](double number) { return static_cast<std::uint64_t>(std::max(number, 0.0)) & 0x1fffff; };
   const std::uint64_t key = part(std::floor(counts.x_fr)) << 42 | part(std::min(counts.n1, counts.n2)) << 21 |
                             part(std::max(counts.n1, counts.n2));
@@ -131,7 +138,8 @@ bool pair_kernel::pair(clone_number a, clone_number b, int worker, double &value
   std::int32_t least = 0; // k that is needed
   if (skip_by_table_ && !exclude_bands_ && std::max(counts.n1, counts.n2) <= significant_->table_size_get()) {
     least = significant_->sulston_significant_table_get(counts.n1, counts.n2);
-    if (least > std::min(counts.n1, counts.n2)) return false;
+    if (least > std::min(counts.n1, counts.n2))
+      return false;
   }
   if (with_weights_)
     count_with_weights(a, b, counts);
@@ -139,9 +147,11 @@ bool pair_kernel::pair(clone_number a, clone_number b, int worker, double &value
     count_plain(a, b, counts);
   counts.x_iid = std::min(counts.x_iid, most_);
   counts.x_fr = std::min(counts.x_fr, most_);
-  if (counts.x_iid < least) return false;
+  if (counts.x_iid < least)
+    return false;
   value = score(a, b, counts, worker);
-  if (!(value >= cutoff_)) return false;
+  if (!(value >= cutoff_))
+    return false;
   code = burying_code_of_counts(counts, burying_);
   return true;
 }
@@ -154,7 +164,8 @@ bool pair_kernel::united_pair(std::span<const clone_number> clones_1, std::span<
     for (std::size_t j = 0; j < clones_2.size(); ++j) {
       double value = 0;
       std::int16_t code = 0;
-      if (!pair(a, clones_2[j], worker, value, code) || (found && value < record.value)) continue;
+      if (!pair(a, clones_2[j], worker, value, code) || (found && value < record.value))
+        continue;
       // Of equal values the later pair counts, and the two ends walk the pairs in different orders.
       if (!found || value > record.value || j >= best_2) {
         record.code_mirrored = burial_code_mirrored(code);
@@ -171,13 +182,16 @@ bool pair_kernel::united_pair(std::span<const clone_number> clones_1, std::span<
 void pair_kernel::row(const pair_elements &elements, std::int32_t element, std::int32_t first, std::int32_t last,
                       int worker, std::vector<pair_record> &records) {
   const auto own = elements.clones_of(element);
-  if (own.empty()) return;
+  if (own.empty())
+    return;
   pair_record record;
   for (std::int32_t partner = first; partner <= last; ++partner) {
     const auto others = elements.clones_of(partner);
-    if (partner == element || others.empty()) continue;
+    if (partner == element || others.empty())
+      continue;
     if (own.size() == 1 && others.size() == 1) {
-      if (!pair(own[0], others[0], worker, record.value, record.code)) continue;
+      if (!pair(own[0], others[0], worker, record.value, record.code))
+        continue;
       record.code_mirrored = burial_code_mirrored(record.code);
     } else if (!united_pair(own, others, worker, record)) {
       continue;

@@ -76,9 +76,9 @@ private:
   std::int16_t distance_index_;
   double cutoff_, burying_;
   const class_clone_dist_FPC *significant_;
-  bool skip_by_table_;  // a pair below its table entry can't reach the cutoff
-  bool with_weights_;   // the full mode
-  bool exclude_bands_;  // excluded bands count in no match (plain mode only: the full mode reads filtered lists)
+  bool skip_by_table_; // a pair below its table entry can't reach the cutoff
+  bool with_weights_;  // the full mode
+  bool exclude_bands_; // excluded bands count in no match (plain mode only: the full mode reads filtered lists)
   bool with_markers_;
   bool remember_scores_; // few different counts, each of them dear
   std::int32_t t_;
@@ -86,9 +86,9 @@ private:
   band_frequencies frequencies_;
   const band_value *bands_;
   const band_adress *first_;
-  std::vector<band_value> usable_bands_;           // without excluded bands
+  std::vector<band_value> usable_bands_; // without excluded bands
   std::vector<band_adress> first_usable_, no_bands_;
-  std::vector<double> weight_of_clone_;            // sum of -ln f over its bands
+  std::vector<double> weight_of_clone_;                               // sum of -ln f over its bands
   std::vector<std::unordered_map<std::uint64_t, double>> remembered_; // one a worker: counts -> score
 };
 

@@ -1,0 +1,144 @@
+// One pair of clones: counts, burial codes, the gate, and the comparisons on lists.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "../../bench/library_generator.h"
+#include "metrics/class_clone_dist_my.h"
+
+namespace orb {
+namespace {
+
+struct library {
+  answer_book book;
+  front_end_record record;
+  process_frame frame{scripted_front_end(book, record)};
+  project_settings settings;
+  class_DB_of_clones database;
+  class_usable_values usable_values;
+  class_clone_dist_table table;
+  metric_context context{frame, settings, database, usable_values, table};
+
+  explicit library(const std::vector<std::vector<band_value>> &clones) {
+    database.tollerance_parameters_set(12, 1);
+    database.total_number_of_different_bands_set_by_eff_len(5000);
+    const auto n = static_cast<std::int32_t>(clones.size());
+    database.inicalise_database(frame, n, 500 * n);
+    for (std::int32_t i = 1; i <= n; ++i) {
+      database.name_of_clone_set(i, "clone" + std::to_string(i));
+      database.ListOfBands_from_real_database_fast_all_bands_set(i, clones[static_cast<std::size_t>(i) - 1]);
+    }
+    database.total_number_of_clones_set(n);
+    database.sort_clones_by_name(frame);
+    make_band_statistics(frame, database, usable_values);
+  }
+};
+
+TEST(pair, common_bands_are_a_greedy_matching_with_a_closed_tolerance) {
+  library lib({{100, 112, 200}, {112, 124, 188}, {}, {100, 112, 200}});
+  class_clone_dist_calc calc(lib.context);
+  calc.start_of_distance_calculation(1, 2);
+  EXPECT_EQ(calc.x_iid_get(), 3); // 100-112, 112-124, 200-188
+  EXPECT_EQ(calc.burring_index_get(0.9), 3);
+  calc.start_of_distance_calculation_alternative_tollerance(1, 2, true, 11);
+  EXPECT_EQ(calc.x_iid_get(), 1); // only 112-112 is left
+  EXPECT_EQ(lib.database.tollerance_get(), 12);
+  EXPECT_EQ(lib.database.index_of_band_type_get(), 0);
+  calc.start_of_distance_calculation(3, 1);
+  EXPECT_EQ(calc.burring_index_get(0.9), 1); // no bands: all of them are common
+  EXPECT_EQ(calc.value_k2mn_get(), 0);
+  calc.start_of_distance_calculation(1, 3);
+  EXPECT_EQ(calc.burring_index_get(0.9), 2);
+}
+
+TEST(pair, full_mode_weighs_common_bands_by_their_frequency) {
+  library lib({{100, 500, 900}, {105, 500, 2000}, {500}});
+  lib.settings.distance_table_full_mode = true;
+  class_clone_dist_calc calc(lib.context);
+  calc.start_of_distance_calculation(1, 2);
+  const auto f = [&](band_value band) { return lib.database.frecuency_of_band_in_clones_get(band); };
+  EXPECT_EQ(calc.x_iid_get(), 2);
+  EXPECT_DOUBLE_EQ(calc.x_fr_get(), -std::log(std::max(f(100), f(105))) - std::log(f(500)));
+  EXPECT_DOUBLE_EQ(calc.list_weight2_get(), -std::log(f(105)) - std::log(f(500)) - std::log(f(2000)));
+  // class frequencies in place of the real ones: the same as with both swapped
+  const double read = calc.minus_log10_p_value_of_clone_overlapping(1, 2, 8);
+  const double x_fr = calc.x_fr_get();
+  lib.usable_values.switch_frecuency_of_band_in_clones_and_band_frec_buffer(lib.database);
+  calc.start_of_distance_calculation(1, 2);
+  lib.usable_values.switch_frecuency_of_band_in_clones_and_band_frec_buffer(lib.database);
+  EXPECT_EQ(calc.x_fr_get(), x_fr);
+  EXPECT_EQ(calc.minus_log10_p_value_of_clone_overlapping_no_clones(0, 8), read);
+  lib.database.frecuency_of_band_in_clones_set(500, 0);
+  EXPECT_THROW(calc.start_of_distance_calculation(1, 2), program_end);
+  EXPECT_EQ(lib.record.messages.back(), "Error!: f=0");
+}
+
+TEST(pair, gate_asks_the_net_first) {
+  library lib({{100, 500, 900}, {100, 500, 900}, {100, 500, 900}});
+  class_net net;
+  net.inicializate_net(3, 2);
+  net.add_vertex_fast(0);
+  net.add_edge_fast(1, 2, 15.0, 0, 1);
+  net.add_vertex_fast(0);
+  net.add_edge_fast(2, 1, 15.0, 0, 2);
+  net.add_vertex_fast(0);
+  net.finish_of_adding();
+  class_clone_dist_my gate(lib.context, &net);
+  double value;
+  std::int16_t code;
+  bool significant;
+  struct {
+    const char *what;
+    bool use_net, same_metric;
+    clone_number a, b;
+    double limit, value;
+    std::int16_t code;
+    bool significant;
+  } const cases[] = {
+      {"value equal to the cutoff", true, true, 1, 2, 15.0, 15.0, 1, true},
+      {"from the other end", true, true, 2, 1, 15.0, 15.0, 2, true},
+      {"below the cutoff", true, true, 1, 2, 15.01, 15.0, 1, false},
+      {"not in the net: no comparison", true, true, 1, 3, 0, 0, 0, false},
+      {"not in the net, another metric", true, false, 1, 3, 0, 0, 0, false},
+      {"in the net, another metric", true, false, 1, 2, 1000, 1000, 3, true},
+      {"no net", false, true, 1, 3, 1000, 1000, 3, true},
+  };
+  for (const auto &c : cases) {
+    gate.net_private_parameters_set(0, c.limit, 0.9, c.use_net, c.same_metric); // k2mn of equal clones: 1000
+    gate.cutoff_and_burring_calculation(c.a, c.b, value, code, significant);
+    EXPECT_EQ(value, c.value) << c.what;
+    EXPECT_EQ(code, c.code) << c.what;
+    EXPECT_EQ(significant, c.significant) << c.what;
+    EXPECT_EQ(gate.my_cutoff(c.a, c.b), c.value) << c.what;
+    EXPECT_EQ(gate.overlap_is_significant(c.a, c.b), c.significant) << c.what;
+  }
+  gate.net_private_parameters_set(3, 0, 0.9, false, true);
+  EXPECT_TRUE(lib.settings.distance_table_full_mode); // a metric on abundances was chosen
+}
+
+TEST(pair, comparisons_on_lists) {
+  library lib({{100}, {200}, {300}});
+  number_list common, only_1, only_2;
+  class_clone_dist_general::create_overlaping_lists_of_bands({100, 200, 300, 400}, {110, 250}, common, only_1, only_2,
+                                                             lib.database);
+  EXPECT_EQ(common, number_list({110}));
+  EXPECT_EQ(only_1, number_list({200}));
+  EXPECT_EQ(only_2, number_list({250})); // 300 and 400 lie behind the end of the other list
+  std::vector<bool> marks;
+  std::int32_t k = 0;
+  class_clone_dist_general::update_overlaping({100, 200, 300}, {110, 290}, marks, k, lib.database);
+  EXPECT_EQ(k, 2);
+  EXPECT_EQ(marks, std::vector<bool>({false, true, false, true}));
+  number_list near;
+  class_clone_dist_general::create_monade_of_band(3, near, lib.database);
+  EXPECT_EQ(near, number_list::range(0, 15));
+  std::int32_t position = 0;
+  EXPECT_TRUE(class_clone_dist_general::band_is_similar_to_one_of_list(150, {100, 140, 155}, position, lib.database));
+  EXPECT_EQ(position, 2);
+  for (std::int16_t metric = 0; metric <= class_clone_dist_general::number_distance_index_get(); ++metric)
+    EXPECT_EQ(class_clone_dist_general::index_of_name(class_clone_dist_general::name_of_cutoff_distance(metric)),
+              metric);
+}
+
+} // namespace
+} // namespace orb

@@ -1,0 +1,176 @@
+// Q-overlaps and Q-clones against their definition, and the reports of a revision.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "net_fixture.h"
+
+namespace orb {
+namespace {
+
+using edge_set = std::set<std::pair<vertex_number, vertex_number>>;
+
+// Components of the vertices kept, by plain spreading of the smallest label, without the edge `cut`.
+int components(const class_net &net, const std::set<vertex_number> &kept, std::pair<vertex_number, vertex_number> cut) {
+  std::vector<vertex_number> label(static_cast<std::size_t>(net.number_of_vertices_get()) + 1);
+  for (const vertex_number v : kept)
+    label[static_cast<std::size_t>(v)] = v;
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (const vertex_number v : kept)
+      for (const net_edge &edge : net.edges_of_vertex(v)) {
+        const vertex_number w = edge.neighbour;
+        if (!kept.count(w) || std::pair(std::min(v, w), std::max(v, w)) == cut)
+          continue;
+        auto &own = label[static_cast<std::size_t>(v)], other = label[static_cast<std::size_t>(w)];
+        if (other < own)
+          own = other, changed = true;
+      }
+  }
+  std::set<vertex_number> labels;
+  for (const vertex_number v : kept)
+    labels.insert(label[static_cast<std::size_t>(v)]);
+  return static_cast<int>(labels.size());
+}
+
+std::set<vertex_number> ball(const class_net &net, std::set<vertex_number> start, int r, double cutoff) {
+  for (int step = 0; step < r; ++step) {
+    std::set<vertex_number> next = start;
+    for (const vertex_number v : start)
+      for (const net_edge &edge : net.edges_of_vertex(v))
+        if (edge.value >= cutoff)
+          next.insert(edge.neighbour);
+    start = next;
+  }
+  return start;
+}
+
+class_net random_net(random_source &chance, std::int32_t n, double density) {
+  std::vector<plain_edge> edges;
+  for (vertex_number a = 1; a <= n; ++a)
+    for (vertex_number b = a + 1; b <= n; ++b)
+      if (b - a <= 3 ? chance.uniform() < 0.6 : chance.uniform() < density)
+        edges.push_back({a, b, 15.0 + chance.number_up_to(20)});
+  return net_of_edges(n, edges);
+}
+
+TEST(revision, marks_are_those_of_the_definition) {
+  net_fixture f({.n_clones = 40, .bands_in_clone = 4});
+  random_source chance(7);
+  for (int run = 0; run < 12; ++run) {
+    const std::int32_t r = 1 + run % 3;
+    f.settings.threads = 1 + run % 2 * 3;
+    f.settings.QQ_use_additional_cutoff = run % 4 < 2;
+    f.settings.QQ_additional_cutoff = 22;
+    const class_net net = random_net(chance, 40, 0.01 * (run % 5));
+    class_net marked;
+    std::int32_t n_Q = 0, expected = 0;
+    f.signif.identify_all_Q_connections(net, r, marked, -1, false, {}, n_Q);
+    for (vertex_number v = 1; v <= 40; ++v)
+      for (std::size_t k = 0; k < net.edges_of_vertex(v).size(); ++k) {
+        const vertex_number w = net.edges_of_vertex(v)[k].neighbour;
+        bool supported;
+        if (r == 1) { // a common neighbour
+          const auto of_v = ball(net, {v}, 1, 0), of_w = ball(net, {w}, 1, 0);
+          supported = false;
+          for (const vertex_number u : of_v)
+            supported = supported || (u != v && u != w && of_w.count(u));
+        } else {
+          supported = components(net, ball(net, {v, w}, r, 0), {std::min(v, w), std::max(v, w)}) == 1;
+        }
+        EXPECT_EQ(marked.edges_of_vertex(v)[k].index1, supported ? 0 : -1) << v << "-" << w << " r=" << r;
+        expected += !supported;
+      }
+    EXPECT_EQ(n_Q, expected);
+    f.signif.identify_all_Q_clones(net, r, marked, -1, false, {}, {}, n_Q);
+    expected = 0;
+    for (vertex_number v = 1; v <= 40; ++v) {
+      auto around = ball(net, {v}, r, f.settings.QQ_use_additional_cutoff ? 22 : 0);
+      around.erase(v);
+      const bool is_Q = components(net, around, {0, 0}) >= 2;
+      EXPECT_EQ(marked.index_of_vertex_get(v), is_Q ? -1 : 0) << v << " r=" << r;
+      expected += is_Q;
+    }
+    EXPECT_EQ(n_Q, expected);
+  }
+}
+
+// 1-2-3 a triangle, 3-4-5 a path hanging on it.
+class_net triangle_with_tail() {
+  return net_of_edges(6, {{1, 2}, {1, 3}, {2, 3}, {3, 4, 17.25}, {4, 5, 31}});
+}
+
+struct revised {
+  net_fixture f{{.n_clones = 6, .bands_in_clone = 6}};
+  class_clone_net_signif::revision_summary summary;
+  bool done = false;
+  explicit revised(bool overlaps, bool clones, std::int32_t rank = 1) {
+    f.settings.cutoff = 15.5;
+    f.signif.net() = triangle_with_tail();
+    done = f.signif.revise_connections({overlaps, clones, rank, "16", f.folder / "revised.ORBns"}, summary);
+  }
+  std::string clone(vertex_number v) {
+    return std::to_string(v) + "\t" + f.database.name_of_clone_get(v) + "\t" +
+           std::to_string(f.database.number_of_bands_in_clone_get(v));
+  }
+};
+
+TEST(revision, reports_word_for_word) {
+  revised run(true, true);
+  ASSERT_TRUE(run.done);
+  EXPECT_EQ(run.summary.n_q_overlaps, 2);
+  EXPECT_EQ(run.summary.n_q_clones, 0); // without the tail nothing is joined any more
+  const auto c = [&](vertex_number v) { return run.clone(v); };
+  EXPECT_EQ(
+      file_bytes(run.f.folder / "cutoff155_Q_overlaps.txt"),
+      "k\ti1\tclone1\tn_bands\tn_overlaps\ti2\tclone2\tn_bands\tn_overlaps\t-log(Pr(overlap))\tburied\tn_clusters\r\n"
+      "1\t" +
+          c(3) + "\t3\t" + c(4) + "\t2\t17.25\t\t2\r\n2\t" + c(4) + "\t2\t" + c(3) + "\t3\t17.25\t\t2\r\n3\t" + c(4) +
+          "\t2\t" + c(5) + "\t1\t31.00\t\t2\r\n4\t" + c(5) + "\t1\t" + c(4) + "\t2\t31.00\t\t2\r\n");
+  std::string tests = "clone\tname\tn_bands\tn_overlaps\tn_clusters\r\n";
+  for (vertex_number v = 1; v <= 6; ++v)
+    tests += c(v) + (v <= 3 ? "\t2\t1\r\n" : "\t0\t0\r\n");
+  EXPECT_EQ(file_bytes(run.f.folder / "cutoff155_test_of_clones_for_Q.txt"), tests);
+  EXPECT_EQ(file_bytes(run.f.folder / "cutoff155_Q_clones.txt"), "k\tclone\tname\tn_bands\tn_overlaps\tn_clusters\r\n");
+  EXPECT_EQ(run.f.signif.net().number_of_edges_get(), 6);
+  EXPECT_TRUE(run.f.settings.use_file_with_connections);
+  EXPECT_EQ(run.f.record.messages, std::vector<std::string>{"Net of significant clone overlaps is revized"});
+}
+
+TEST(revision, a_Q_clone_stays_as_a_marked_vertex_without_edges) {
+  revised run(false, true, 2);
+  ASSERT_TRUE(run.done);
+  EXPECT_EQ(run.summary.n_q_clones, 2);
+  const class_net &net = run.f.signif.net();
+  ASSERT_EQ(net.number_of_vertices_get(), 6);
+  for (vertex_number v = 1; v <= 6; ++v)
+    EXPECT_EQ(net.index_of_vertex_get(v), v == 3 || v == 4 ? -1 : 0);
+  EXPECT_EQ(net.number_of_edges_get(), 2); // 1-2
+  const std::string Q = file_bytes(run.f.folder / "cutoff155_Q_clones.txt");
+  EXPECT_TRUE(Q.starts_with("k\tclone\tname\tn_bands\tn_overlaps\tn_rank(2)\tn_clusters\r\n")) << Q;
+}
+
+TEST(revision, the_form_refuses_and_proposes) {
+  const std::string numeric = "Additional cutoff has to be numeric and more than current cutoff";
+  const std::string more = "Additional cutoff has to be more than current cutoff";
+  const std::pair<const char *, std::string> cases[] = {{"abc", numeric}, {"15", more}, {"14,9", more}, {"15.01", ""}};
+  for (const auto &[text, message] : cases)
+    EXPECT_EQ(QQ_additional_cutoff_refused(text, 15), message) << text;
+  net_fixture f({.n_clones = 6, .bands_in_clone = 6});
+  f.signif.net() = triangle_with_tail();
+  class_clone_net_signif::revision_summary summary;
+  EXPECT_FALSE(f.signif.revise_connections({true, true, 1, "15", f.folder / "net.ORBns"}, summary));
+  EXPECT_EQ(f.record.messages, std::vector<std::string>{more});
+  EXPECT_FALSE(f.settings.QQ_use_additional_cutoff);
+  EXPECT_TRUE(std::filesystem::is_empty(f.folder));
+  f.answer_always("max rank connections (min=1, max=50)", "77"); // out of range: 1 stays
+  ASSERT_TRUE(f.signif.revise_connections({true, false, 0, "", f.folder / "net.ORBns"}, summary));
+  EXPECT_EQ(f.settings.QQ_additional_cutoff, 25);
+  EXPECT_TRUE(f.settings.QQ_use_additional_cutoff);
+  EXPECT_EQ(summary.n_q_overlaps, 2);
+  EXPECT_EQ(net_noQQ_file_name(f.settings, 25), "net_signif_noQQ_15_25.ORBns");
+  EXPECT_EQ(net_signif_file_name(f.settings), "net_signif_Sulston_1988_15.00.ORBns");
+}
+
+} // namespace
+} // namespace orb

@@ -1,0 +1,156 @@
+// The command line as scripts rely on it: help, wrong commands, exit statuses, what is refused and what stays untouched.
+#include <nlohmann/json.hpp>
+
+#include "whole/program_run.h"
+
+using whole::outcome;
+namespace fs = std::filesystem;
+
+class CommandLine : public whole::program_test {};
+
+TEST_F(CommandLine, HelpStandsOnEachCommandWithAnExample) {
+  const outcome general = orb("--help");
+  EXPECT_EQ(general.status, 0);
+  for (const std::string command : {"assemble", "load", "net", "revise", "contigs", "info"}) {
+    EXPECT_NE(general.out.find("\n  " + command + " "), std::string::npos) << command;
+    const outcome help = orb(command + " --help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Example:\n  orb " + command + " "), std::string::npos) << help.out;
+    EXPECT_EQ(help.err, "");
+  }
+}
+
+TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
+  struct {
+    std::string arguments, said;
+  } const cases[]{
+      {"", "a command is missing"},
+      {"asemble x", "unknown command asemble; did you mean assemble?"},
+      {"load " + example + " --out l.ORBdb --tolerence 5", "unknown option --tolerence; did you mean --tolerance?"},
+      {"load " + example + " --out l.ORBdb --cutoff 5", "unknown option --cutoff"},
+      {"load " + example, "--out is required"},
+      {"net " + example + " --out n.ORBns --metric Sulston", "no metric \"Sulston\"; known are k2mn, Nof"},
+      {"net " + example + " --out n.ORBns --metric KK2mn", "--cutoff is required"},
+      {"net " + example + " --out n.ORBns --metric Special --cutoff 1", "--metric Special"},
+      {"net " + example + " --out n.ORBns --start 5", "--start and --parts belong to --text"},
+      {"assemble " + example + " --out d --additional-cutoff 15", "Additional cutoff has to be more than current cutoff"},
+      {"assemble " + example + " --out d --additional-cutoff x", "Additional cutoff has to be numeric and more than current cutoff"},
+      {"assemble " + example + " --out d --preset 6", "--preset"},
+  };
+  for (const auto &c : cases) {
+    const outcome seen = orb(c.arguments);
+    EXPECT_EQ(seen.status, 2) << c.arguments << "\n" << seen.err;
+    EXPECT_NE(seen.err.find(c.said), std::string::npos) << c.arguments << "\n" << seen.err;
+    EXPECT_EQ(seen.out, "");
+  }
+  EXPECT_FALSE(fs::exists(folder / "l.ORBdb"));
+  EXPECT_FALSE(fs::exists(folder / "n.ORBns"));
+}
+
+TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
+  std::string many = "BIG\t501\tGel\n";
+  for (int i = 0; i < 501; ++i) many += std::to_string(100 + i) + "\n";
+  struct {
+    std::string content;
+    std::vector<std::string> said;
+  } const cases[]{
+      {"A1\t3\tGel\n10\n30\n20\n-1\n", {"Wrong ordered bands 2 and 3(30>20) in clone 1 A1", "bad.sizes"}},
+      {"A1\n10\n-1\n\nA2\n-5\n20\n-1\n", {"Wrong band 1(-5<0) in clone 2 A2", "bad.sizes"}},
+      {"A1\n10\n60001\n-1\n", {"Wrong band 2(60001>60000=max) in clone 1 A1", "bad.sizes", "line"}},
+      {many + "-1\n", {"DB_of_clones.MAX_number_of_bands_in_clone_get < n_different_bands_in_clone: _500 < 501", "bad.sizes"}},
+      {std::string("\0\1\2\3binary\0\n", 12), {"bad.sizes"}},
+      {"", {"NB! No clones was readen!"}},
+  };
+  for (const auto &c : cases) {
+    whole::write_bytes(folder / "in" / "bad.sizes", c.content);
+    const outcome seen = orb("load in --out l.ORBdb");
+    EXPECT_EQ(seen.status, 1) << seen.err;
+    for (const std::string &said : c.said) EXPECT_NE(seen.err.find(said), std::string::npos) << said << "\n" << seen.err;
+    EXPECT_FALSE(fs::exists(folder / "l.ORBdb"));
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder))
+      EXPECT_FALSE(entry.path().filename().string().starts_with("l.ORBdb")) << entry.path();
+  }
+}
+
+TEST_F(CommandLine, MissingInputsAndUnwritableOutputsEndWithStatus3) {
+  fs::create_directories(folder / "empty");
+  whole::write_bytes(folder / "other" / "notes.txt", "hello\n");
+  const outcome missing = orb("load nowhere --out l.ORBdb");
+  EXPECT_EQ(missing.status, 3);
+  EXPECT_NE(missing.err.find("Path nowhere not found!"), std::string::npos) << missing.err;
+  EXPECT_EQ(orb("load empty --out l.ORBdb").status, 3);
+  const outcome other = orb("assemble other --out d");
+  EXPECT_EQ(other.status, 3);
+  EXPECT_NE(other.err.find("notes.txt"), std::string::npos) << "what lies there is told: " << other.err;
+  whole::write_bytes(folder / "file", "x");
+  EXPECT_EQ(orb("load " + example + " --out file/l.ORBdb").status, 3);
+  EXPECT_EQ(orb("net nowhere.ORBdb --out n.ORBns").status, 3);
+  whole::write_bytes(folder / "l.ORBdb", "precious");
+  const outcome there = orb("load " + example + " --out l.ORBdb");
+  EXPECT_EQ(there.status, 3);
+  EXPECT_NE(there.err.find("--force"), std::string::npos);
+  EXPECT_EQ(whole::bytes_of(folder / "l.ORBdb"), "precious");
+  EXPECT_EQ(orb("load " + example + " --out l.ORBdb --force").status, 0);
+}
+
+TEST_F(CommandLine, AFullDiskLeavesNoHalfFileAndStatus3) {
+  // A limit on file size fails the write as a full disk does.
+  const outcome seen = orb("load " + example + " --out l.ORBdb", "trap '' XFSZ; ulimit -f 64;");
+  EXPECT_EQ(seen.status, 3) << seen.err;
+  EXPECT_NE(seen.err.find("l.ORBdb"), std::string::npos) << seen.err;
+  for (const fs::directory_entry &entry : fs::directory_iterator(folder))
+    EXPECT_FALSE(entry.path().filename().string().starts_with("l.ORBdb")) << entry.path();
+}
+
+TEST_F(CommandLine, DamagedLibrariesAndForeignNetsAreRefused) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
+  ASSERT_EQ(orb("net l.ORBdb --out n.ORBns").status, 0);
+  const std::string library = whole::bytes_of(folder / "l.ORBdb"), net = whole::bytes_of(folder / "n.ORBns");
+
+  whole::write_bytes(folder / "short.ORBdb", library.substr(0, library.size() / 2));
+  whole::write_bytes(folder / "junk.ORBdb", "no quotes,5\r\n");
+  for (const std::string name : {"short.ORBdb", "junk.ORBdb"}) {
+    const outcome seen = orb("net " + name + " --out x.ORBns");
+    EXPECT_EQ(seen.status, 1) << seen.err;
+    EXPECT_NE(seen.err.find(name), std::string::npos) << seen.err;
+  }
+  EXPECT_NE(orb("net junk.ORBdb --out x.ORBns").err.find("Problem with file!\nFingerprint data was not loaded."), std::string::npos);
+
+  whole::write_bytes(folder / "cut.ORBns", net.substr(0, net.size() - 5));
+  std::string out_of_range = net;
+  out_of_range[8 + 6 * 424 + 3] = '\x7f';
+  whole::write_bytes(folder / "range.ORBns", out_of_range);
+  whole::write_bytes(folder / "plates" / "p.sizes", "A1\n10\n20\n-1\nA2\n10\n30\n-1\n");
+  whole::write_bytes(folder / "few.ORBns", net);
+  for (const std::string name : {"cut.ORBns", "range.ORBns"}) {
+    const outcome seen = orb("revise l.ORBdb " + name + " --out x.ORBns");
+    EXPECT_EQ(seen.status, 1) << seen.err;
+    EXPECT_NE(seen.err.find(name), std::string::npos) << seen.err;
+    EXPECT_NE(seen.err.find("byte"), std::string::npos) << seen.err;
+  }
+  const outcome other_size = orb("revise plates few.ORBns --out x.ORBns");
+  EXPECT_EQ(other_size.status, 1);
+  EXPECT_NE(other_size.err.find("nv_expected=2 <> nv=423."), std::string::npos) << other_size.err;
+  // the same number of clones, but the record names another library
+  ASSERT_EQ(orb("load " + example + " --out l2.ORBdb --tolerance-index 0").status, 0);
+  const outcome other_library = orb("revise l2.ORBdb n.ORBns --out x.ORBns");
+  EXPECT_EQ(other_library.status, 1);
+  EXPECT_NE(other_library.err.find("another library"), std::string::npos) << other_library.err;
+  EXPECT_FALSE(fs::exists(folder / "x.ORBns"));
+}
+
+TEST_F(CommandLine, ALibraryFileBringsItsParameters) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb --preset 5").status, 0);
+  const auto shown = nlohmann::json::parse(orb("info l.ORBdb --json").out);
+  EXPECT_EQ(shown[0]["parameters"]["tolerance"], 5);
+  EXPECT_EQ(shown[0]["parameters"]["n-bands"], 6000);
+  const outcome refused = orb("net l.ORBdb --out n.ORBns --tolerance-index 0");
+  EXPECT_EQ(refused.status, 2) << refused.err;
+  const outcome won = orb("net l.ORBdb --out n.ORBns --n-bands 3000 --tolerance 7");
+  EXPECT_EQ(won.status, 0) << won.err;
+  EXPECT_NE(won.err.find("The n-bands of the command line, 3000, is used in place of the library's, 6000."), std::string::npos);
+  ASSERT_EQ(orb("net " + example + " --out direct.ORBns --n-bands 3000 --tolerance 7").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / "n.ORBns"), whole::bytes_of(folder / "direct.ORBns"));
+  ASSERT_EQ(orb("load " + example + " --out bins.ORBdb --preset 5 --tolerance-index 0").status, 0);
+  EXPECT_EQ(orb("net bins.ORBdb --out n2.ORBns --tolerance 7").status, 2);
+}

@@ -1,0 +1,386 @@
+// The whole road on a real library: results against an independent slow formulation, the stages one by one against the
+// one command, resuming, stopping, and what `info` tells of it.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <set>
+#include <sstream>
+#include <vector>
+
+#include "whole/program_run.h"
+
+using whole::bytes_of;
+using whole::outcome;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct record {
+  std::string header;
+  std::vector<int> bands;
+};
+
+// The example read in the plainest way: sorted by header line, exact copies dropped.
+std::vector<record> naive_library(const std::string &folder) {
+  std::vector<record> records;
+  for (const std::string file : {"EC001.sizes", "EC002.sizes"}) {
+    std::istringstream in(bytes_of(fs::path(folder) / file));
+    bool inside = false;
+    for (std::string line; std::getline(in, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      if (line.empty()) continue;
+      if (!inside) {
+        records.push_back({line, {}});
+        inside = true;
+      } else if (line == "-1") {
+        inside = false;
+      } else {
+        records.back().bands.push_back(int(std::floor(float(std::stod(line)))));
+      }
+    }
+  }
+  std::stable_sort(records.begin(), records.end(), [](const record &a, const record &b) { return a.header < b.header; });
+  std::vector<record> kept;
+  for (const record &r : records)
+    if (std::none_of(kept.begin(), kept.end(), [&](const record &k) { return k.header == r.header && k.bands == r.bands; }))
+      kept.push_back(r);
+  return kept;
+}
+
+int naive_common(const std::vector<int> &a, const std::vector<int> &b, int t) {
+  int common = 0;
+  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+    if (std::abs(a[i] - b[j]) <= t) ++common, ++i, ++j;
+    else if (a[i] < b[j]) ++i;
+    else ++j;
+  }
+  return common;
+}
+
+double ln_factorial(double n) {
+  return n < 1 ? 1.0 : n * std::log(n) - n + std::log(n * (1 + 4 * n * (1 + 2 * n))) / 6 + std::log(3.1415) / 2;
+}
+
+double naive_score(int k, int n1, int n2) {
+  const int n_min = std::min(n1, n2), n_max = std::max(n1, n2);
+  if (n_min == 0) return 0;
+  const double p = 1 - std::pow(1 - 1 / 2250.0, n_max);
+  std::vector<double> terms;
+  for (int m = k; m <= n_min; ++m)
+    terms.push_back(ln_factorial(n_min) - ln_factorial(m) - ln_factorial(n_min - m) + m * std::log(p) + (n_min - m) * std::log(1 - p));
+  const double top = *std::max_element(terms.begin(), terms.end());
+  double sum = 0;
+  for (double term : terms) sum += std::exp(term - top);
+  return -(top + std::log(sum)) / std::log(10.0);
+}
+
+struct overlap {
+  int neighbour;
+  double value;
+  int code;
+  bool operator==(const overlap &) const = default;
+};
+using naive_net = std::vector<std::vector<overlap>>;
+
+naive_net net_of_library(const std::vector<record> &library) {
+  naive_net net(library.size() + 1);
+  for (std::size_t i = 0; i < library.size(); ++i)
+    for (std::size_t j = 0; j < library.size(); ++j) {
+      if (i == j) continue;
+      const int n1 = int(library[i].bands.size()), n2 = int(library[j].bands.size());
+      const int k = naive_common(library[i].bands, library[j].bands, 12);
+      const double score = naive_score(k, n1, n2);
+      if (score < 15) continue;
+      char text[40];
+      std::snprintf(text, sizeof text, "%.2f", score);
+      net[i + 1].push_back({int(j) + 1, std::stod(text), (n1 * 0.9 <= k ? 1 : 0) + (n2 * 0.9 <= k ? 2 : 0)});
+    }
+  return net;
+}
+
+// The native file taken apart field by field.
+naive_net net_of_file(const fs::path &file, std::vector<int> &marks) {
+  const std::string bytes = bytes_of(file);
+  const auto number = [&](std::size_t at, auto value) {
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+  };
+  const std::int32_t n = number(0, std::int32_t{}), e = number(4, std::int32_t{});
+  EXPECT_EQ(bytes.size(), 8u + 6u * (std::size_t(n) + 1) + 16u * std::size_t(e));
+  naive_net net(std::size_t(n) + 1);
+  marks.assign(std::size_t(n) + 1, 0);
+  const std::size_t edges = 8 + 6 * (std::size_t(n) + 1);
+  for (std::size_t v = 1; v <= std::size_t(n); ++v) {
+    const std::size_t at = 8 + 6 * (v - 1);
+    marks[v] = number(at + 4, std::int16_t{});
+    for (std::int32_t a = number(at, std::int32_t{}); a < number(at + 6, std::int32_t{}); ++a) {
+      const std::size_t edge = edges + 16 * (std::size_t(a) - 1);
+      net[v].push_back({number(edge, std::int32_t{}), number(edge + 4, double{}), number(edge + 14, std::int16_t{})});
+    }
+  }
+  return net;
+}
+
+bool joined(const naive_net &net, int a, int b) {
+  return std::any_of(net[std::size_t(a)].begin(), net[std::size_t(a)].end(), [&](const overlap &o) { return o.neighbour == b; });
+}
+
+// Number of components of the members in the net.
+int components(const naive_net &net, std::set<int> members) {
+  int n = 0;
+  while (!members.empty()) {
+    ++n;
+    std::vector<int> front{*members.begin()};
+    members.erase(members.begin());
+    while (!front.empty()) {
+      const int v = front.back();
+      front.pop_back();
+      for (const overlap &o : net[std::size_t(v)])
+        if (members.erase(o.neighbour)) front.push_back(o.neighbour);
+    }
+  }
+  return n;
+}
+
+naive_net revised(const naive_net &net, double additional, std::set<int> &q_clones) {
+  naive_net without(net.size());
+  for (std::size_t v = 1; v < net.size(); ++v)
+    for (const overlap &o : net[v])
+      if (std::any_of(net[v].begin(), net[v].end(), [&](const overlap &third) { return joined(net, o.neighbour, third.neighbour); }))
+        without[v].push_back(o);
+  for (std::size_t v = 1; v < net.size(); ++v) {
+    std::set<int> ball;
+    for (const overlap &o : without[v])
+      if (o.value >= additional) ball.insert(o.neighbour);
+    if (components(without, ball) >= 2) q_clones.insert(int(v));
+  }
+  naive_net kept(net.size());
+  for (std::size_t v = 1; v < net.size(); ++v)
+    for (const overlap &o : without[v])
+      if (!q_clones.count(int(v)) && !q_clones.count(o.neighbour)) kept[v].push_back(o);
+  return kept;
+}
+
+std::vector<std::vector<std::string>> table_of(const fs::path &file) {
+  std::vector<std::vector<std::string>> rows;
+  std::istringstream in(bytes_of(file));
+  for (std::string line; std::getline(in, line);) {
+    EXPECT_TRUE(!line.empty() && line.back() == '\r') << file;
+    line.pop_back();
+    rows.emplace_back();
+    std::istringstream fields(line);
+    for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+  }
+  return rows;
+}
+
+// Result files by name below a folder, without those that hold times of day or of work.
+std::map<std::string, std::string> results_below(const fs::path &folder) {
+  std::map<std::string, std::string> files;
+  for (const fs::directory_entry &entry : fs::recursive_directory_iterator(folder))
+    if (entry.is_regular_file() && entry.path().filename() != "run.json" && entry.path().filename() != "ORB.log")
+      files[fs::relative(entry.path(), folder).string()] = bytes_of(entry.path());
+  return files;
+}
+
+} // namespace
+
+class WholeRoad : public whole::program_test {
+protected:
+  const std::string pinned = "SOURCE_DATE_EPOCH=1700000000";
+  const std::string run_name = "ORB_contigs_2023-11-14_22-13-20";
+};
+
+TEST_F(WholeRoad, TheExampleAgreesWithThePlainFormulation) {
+  const outcome seen = orb("assemble " + example + " --out d", pinned);
+  ASSERT_EQ(seen.status, 0) << seen.err;
+  EXPECT_EQ(seen.out, "d/" + run_name + "\n");
+  const std::vector<record> library = naive_library(example);
+  ASSERT_EQ(library.size(), 423u);
+  EXPECT_NE(seen.err.find("Clones read: 423. Exact copies dropped: 3."), std::string::npos) << seen.err;
+  EXPECT_NE(seen.err.find("In total, 3 clones repeated more than once. 3 exact copies of clone fingerprints will be "
+                          "exccluded from the analysis!"), std::string::npos);
+
+  std::vector<int> marks;
+  const naive_net expected = net_of_library(library);
+  EXPECT_EQ(net_of_file(folder / "d" / "net_signif_Sulston_1988_15.00.ORBns", marks), expected);
+  std::set<int> q_clones;
+  const naive_net clean = revised(expected, 25, q_clones);
+  EXPECT_EQ(net_of_file(folder / "d" / "net_signif_noQQ_15_25.ORBns", marks), clean);
+  for (std::size_t v = 1; v < marks.size(); ++v) EXPECT_EQ(marks[v], q_clones.count(int(v)) ? -1 : 0) << v;
+  EXPECT_EQ(table_of(folder / "d" / "cutoff15_Q_clones.txt").size(), q_clones.size() + 1);
+
+  // Every final cluster is one connected piece at its cutoff; clusters of contigs don't share clones.
+  std::map<std::string, int> number;
+  for (std::size_t i = 0; i < library.size(); ++i) number[library[i].header.substr(0, library[i].header.find('\t'))] = int(i) + 1;
+  const fs::path run = folder / "d" / run_name;
+  std::set<int> used;
+  const auto rows = table_of(run / "report_contigs.txt");
+  ASSERT_GT(rows.size(), 3u);
+  EXPECT_EQ(rows[0], (std::vector<std::string>{"i", "cluster", "n_clones", "contig", "cutoff", "diam", "width", "n_gaps",
+                                               "n_rank_MTP>1", "User_remark", "full_name"}));
+  for (std::size_t r = 1; r < rows.size(); ++r) {
+    naive_net at_cutoff(clean.size());
+    for (std::size_t v = 1; v < clean.size(); ++v)
+      for (const overlap &o : clean[v])
+        if (o.value >= std::stod(rows[r][4])) at_cutoff[v].push_back(o);
+    std::set<int> members;
+    for (const auto &line : table_of(run / rows[r][1] / (rows[r][1] + ".txt"))) members.insert(number.at(line[0]));
+    EXPECT_EQ(int(members.size()), std::stoi(rows[r][2]));
+    EXPECT_EQ(components(at_cutoff, members), 1) << rows[r][1];
+    for (int clone : members) EXPECT_TRUE(used.insert(clone).second) << "clone in two contigs";
+  }
+  for (const char *file : {"report_clusters.txt", "clones_in_MTP.txt", "clones_in_MTP_details.txt", "clones_in_MTP_and_bridges.txt",
+                           "FPC_like.fpc", "FPC_like_pp.fpc", "coordinates_of_clones.txt", "contig_statistics_1200.txt"})
+    EXPECT_TRUE(fs::exists(run / file)) << file;
+  for (const char *file : {"CloneBandSizes.ORBdb", "run.json", "ORB.log"}) EXPECT_TRUE(fs::exists(folder / "d" / file)) << file;
+}
+
+TEST_F(WholeRoad, ContigsHoldClonesOfOneStretchOfTheGenome) {
+  ASSERT_EQ(orb("assemble " + example + " --out d", pinned).status, 0);
+  std::map<std::string, std::vector<std::pair<double, double>>> truth;
+  for (const auto &line : [&] {
+         std::vector<std::vector<std::string>> rows;
+         std::istringstream in(bytes_of(fs::path(example) / "truth.tsv"));
+         for (std::string text; std::getline(in, text);) {
+           std::istringstream fields(text);
+           rows.emplace_back();
+           for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+         }
+         rows.erase(rows.begin());
+         return rows;
+       }())
+    truth[line[0]].push_back({std::stod(line[3]), std::stod(line[4])});
+  const fs::path run = folder / "d" / run_name;
+  int in_contigs = 0;
+  const auto rows = table_of(run / "report_contigs.txt");
+  for (std::size_t r = 1; r < rows.size(); ++r) {
+    std::vector<std::pair<double, double>> parts; // of clones in one part
+    for (const auto &line : table_of(run / rows[r][1] / (rows[r][1] + ".txt"))) {
+      ++in_contigs;
+      if (truth.at(line[0]).size() == 1) parts.push_back(truth.at(line[0])[0]);
+    }
+    std::sort(parts.begin(), parts.end());
+    double reach = parts.front().second;
+    for (const auto &[start, end] : parts) {
+      EXPECT_LE(start, reach) << rows[r][1] << " joins stretches that don't touch";
+      reach = std::max(reach, end);
+    }
+  }
+  EXPECT_GT(in_contigs, 380) << "of 423 clones";
+}
+
+TEST_F(WholeRoad, StagesOneByOneAndAnyNumberOfThreadsGiveTheSameBytes) {
+  ASSERT_EQ(orb("assemble " + example + " --out d -t 1", pinned).status, 0);
+  ASSERT_EQ(orb("assemble " + example + " --out e -t 4", pinned).status, 0);
+  EXPECT_EQ(results_below(folder / "d"), results_below(folder / "e"));
+  fs::create_directories(folder / "s");
+  ASSERT_EQ(orb("load " + example + " --out s/CloneBandSizes.ORBdb", pinned).status, 0);
+  ASSERT_EQ(orb("net s/CloneBandSizes.ORBdb --out s/net_signif_Sulston_1988_15.00.ORBns", pinned).status, 0);
+  ASSERT_EQ(orb("revise s/CloneBandSizes.ORBdb s/net_signif_Sulston_1988_15.00.ORBns --out s/net_signif_noQQ_15_25.ORBns", pinned).status, 0);
+  ASSERT_EQ(orb("contigs s/CloneBandSizes.ORBdb s/net_signif_noQQ_15_25.ORBns --out s", pinned).status, 0);
+  auto stages = results_below(folder / "s");
+  for (auto it = stages.begin(); it != stages.end();) it = it->first.ends_with(".run.json") ? stages.erase(it) : std::next(it);
+  EXPECT_EQ(stages, results_below(folder / "d"));
+}
+
+TEST_F(WholeRoad, ATextNetGivesTheSameNativeNet) {
+  ASSERT_EQ(orb("net " + example + " --out direct.ORBns").status, 0);
+  const outcome text = orb("net " + example + " --out by_text.ORBns --text net.txt");
+  ASSERT_EQ(text.status, 0) << text.err;
+  EXPECT_EQ(bytes_of(folder / "direct.ORBns"), bytes_of(folder / "by_text.ORBns"));
+  EXPECT_NE(text.err.find("Preprocess? [yes/no] yes"), std::string::npos) << text.err;
+  const std::string whole_text = bytes_of(folder / "net.txt");
+  EXPECT_TRUE(whole_text.starts_with("clone\t1\tEC001A01\t"));
+  const outcome tail = orb("net " + example + " --out tail.ORBns --text tail.txt --start 400");
+  ASSERT_EQ(tail.status, 0) << tail.err;
+  const std::string tail_text = bytes_of(folder / "tail.txt");
+  EXPECT_TRUE(tail_text.starts_with("clone\t400\t"));
+  EXPECT_TRUE(whole_text.ends_with(tail_text));
+  EXPECT_FALSE(fs::exists(folder / "tail.ORBns")) << "a part is no whole net";
+  const outcome parts = orb("net " + example + " --out by_parts.ORBns --text parts.txt --parts");
+  ASSERT_EQ(parts.status, 0) << parts.err;
+  EXPECT_EQ(bytes_of(folder / "direct.ORBns"), bytes_of(folder / "by_parts.ORBns"));
+}
+
+TEST_F(WholeRoad, AFinishedRunIsSummarisedAgainAndOthersAreNotTouched) {
+  const outcome first = orb("assemble " + example + " --out d --resume", pinned);
+  ASSERT_EQ(first.status, 0) << first.err;
+  const auto before = results_below(folder / "d");
+  const outcome again = orb("assemble " + example + " --out d --resume");
+  EXPECT_EQ(again.status, 0) << again.err;
+  EXPECT_EQ(again.out, first.out);
+  EXPECT_NE(again.err.find("nothing was made again"), std::string::npos);
+  const auto figures = [](const std::string &text) { return text.substr(text.find("\nContig "), text.find("\nORB ") - text.find("\nContig ")); };
+  EXPECT_EQ(figures(again.err), figures(first.err));
+  EXPECT_EQ(results_below(folder / "d"), before);
+  EXPECT_EQ(orb("assemble " + example + " --out d").status, 3) << "results exist";
+  const outcome other = orb("assemble " + example + " --out d --resume --cutoff 20");
+  EXPECT_EQ(other.status, 3);
+  EXPECT_NE(other.err.find("cutoff"), std::string::npos) << other.err;
+  EXPECT_EQ(results_below(folder / "d"), before);
+
+  // What is lost is made again, what is there is kept.
+  fs::remove_all(folder / "d" / run_name);
+  fs::remove(folder / "d" / "net_signif_noQQ_15_25.ORBns");
+  const outcome resumed = orb("assemble " + example + " --out d --resume", pinned);
+  EXPECT_EQ(resumed.status, 0) << resumed.err;
+  EXPECT_NE(resumed.err.find("Resumed: the net is there."), std::string::npos) << resumed.err;
+  EXPECT_EQ(results_below(folder / "d"), before);
+  EXPECT_EQ(orb("assemble " + example + " --out d --force", pinned).status, 0);
+}
+
+TEST_F(WholeRoad, AnInterruptKeepsWhatIsFinishedAndTheRunGoesOnLater) {
+  std::mt19937 chance(7);
+  std::string text;
+  for (int clone = 1; clone <= 6000; ++clone) {
+    text += "C" + std::to_string(clone) + "\n";
+    std::set<int> bands;
+    while (bands.size() < 90) bands.insert(int(chance() % 59000) + 100);
+    for (int band : bands) text += std::to_string(band) + "\n";
+    text += "-1\n";
+  }
+  whole::write_bytes(folder / "in" / "p.sizes", text);
+  // The signal comes once the library is saved, in the middle of the comparison of all pairs.
+  const outcome stopped = orb("assemble in --out d",
+                              "true; (while [ ! -e d/CloneBandSizes.ORBdb ]; do sleep 0.01; done; sleep 0.05; kill -INT $$) & exec");
+  EXPECT_EQ(stopped.status, 130) << stopped.err;
+  EXPECT_TRUE(fs::exists(folder / "d" / "CloneBandSizes.ORBdb"));
+  EXPECT_FALSE(fs::exists(folder / "d" / "net_signif_Sulston_1988_15.00.ORBns"));
+  EXPECT_EQ(nlohmann::json::parse(bytes_of(folder / "d" / "run.json"))["state"], "stopped");
+  const outcome resumed = orb("assemble in --out d --resume");
+  EXPECT_EQ(resumed.status, 0) << resumed.err;
+  EXPECT_NE(resumed.err.find("Resumed: the library is there."), std::string::npos) << resumed.err;
+}
+
+TEST_F(WholeRoad, InfoTellsWhatLiesThereAndFindsAClone) {
+  ASSERT_EQ(orb("assemble " + example + " --out d", pinned).status, 0);
+  const auto prints = nlohmann::json::parse(orb("info " + example + " --json").out)[0];
+  EXPECT_EQ(prints["records"], 426);
+  EXPECT_EQ(prints["exact copies"], 3);
+  EXPECT_EQ(prints["proposed parameters"]["preset"], 4);
+  const auto results = nlohmann::json::parse(orb("info d --json").out)[0];
+  std::multiset<std::string> kinds;
+  for (const auto &entry : results["holds"]) kinds.insert(entry["kind"].get<std::string>());
+  EXPECT_EQ(kinds, (std::multiset<std::string>{"library", "net of significant overlaps", "net of significant overlaps", "run folder"}));
+
+  const std::vector<record> library = naive_library(example);
+  const naive_net net = net_of_library(library);
+  const auto clone = nlohmann::json::parse(orb("info d --clone EC001A03 --json").out);
+  const auto &overlaps = clone["libraries"][0]["overlaps"];
+  const int number = clone["libraries"][0]["fingerprint"][0]["number"];
+  EXPECT_TRUE(library[std::size_t(number) - 1].header.starts_with("EC001A03\t"));
+  bool whole_net_shown = false;
+  for (const auto &shown : overlaps)
+    if (shown["neighbours"].size() == net[std::size_t(number)].size()) whole_net_shown = true;
+  EXPECT_TRUE(whole_net_shown);
+  EXPECT_TRUE(clone["runs"][0].contains("contig")) << clone;
+  const outcome unknown = orb("info d --clone NOBODY");
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_NE(unknown.err.find("No clone NOBODY there."), std::string::npos);
+  EXPECT_EQ(orb("info nowhere").status, 3);
+}
