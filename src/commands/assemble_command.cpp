@@ -29,14 +29,18 @@ public:
     create_folder(options_.out);
     check_folder_is_writable(options_.out);
     work_in(session_, options_.out);
-    if (kind_of_input(options_.input) != input_kind::missing) record_.inputs_add(options_.input);
+    if (kind_of_input(options_.input) != input_kind::missing)
+      record_.inputs_add(options_.input);
     record_wishes();
-    if (!settle_earlier_run()) return exit_status::no_input_or_output;
-    if (is_complete()) return summarise_again();
+    if (!settle_earlier_run())
+      return exit_status::no_input_or_output;
+    if (is_complete())
+      return summarise_again();
     exit_status status = exit_status::done;
     for (auto stage : {&assembly::library, &assembly::net, &assembly::revision, &assembly::contigs}) {
       status = (this->*stage)();
-      if (status != exit_status::done) break;
+      if (status != exit_status::done)
+        break;
       if (session_.frame().was_stopped() || session_.frame().stop_requested_get()) {
         status = exit_status::stopped;
         break;
@@ -44,7 +48,8 @@ public:
       record_.save(record_file_);
     }
     record_.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
-    if (!record_.json()["outputs"].empty()) record_.save(record_file_);
+    if (!record_.json()["outputs"].empty())
+      record_.save(record_file_);
     return status;
   }
 
@@ -52,8 +57,8 @@ private:
   // What was asked for: a run with other wishes is another run.
   void record_wishes() {
     record_.parameter_set("input_options",
-                          fmt::format("plain_text={} formats={}/{} t={} index={} L={} N={} preset={}", options_.plain_text,
-                                      options_.name_format_in, options_.name_format_out,
+                          fmt::format("plain_text={} formats={}/{} t={} index={} L={} N={} preset={}",
+                                      options_.plain_text, options_.name_format_in, options_.name_format_out,
                                       options_.tolerance ? std::to_string(*options_.tolerance) : "-",
                                       options_.tolerance_index ? std::to_string(*options_.tolerance_index) : "-",
                                       options_.gel_length ? number_text_shortest(*options_.gel_length) : "-",
@@ -75,7 +80,8 @@ private:
 
   // False when results are there that this run may neither continue nor overwrite.
   bool settle_earlier_run() {
-    if (options_.force) return true;
+    if (options_.force)
+      return true;
     const auto before = run_record_read(record_file_);
     if (options_.resume && before) {
       const std::string difference = run_record_difference(*before, record_.json());
@@ -89,6 +95,7 @@ private:
     }
     for (const fs::path &file : {record_file_, options_.out / library_name, net_file(), revised_file()})
       check_output(file, false);
+    check_revision_reports(session_, options_, options_.out);
     return true;
   }
 
@@ -104,13 +111,15 @@ private:
     streams_.people("This assembly is complete; nothing was made again (--force makes it anew).");
     const nlohmann::json results = earlier_->value("results", nlohmann::json::object());
     const auto figure = [&](const char *name) { return number_text_thousands(results.value(name, std::int64_t{0})); };
-    streams_.people(fmt::format("Clones read: {}. Exact copies dropped: {}.", figure("clones"), figure("copies_dropped")));
+    streams_.people(
+        fmt::format("Clones read: {}. Exact copies dropped: {}.", figure("clones"), figure("copies_dropped")));
     streams_.people(fmt::format("Overlaps: {}. Removed as false: {} Q-overlaps, {} Q-clones.", figure("overlaps"),
                                 figure("q_overlaps"), figure("q_clones")));
     run_folder run;
-    if (!read_run_folder(session_.frame(), folder, run)) return exit_status::run_failed;
-    streams_.people(text_of_contigs(
-        contig_figures_of(run, options_.min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})))));
+    if (!read_run_folder(session_.frame(), folder, run))
+      return exit_status::run_failed;
+    streams_.people(text_of_contigs(contig_figures_of(
+        run, options_.min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})))));
     streams_.results(folder.string());
     return exit_status::done;
   }
@@ -119,7 +128,8 @@ private:
   void keep_figures(std::initializer_list<const char *> names) {
     const nlohmann::json results = earlier_->value("results", nlohmann::json::object());
     for (const char *name : names)
-      if (results.contains(name)) record_.result_set(name, results[name]);
+      if (results.contains(name))
+        record_.result_set(name, results[name]);
   }
 
   exit_status library() {
@@ -130,13 +140,16 @@ private:
       streams_.people("Resumed: the library is there.");
       read.input = file;
       read.plain_text = false;
-      read.tolerance.reset(), read.tolerance_index.reset(), read.gel_length.reset(), read.n_bands.reset(), read.preset.reset();
+      read.tolerance.reset(), read.tolerance_index.reset(), read.gel_length.reset(), read.n_bands.reset(),
+          read.preset.reset();
     }
     record_.stage_start("load");
     const exit_status loaded = load_library(session_, read, streams_);
-    if (loaded != exit_status::done) return loaded;
+    if (loaded != exit_status::done)
+      return loaded;
     const load_summary &found = session_.reader().summary();
-    if (!resumed) DataBase_in_typical_file_print(file, session_.database());
+    if (!resumed)
+      DataBase_in_typical_file_print(file, session_.database());
     record_.stage_end();
     record_.output_set("library", file);
     record_.library_set(session_.database().total_number_of_clones_get(), library_checksum(session_.database()));
@@ -157,7 +170,8 @@ private:
   exit_status net() {
     if (!kept("net")) {
       const exit_status made = make_net(session_, net_file(), record_, streams_);
-      if (made == exit_status::done) record_.output_set("net", net_file());
+      if (made == exit_status::done)
+        record_.output_set("net", net_file());
       earlier_.reset(); // what hangs on an older net is made anew
       return made;
     }
@@ -170,7 +184,8 @@ private:
   exit_status revision() {
     if (!kept("revised_net")) {
       const exit_status made = revise_net(session_, options_, revised_file(), record_, streams_);
-      if (made == exit_status::done) record_.output_set("revised_net", revised_file());
+      if (made == exit_status::done)
+        record_.output_set("revised_net", revised_file());
       return made;
     }
     streams_.people("Resumed: the revised net is there.");
@@ -192,7 +207,8 @@ private:
 } // namespace
 
 exit_status assemble_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  if (options.rank < 1 || options.rank > 50) throw usage_error("--rank takes a number from 1 to 50");
+  if (options.rank < 1 || options.rank > 50)
+    throw usage_error("--rank takes a number from 1 to 50");
   return assembly(session, options, streams).run();
 }
 

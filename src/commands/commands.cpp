@@ -26,7 +26,8 @@ std::span<const command_row> table_of_commands() {
 
 static exit_status run_guarded(orb_session &session, const command_options &options, const command_streams &streams) {
   for (const command_row &row : table_of_commands())
-    if (options.command == row.name) return row.handler(session, options, streams);
+    if (options.command == row.name)
+      return row.handler(session, options, streams);
   throw usage_error("unknown command: " + options.command);
 }
 
@@ -54,8 +55,10 @@ exit_status run_command(orb_session &session, const command_options &options, co
     streams.people("orb " + options.command + ": internal fault: " + wrong.what());
     status = exit_status::broken_invariant;
   }
-  if (status == exit_status::done && session.frame().was_stopped()) status = exit_status::stopped;
-  if (status == exit_status::done && session.frame().data_failed()) status = exit_status::run_failed;
+  if (status == exit_status::done && session.frame().was_stopped())
+    status = exit_status::stopped;
+  if (status == exit_status::done && session.frame().data_failed())
+    status = exit_status::run_failed;
   return status;
 }
 

@@ -34,19 +34,23 @@ public:
       if (number && value != -1) {
         band(line, value, lines);
       } else {
-        if (inside) end_of_record(lines);
+        if (inside)
+          end_of_record(lines);
         inside = !number && !is_blank_line(line);
-        if (inside) start_of_record(line);
+        if (inside)
+          start_of_record(line);
       }
     }
-    if (inside) end_of_record(lines);
+    if (inside)
+      end_of_record(lines);
     ++survey_.n_files;
   }
 
   void finish() {
     for (const auto &[name, seen] : traces_) {
       std::vector<std::pair<std::uint32_t, std::uint32_t>> different;
-      for (const record_trace &trace : seen) different.emplace_back(trace.header, trace.bands);
+      for (const record_trace &trace : seen)
+        different.emplace_back(trace.header, trace.bands);
       std::sort(different.begin(), different.end());
       const auto end = std::unique(different.begin(), different.end());
       survey_.n_exact_copies += different.end() - end;
@@ -63,15 +67,19 @@ private:
   }
 
   void band(std::string_view text, double value, const line_reader &lines) {
-    if (survey_.n_bands == 0) survey_.smallest_band = survey_.largest_band = value;
+    if (survey_.n_bands == 0)
+      survey_.smallest_band = survey_.largest_band = value;
     survey_.smallest_band = std::min(survey_.smallest_band, value);
     survey_.largest_band = std::max(survey_.largest_band, value);
     ++survey_.n_bands;
     ++n_;
     const double stored = std::floor(static_cast<float>(value));
-    if (value < 0) problem(fmt::format("negative band {}", text), lines);
-    if (n_ > 1 && stored < last_) problem(fmt::format("band {} after a larger one", text), lines);
-    if (n_ == 501) problem("more than 500 bands in clone " + name_, lines);
+    if (value < 0)
+      problem(fmt::format("negative band {}", text), lines);
+    if (n_ > 1 && stored < last_)
+      problem(fmt::format("band {} after a larger one", text), lines);
+    if (n_ == 501)
+      problem("more than 500 bands in clone " + name_, lines);
     last_ = stored;
     if (const std::size_t sign = text.find_first_of(".,"); sign != std::string_view::npos) {
       (text[sign] == '.' ? survey_.has_point : survey_.has_comma) = true;
@@ -89,7 +97,8 @@ private:
   }
 
   void problem(const std::string &text, const line_reader &lines) {
-    if (survey_.problems.size() < problems_named) survey_.problems.push_back(text + " (" + lines.place() + ")");
+    if (survey_.problems.size() < problems_named)
+      survey_.problems.push_back(text + " (" + lines.place() + ")");
     ++survey_.n_problems;
   }
 
@@ -106,7 +115,8 @@ private:
 fingerprint_survey survey_of_fingerprints(const std::vector<std::filesystem::path> &files) {
   fingerprint_survey survey;
   surveyor at_work(survey);
-  for (const std::filesystem::path &file : files) at_work.file(file);
+  for (const std::filesystem::path &file : files)
+    at_work.file(file);
   at_work.finish();
   return survey;
 }
@@ -116,19 +126,23 @@ parameter_proposal proposed_parameters(const fingerprint_survey &survey) {
   const double largest = std::floor(survey.largest_band);
   for (std::int32_t preset : {1, 2, 3, 4}) {
     proposal.fields = preset_parameters(preset);
-    if (largest > proposal.fields.gel_length) continue;
+    if (largest > proposal.fields.gel_length)
+      continue;
     proposal.preset = preset;
     proposal.reason = fmt::format("the largest band, {}, is the first to fit a known gel length, {}",
                                   number_text_shortest(largest), number_text_shortest(proposal.fields.gel_length));
-    if (preset == 4) proposal.reason += "; preset 5 has the same length with tolerance 5, for more exact machines";
+    if (preset == 4)
+      proposal.reason += "; preset 5 has the same length with tolerance 5, for more exact machines";
     return proposal;
   }
   proposal.fields = preset_parameters(4);
   const double longer = std::ceil(largest / 1000) * 1000;
   proposal.fields.n_bands = static_cast<std::int32_t>(proposal.fields.n_bands * longer / proposal.fields.gel_length);
   proposal.fields.gel_length = longer;
-  proposal.reason = fmt::format("the largest band, {}, is beyond all known gel lengths: preset 4 with a longer gel and as "
-                                "many more band positions", number_text_shortest(largest));
+  proposal.reason =
+      fmt::format("the largest band, {}, is beyond all known gel lengths: preset 4 with a longer gel and as "
+                  "many more band positions",
+                  number_text_shortest(largest));
   return proposal;
 }
 

@@ -20,24 +20,35 @@ struct places {
 
 void add_place(const fs::path &path, places &found) {
   switch (kind_of_input(path)) {
-  case input_kind::missing: throw file_error("can't open", path, "No such file or directory");
+  case input_kind::missing:
+    throw file_error("can't open", path, "No such file or directory");
   case input_kind::library:
   case input_kind::sizes_file:
-  case input_kind::sizes_folder: found.libraries.push_back(path); break;
-  case input_kind::native_net: found.nets.push_back(path); break;
-  case input_kind::run_folder: found.runs.push_back(path); break;
+  case input_kind::sizes_folder:
+    found.libraries.push_back(path);
+    break;
+  case input_kind::native_net:
+    found.nets.push_back(path);
+    break;
+  case input_kind::run_folder:
+    found.runs.push_back(path);
+    break;
   case input_kind::results_folder: {
     std::vector<fs::path> entries;
-    for (const fs::directory_entry &entry : fs::directory_iterator(path)) entries.push_back(entry.path());
+    for (const fs::directory_entry &entry : fs::directory_iterator(path))
+      entries.push_back(entry.path());
     std::sort(entries.begin(), entries.end());
     for (const fs::path &entry : entries) {
       const input_kind kind = kind_of_input(entry);
-      if (kind == input_kind::library || kind == input_kind::native_net) add_place(entry, found);
+      if (kind == input_kind::library || kind == input_kind::native_net)
+        add_place(entry, found);
     }
-    if (const fs::path run = run_folder_of_results(path); !run.empty()) found.runs.push_back(run);
+    if (const fs::path run = run_folder_of_results(path); !run.empty())
+      found.runs.push_back(run);
     break;
   }
-  default: break;
+  default:
+    break;
   }
 }
 
@@ -52,14 +63,16 @@ void load_any(orb_session &session, const fs::path &path, class_DB_of_clones &da
     reader.open_file_with_clones(0, path, true, true, database, usable_values);
   } else {
     bool success = false;
-    reader.read_database_from_folder_of_sizes_files(path, !fs::is_directory(path), true, success, database, usable_values);
+    reader.read_database_from_folder_of_sizes_files(path, !fs::is_directory(path), true, success, database,
+                                                    usable_values);
   }
 }
 
 report bands_of(const class_DB_of_clones &database, clone_number clone) {
   report made;
   std::string bands;
-  for (band_value band : database.bands_of_clone(clone)) bands += (bands.empty() ? "" : " ") + std::to_string(band);
+  for (band_value band : database.bands_of_clone(clone))
+    bands += (bands.empty() ? "" : " ") + std::to_string(band);
   made["number"] = clone;
   made["number of bands"] = database.number_of_bands_in_clone_get(clone);
   made["bands"] = bands;
@@ -67,35 +80,41 @@ report bands_of(const class_DB_of_clones &database, clone_number clone) {
 }
 
 // The row of the clone in a report of the revision that lies beside the net; empty when there is none.
-std::string row_of_clone(const fs::path &folder, const std::string &ending, std::size_t name_field, const std::string &name) {
+std::string row_of_clone(const fs::path &folder, const std::string &ending, std::size_t name_field,
+                         const std::string &name) {
   std::error_code failed;
   for (const fs::directory_entry &entry : fs::directory_iterator(folder, failed)) {
-    if (!entry.path().filename().string().starts_with("cutoff") || !entry.path().filename().string().ends_with(ending)) continue;
+    if (!entry.path().filename().string().starts_with("cutoff") || !entry.path().filename().string().ends_with(ending))
+      continue;
     line_reader lines(entry.path());
     std::string_view line;
     std::vector<std::string> fields;
     while (lines.next(line)) {
       class_serv_raznoe::cut_string(line, fields);
-      if (fields.size() > name_field && fields[name_field] == name) return std::string(line);
+      if (fields.size() > name_field && fields[name_field] == name)
+        return std::string(line);
     }
   }
   return {};
 }
 
-report neighbours_in(orb_session &session, const fs::path &file, const class_DB_of_clones &database, clone_number clone) {
+report neighbours_in(orb_session &session, const fs::path &file, const class_DB_of_clones &database,
+                     clone_number clone) {
   report made;
   made["net"] = file.string();
   class_net net;
   bool ok = false;
   net.read_net_type(session.frame(), file, ok, database.total_number_of_clones_get());
-  if (!ok) return made;
+  if (!ok)
+    return made;
   made["Q verdict"] = net.index_of_vertex_get(clone) == -1 ? "Q-clone: its overlaps were removed" : "kept";
   std::vector<net_edge> edges(net.edges_of_vertex(clone).begin(), net.edges_of_vertex(clone).end());
   std::stable_sort(edges.begin(), edges.end(), [](const net_edge &a, const net_edge &b) { return a.value > b.value; });
   made["number of neighbours"] = edges.size();
   report table = report::array();
   for (const net_edge &edge : edges)
-    table.push_back({{"neighbour", database.name_of_clone_get(edge.neighbour)}, {"score", number_text(edge.value, 2)},
+    table.push_back({{"neighbour", database.name_of_clone_get(edge.neighbour)},
+                     {"score", number_text(edge.value, 2)},
                      {"buried", burial_text(edge.index2)}});
   made["neighbours"] = std::move(table);
   return made;
@@ -105,9 +124,11 @@ report neighbours_in(orb_session &session, const fs::path &file, const class_DB_
 bool contig_in(orb_session &session, const fs::path &folder, const std::string &name, report &made) {
   run_folder run;
   made["run"] = folder.string();
-  if (!read_run_folder(session.frame(), folder, run)) return false;
+  if (!read_run_folder(session.frame(), folder, run))
+    return false;
   for (std::size_t i = 0; i < run.clusters.size(); ++i) {
-    if (std::find(run.clones[i].begin(), run.clones[i].end(), name) == run.clones[i].end()) continue;
+    if (std::find(run.clones[i].begin(), run.clones[i].end(), name) == run.clones[i].end())
+      continue;
     const cluster_row &row = run.clusters[i];
     made[row.contig ? "contig" : "heap"] = row.name;
     made["long name"] = row.full_name;
@@ -120,8 +141,9 @@ bool contig_in(orb_session &session, const fs::path &folder, const std::string &
       }
     const auto &path = run.tiling_path[i];
     const auto at = std::find(path.begin(), path.end(), name);
-    made["tiling path"] = at == path.end() ? report("not on it")
-                                           : report(std::to_string(at - path.begin() + 1) + " of " + std::to_string(path.size()));
+    made["tiling path"] = at == path.end()
+                              ? report("not on it")
+                              : report(std::to_string(at - path.begin() + 1) + " of " + std::to_string(path.size()));
     return true;
   }
   made["contig"] = "none: the clone is alone in this run";
@@ -132,7 +154,8 @@ bool contig_in(orb_session &session, const fs::path &folder, const std::string &
 
 report report_on_clone(orb_session &session, const std::vector<fs::path> &paths, const std::string &name, bool &found) {
   places where;
-  for (const fs::path &path : paths) add_place(path, where);
+  for (const fs::path &path : paths)
+    add_place(path, where);
   report made;
   made["clone"] = name;
   found = false;
@@ -144,12 +167,15 @@ report report_on_clone(orb_session &session, const std::vector<fs::path> &paths,
     for (clone_number clone : versions.members()) {
       found = true;
       entry["fingerprint"].push_back(bands_of(database, clone));
-      for (const fs::path &net : where.nets) entry["overlaps"].push_back(neighbours_in(session, net, database, clone));
+      for (const fs::path &net : where.nets)
+        entry["overlaps"].push_back(neighbours_in(session, net, database, clone));
     }
-    if (!entry.contains("fingerprint")) entry["fingerprint"] = "not in this library";
+    if (!entry.contains("fingerprint"))
+      entry["fingerprint"] = "not in this library";
     made["libraries"].push_back(std::move(entry));
   }
-  if (where.libraries.empty() && !where.nets.empty()) made["note"] = "nets know clones by number only: name the library too";
+  if (where.libraries.empty() && !where.nets.empty())
+    made["note"] = "nets know clones by number only: name the library too";
   for (const fs::path &net : where.nets)
     if (const std::string row = row_of_clone(net.parent_path(), "_Q_clones.txt", 2, name); !row.empty()) {
       made["row in the report of Q-clones"] = row;

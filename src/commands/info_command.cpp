@@ -35,15 +35,18 @@ exit_status info_command(orb_session &session, const command_options &options, c
     bool found = false;
     const report made = report_on_clone(session, options.info_paths, options.clone, found);
     streams.results(options.json ? made.dump(2) : text_of_report(made));
-    if (!found) streams.people("No clone " + options.clone + " there.");
+    if (!found)
+      streams.people("No clone " + options.clone + " there.");
     return found ? exit_status::done : exit_status::run_failed;
   }
   report all = report::array();
   for (const fs::path &path : options.info_paths) {
     all.push_back(report_on(session, path));
-    if (!options.json) streams.results(text_of_report(all.back()) + (all.size() < options.info_paths.size() ? "\n" : ""));
+    if (!options.json)
+      streams.results(text_of_report(all.back()) + (all.size() < options.info_paths.size() ? "\n" : ""));
   }
-  if (options.json) streams.results(all.dump(2));
+  if (options.json)
+    streams.results(all.dump(2));
   return exit_status::done;
 }
 

@@ -22,18 +22,22 @@ report head_of_report(const fs::path &path, input_kind kind) {
   made["path"] = path.string();
   made["kind"] = name_of_kind(kind);
   std::error_code failed;
-  if (const std::uintmax_t size = fs::file_size(path, failed); !failed) made["bytes"] = size;
+  if (const std::uintmax_t size = fs::file_size(path, failed); !failed)
+    made["bytes"] = size;
   return made;
 }
 
 // What a run record beside the result says of its making.
 void add_making(report &made, const fs::path &path) {
   const auto record = run_record_beside(path);
-  if (!record) return;
+  if (!record)
+    return;
   report making;
   for (const char *field : {"command", "date", "state", "seed"})
-    if (record->contains(field)) making[field] = (*record)[field];
-  if (record->contains("parameters")) making["parameters"] = (*record)["parameters"];
+    if (record->contains(field))
+      making[field] = (*record)[field];
+  if (record->contains("parameters"))
+    making["parameters"] = (*record)["parameters"];
   made["made by"] = std::move(making);
 }
 
@@ -57,7 +61,8 @@ report report_on_library(orb_session &session, const fs::path &file) {
   const std::int64_t bands = database.first_band_adress_get(n + 1) - 1;
   made["clones"] = n;
   made["bands"] = bands;
-  made["bands a clone"] = {{"smallest", least}, {"mean", n ? number_text(double(bands) / n, 1) : "0.0"}, {"largest", most}};
+  made["bands a clone"] = {
+      {"smallest", least}, {"mean", n ? number_text(double(bands) / n, 1) : "0.0"}, {"largest", most}};
   made["parameters"] = {{"tolerance", database.tollerance_get()},
                         {"tolerance index", database.taking_tollerance_into_account_index_get()},
                         {"gel length", database.max_band_length_get()},
@@ -99,12 +104,17 @@ report report_on_net(orb_session &session, const fs::path &file) {
   net.clustering_based_on_net(class_number, n_components);
   made["clones"] = net.number_of_vertices_get();
   made["overlaps"] = net.number_of_edges_get() / 2;
-  made["overlaps a clone"] = {{"mean", number_text(net.number_of_vertices_get() ? double(net.number_of_edges_get()) / net.number_of_vertices_get() : 0, 2)}, {"largest", most}};
+  made["overlaps a clone"] = {
+      {"mean",
+       number_text(net.number_of_vertices_get() ? double(net.number_of_edges_get()) / net.number_of_vertices_get() : 0,
+                   2)},
+      {"largest", most}};
   made["scores"] = {{"smallest", number_text(net.minimal_edge_value_get(), 2)}, {"largest", number_text(largest, 2)}};
   made["clones without overlaps"] = alone;
   made["Q-clones (cut off, marked -1)"] = n_Q;
   made["connected parts"] = n_components;
-  made["check"] = std::string("whole; ") + (net.neighbours_are_sorted_get() ? "neighbours ascending; " : "neighbours not ascending; ") +
+  made["check"] = std::string("whole; ") +
+                  (net.neighbours_are_sorted_get() ? "neighbours ascending; " : "neighbours not ascending; ") +
                   (symmetric ? "each overlap stands at both ends" : "NOT each overlap stands at both ends");
   add_making(made, file);
   return made;
@@ -127,7 +137,8 @@ report report_on_text_net(const fs::path &file) {
   made["clone lines"] = clones;
   made["overlap lines"] = records;
   made["first clone line"] = first;
-  if (!last.empty()) made["last clone line"] = last;
+  if (!last.empty())
+    made["last clone line"] = last;
   return made;
 }
 
@@ -145,22 +156,29 @@ report report_on_fingerprints(const fs::path &path) {
     made["smallest band"] = survey.smallest_band;
     made["largest band"] = survey.largest_band;
   }
-  made["bands a clone"] = {{"smallest", survey.fewest_bands},
-                           {"mean", number_text(survey.n_records ? double(survey.n_bands) / double(survey.n_records) : 0, 1)},
-                           {"largest", survey.most_bands}};
+  made["bands a clone"] = {
+      {"smallest", survey.fewest_bands},
+      {"mean", number_text(survey.n_records ? double(survey.n_bands) / double(survey.n_records) : 0, 1)},
+      {"largest", survey.most_bands}};
   made["decimals"] = survey.decimals;
   if (survey.decimals > 0)
-    made["decimal sign"] = survey.has_point && survey.has_comma ? "point and comma" : survey.has_comma ? "comma" : "point";
+    made["decimal sign"] = survey.has_point && survey.has_comma ? "point and comma"
+                           : survey.has_comma                   ? "comma"
+                                                                : "point";
   if (survey.n_bands > 0) {
     const parameter_proposal proposal = proposed_parameters(survey);
-    report fields{{"tolerance", proposal.fields.tolerance}, {"tolerance index", proposal.fields.tolerance_index},
-                  {"gel length", proposal.fields.gel_length}, {"n-bands", proposal.fields.n_bands}};
-    if (proposal.preset) fields["preset"] = proposal.preset;
+    report fields{{"tolerance", proposal.fields.tolerance},
+                  {"tolerance index", proposal.fields.tolerance_index},
+                  {"gel length", proposal.fields.gel_length},
+                  {"n-bands", proposal.fields.n_bands}};
+    if (proposal.preset)
+      fields["preset"] = proposal.preset;
     fields["reason"] = proposal.reason;
     made["proposed parameters"] = std::move(fields);
   }
   made["problems"] = survey.problems;
-  if (survey.n_problems > static_cast<std::int64_t>(survey.problems.size())) made["problems in all"] = survey.n_problems;
+  if (survey.n_problems > static_cast<std::int64_t>(survey.problems.size()))
+    made["problems in all"] = survey.n_problems;
   return made;
 }
 
@@ -172,10 +190,12 @@ report report_on_run(orb_session &session, const fs::path &folder) {
     return made;
   }
   std::int32_t n_clones = 0;
-  for (const cluster_row &row : run.clusters) n_clones += row.n_clones;
+  for (const cluster_row &row : run.clusters)
+    n_clones += row.n_clones;
   std::int32_t least_contig = 0;
   for (const cluster_row &row : run.clusters)
-    if (row.contig) least_contig = least_contig ? std::min(least_contig, row.n_clones) : row.n_clones;
+    if (row.contig)
+      least_contig = least_contig ? std::min(least_contig, row.n_clones) : row.n_clones;
   const contig_figures figures = contig_figures_of(run, least_contig, n_clones);
   made["final clusters"] = run.clusters.size();
   made["contigs"] = figures.contigs.size();
@@ -185,8 +205,12 @@ report report_on_run(orb_session &session, const fs::path &folder) {
   made["N50 in bands"] = figures.N50_bands;
   report table = report::array();
   for (const contig_summary &contig : figures.contigs)
-    table.push_back({{"contig", contig.name}, {"clones", contig.n_clones}, {"bands long", contig.length_bands},
-                     {"cutoff", number_text(contig.cutoff, 2)}, {"width", contig.width}, {"tiling path", contig.n_clones_MTP}});
+    table.push_back({{"contig", contig.name},
+                     {"clones", contig.n_clones},
+                     {"bands long", contig.length_bands},
+                     {"cutoff", number_text(contig.cutoff, 2)},
+                     {"width", contig.width},
+                     {"tiling path", contig.n_clones_MTP}});
   made["table of contigs"] = std::move(table);
   made["check"] = "whole; lists, tiling paths and coordinates read back";
   return made;
@@ -197,13 +221,16 @@ report report_on_results(orb_session &session, const fs::path &folder) {
   add_making(made, folder);
   report holds = report::array();
   std::vector<fs::path> entries;
-  for (const fs::directory_entry &entry : fs::directory_iterator(folder)) entries.push_back(entry.path());
+  for (const fs::directory_entry &entry : fs::directory_iterator(folder))
+    entries.push_back(entry.path());
   std::sort(entries.begin(), entries.end());
   for (const fs::path &entry : entries) {
     const input_kind kind = kind_of_input(entry);
-    if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net || kind == input_kind::run_folder)
+    if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net ||
+        kind == input_kind::run_folder)
       holds.push_back(report_on(session, entry));
-  for (report &held : holds) held.erase("made by"); // told above
+    for (report &held : holds)
+      held.erase("made by"); // told above
   }
   made["holds"] = std::move(holds);
   return made;
@@ -217,7 +244,9 @@ report report_on_other(const fs::path &path) {
   }
   std::map<std::string, int> endings;
   for (const fs::directory_entry &entry : fs::directory_iterator(path))
-    ++endings[entry.is_directory() ? "folders" : entry.path().extension().empty() ? "no extension" : entry.path().extension().string()];
+    ++endings[entry.is_directory()               ? "folders"
+              : entry.path().extension().empty() ? "no extension"
+                                                 : entry.path().extension().string()];
   made["check"] = "no .sizes files, no results and no run here";
   made["holds"] = endings;
   return made;
@@ -225,16 +254,24 @@ report report_on_other(const fs::path &path) {
 
 report report_on(orb_session &session, const fs::path &path) {
   switch (kind_of_input(path)) {
-  case input_kind::missing: throw file_error("can't open", path, "No such file or directory");
-  case input_kind::library: return report_on_library(session, path);
-  case input_kind::native_net: return report_on_net(session, path);
-  case input_kind::text_net: return report_on_text_net(path);
+  case input_kind::missing:
+    throw file_error("can't open", path, "No such file or directory");
+  case input_kind::library:
+    return report_on_library(session, path);
+  case input_kind::native_net:
+    return report_on_net(session, path);
+  case input_kind::text_net:
+    return report_on_text_net(path);
   case input_kind::sizes_folder:
-  case input_kind::sizes_file: return report_on_fingerprints(path);
-  case input_kind::run_folder: return report_on_run(session, path);
-  case input_kind::results_folder: return report_on_results(session, path);
+  case input_kind::sizes_file:
+    return report_on_fingerprints(path);
+  case input_kind::run_folder:
+    return report_on_run(session, path);
+  case input_kind::results_folder:
+    return report_on_results(session, path);
   case input_kind::other_folder:
-  case input_kind::other_file: return report_on_other(path);
+  case input_kind::other_file:
+    return report_on_other(path);
   }
   return {};
 }
@@ -244,39 +281,47 @@ namespace {
 constexpr std::size_t widest_cell = 60; // of a table; wider values stand in lines of their own
 
 std::string text_of_value(const report &value) {
-  if (value.is_number_float()) return number_text_shortest(value.get<double>());
+  if (value.is_number_float())
+    return number_text_shortest(value.get<double>());
   return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
 // A list of flat reports with the same fields, as aligned columns.
 std::string table_text(const report &rows, const std::string &indent) {
   std::vector<std::vector<std::string>> cells(1);
-  for (const auto &[name, value] : rows.front().items()) cells[0].push_back(name);
+  for (const auto &[name, value] : rows.front().items())
+    cells[0].push_back(name);
   for (const report &row : rows) {
     cells.emplace_back();
-    for (const auto &[name, value] : row.items()) cells.back().push_back(text_of_value(value));
+    for (const auto &[name, value] : row.items())
+      cells.back().push_back(text_of_value(value));
   }
   std::vector<std::size_t> widths;
   for (const auto &row : cells)
     for (std::size_t i = 0; i < row.size(); ++i) {
-      if (widths.size() <= i) widths.push_back(0);
+      if (widths.size() <= i)
+        widths.push_back(0);
       widths[i] = std::max(widths[i], row[i].size());
     }
   std::string text;
   for (const auto &row : cells) {
     std::string line = indent;
-    for (std::size_t i = 0; i < row.size(); ++i) line += fmt::format("{:<{}}  ", row[i], widths[i]);
+    for (std::size_t i = 0; i < row.size(); ++i)
+      line += fmt::format("{:<{}}  ", row[i], widths[i]);
     text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
   }
   return text;
 }
 
 bool is_table(const report &value) {
-  if (!value.is_array() || value.empty()) return false;
+  if (!value.is_array() || value.empty())
+    return false;
   for (const report &row : value) {
-    if (!row.is_object() || row.size() != value.front().size()) return false;
+    if (!row.is_object() || row.size() != value.front().size())
+      return false;
     for (const auto &[name, cell] : row.items())
-      if (cell.is_structured() || text_of_value(cell).size() > widest_cell) return false;
+      if (cell.is_structured() || text_of_value(cell).size() > widest_cell)
+        return false;
   }
   return value.size() > 1 || value.front().size() > 2;
 }
@@ -288,9 +333,12 @@ void add_lines(const report &shown, const std::string &indent, std::string &text
     } else if (value.is_array()) {
       text += indent + name + ":" + (value.empty() ? " none" : "") + "\n";
       for (const report &item : value) {
-        if (item.is_object()) add_lines(item, indent + "  ", text);
-        else text += indent + "  " + text_of_value(item) + "\n";
-        if (item.is_object()) text += "\n";
+        if (item.is_object())
+          add_lines(item, indent + "  ", text);
+        else
+          text += indent + "  " + text_of_value(item) + "\n";
+        if (item.is_object())
+          text += "\n";
       }
     } else if (value.is_object()) {
       text += indent + name + ":\n";
@@ -306,7 +354,8 @@ void add_lines(const report &shown, const std::string &indent, std::string &text
 std::string text_of_report(const report &shown) {
   std::string text;
   add_lines(shown, "", text);
-  if (!text.empty()) text.pop_back();
+  if (!text.empty())
+    text.pop_back();
   return text;
 }
 

@@ -7,7 +7,18 @@
 
 namespace orb {
 
-enum class input_kind { missing, sizes_folder, results_folder, run_folder, other_folder, library, native_net, text_net, sizes_file, other_file };
+enum class input_kind {
+  missing,
+  sizes_folder,
+  results_folder,
+  run_folder,
+  other_folder,
+  library,
+  native_net,
+  text_net,
+  sizes_file,
+  other_file
+};
 
 // By content where it tells (a library's header, a net's size, a folder's reports), by extension otherwise.
 input_kind kind_of_input(const std::filesystem::path &path);

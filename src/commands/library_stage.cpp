@@ -16,12 +16,10 @@ namespace orb {
 namespace fs = std::filesystem;
 
 parameter_fields preset_parameters(std::int32_t preset) {
-  static constexpr std::array<parameter_fields, 5> presets{{{7, 0, 3300, 236},
-                                                            {5, 1, 19500, 1800},
-                                                            {4, 1, 40000, 5000},
-                                                            {12, 1, 60000, 2250},
-                                                            {5, 1, 60000, 6000}}};
-  if (preset < 1 || preset > 5) throw usage_error("--preset takes a number from 1 to 5");
+  static constexpr std::array<parameter_fields, 5> presets{
+      {{7, 0, 3300, 236}, {5, 1, 19500, 1800}, {4, 1, 40000, 5000}, {12, 1, 60000, 2250}, {5, 1, 60000, 6000}}};
+  if (preset < 1 || preset > 5)
+    throw usage_error("--preset takes a number from 1 to 5");
   return presets[static_cast<std::size_t>(preset) - 1];
 }
 
@@ -36,10 +34,14 @@ void apply_parameters(class_DB_of_clones &database, parameter_fields &fields, bo
 
 static parameter_fields fields_from_options(const command_options &options) {
   parameter_fields fields = options.preset ? preset_parameters(*options.preset) : parameter_fields{};
-  if (options.tolerance) fields.tolerance = *options.tolerance;
-  if (options.tolerance_index) fields.tolerance_index = *options.tolerance_index;
-  if (options.gel_length) fields.gel_length = *options.gel_length;
-  if (options.n_bands) fields.n_bands = *options.n_bands;
+  if (options.tolerance)
+    fields.tolerance = *options.tolerance;
+  if (options.tolerance_index)
+    fields.tolerance_index = *options.tolerance_index;
+  if (options.gel_length)
+    fields.gel_length = *options.gel_length;
+  if (options.n_bands)
+    fields.n_bands = *options.n_bands;
   fields.max_n_clones = options.capacity;
   return fields;
 }
@@ -65,15 +67,18 @@ static void override_library_parameters(orb_session &session, const command_opti
                         std::to_string(fields.tolerance_index) + " and tolerance " + std::to_string(fields.tolerance));
     wanted.max_n_clones = fields.max_n_clones;
   }
-  if (options.tolerance) wanted.tolerance = *options.tolerance;
-  if (options.gel_length) wanted.gel_length = *options.gel_length;
-  if (options.n_bands) wanted.n_bands = *options.n_bands;
-  if (wanted.tolerance == fields.tolerance && wanted.gel_length == fields.gel_length && wanted.n_bands == fields.n_bands)
+  if (options.tolerance)
+    wanted.tolerance = *options.tolerance;
+  if (options.gel_length)
+    wanted.gel_length = *options.gel_length;
+  if (options.n_bands)
+    wanted.n_bands = *options.n_bands;
+  if (wanted.tolerance == fields.tolerance && wanted.gel_length == fields.gel_length &&
+      wanted.n_bands == fields.n_bands)
     return;
-  for (const auto &[name, was, is] :
-       {std::tuple{"tolerance", double(fields.tolerance), double(wanted.tolerance)},
-        std::tuple{"gel length", fields.gel_length, wanted.gel_length},
-        std::tuple{"n-bands", double(fields.n_bands), double(wanted.n_bands)}})
+  for (const auto &[name, was, is] : {std::tuple{"tolerance", double(fields.tolerance), double(wanted.tolerance)},
+                                      std::tuple{"gel length", fields.gel_length, wanted.gel_length},
+                                      std::tuple{"n-bands", double(fields.n_bands), double(wanted.n_bands)}})
     if (was != is)
       streams.people(fmt::format("The {} of the command line, {}, is used in place of the library's, {}.", name,
                                  number_text_shortest(is), number_text_shortest(was)));
@@ -94,7 +99,8 @@ static bool read_input(orb_session &session, const command_options &options, inp
     frame.process_start("Load DB from ORB file");
     loaded = reader.open_file_with_clones(options.capacity, options.input, true, true, session.database(),
                                           session.usable_values());
-    if (loaded) override_library_parameters(session, options, streams);
+    if (loaded)
+      override_library_parameters(session, options, streams);
   } else if (options.plain_text && kind != input_kind::missing && !is_folder) {
     frame.process_start("Load DB from text file");
     loaded = reader.open_file_with_clones(options.capacity, options.input, false, true, session.database(),
@@ -104,8 +110,10 @@ static bool read_input(orb_session &session, const command_options &options, inp
     reader.read_database_from_folder_of_sizes_files(options.input, !is_folder, true, loaded, session.database(),
                                                     session.usable_values());
   }
-  if (frame.stop_requested_get()) frame.process_stopped_manually();
-  else if (frame.process_is_running()) frame.all_panels_reset();
+  if (frame.stop_requested_get())
+    frame.process_stopped_manually();
+  else if (frame.process_is_running())
+    frame.all_panels_reset();
   return loaded;
 }
 
@@ -118,7 +126,8 @@ exit_status load_library(orb_session &session, const command_options &options, c
   apply_parameters(session.database(), fields, false);
 
   const bool loaded = read_input(session, options, kind, streams);
-  if (session.frame().was_stopped()) return exit_status::stopped;
+  if (session.frame().was_stopped())
+    return exit_status::stopped;
   const std::int32_t n = session.database().total_number_of_clones_get();
   if (loaded) {
     session.frame().message("Fingerprint data for all of " + std::to_string(n) + " clones are loaded.");
@@ -136,12 +145,11 @@ std::string text_of_library(orb_session &session) {
   const class_DB_of_clones &database = session.database();
   const std::int32_t n = database.total_number_of_clones_get();
   const std::int64_t bands = database.first_band_adress_get(n + 1) - 1;
-  return fmt::format("{} clones, {} bands ({} a clone); tolerance {}, index {}, gel length {}, n-bands {}",
-                     number_text_thousands(n), number_text_thousands(bands),
-                     number_text(n > 0 ? double(bands) / n : 0, 1), database.tollerance_get(),
-                     database.taking_tollerance_into_account_index_get(),
-                     number_text_shortest(database.max_band_length_get()),
-                     database.total_number_of_different_bands_FPC_get());
+  return fmt::format(
+      "{} clones, {} bands ({} a clone); tolerance {}, index {}, gel length {}, n-bands {}", number_text_thousands(n),
+      number_text_thousands(bands), number_text(n > 0 ? double(bands) / n : 0, 1), database.tollerance_get(),
+      database.taking_tollerance_into_account_index_get(), number_text_shortest(database.max_band_length_get()),
+      database.total_number_of_different_bands_FPC_get());
 }
 
 void record_library(orb_session &session, run_record &record) {
@@ -168,9 +176,11 @@ void apply_metric(orb_session &session, const command_options &options) {
   const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
   const std::string useless = class_clone_dist_general::why_only_zero(
       index, session.context().table.is_loaded(), session.database().markers().total_number_of_markers_get() > 0);
-  if (!useless.empty()) throw usage_error("--metric " + name + ": " + useless);
+  if (!useless.empty())
+    throw usage_error("--metric " + name + ": " + useless);
   const double standard = class_clone_dist_general::standard_cutoff(index);
-  if (!options.cutoff && standard < 0) throw usage_error("--cutoff is required: the metric " + name + " has no standard one");
+  if (!options.cutoff && standard < 0)
+    throw usage_error("--cutoff is required: the metric " + name + " has no standard one");
   project_settings &settings = session.settings();
   settings.distance_index = index;
   settings.cutoff = options.cutoff ? *options.cutoff : standard;

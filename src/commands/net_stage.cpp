@@ -24,7 +24,13 @@ void check_output(const fs::path &file, bool force) {
   create_folder(folder);
   check_folder_is_writable(folder);
   std::error_code failed;
-  if (!force && fs::exists(file, failed)) throw file_error("can't write", file, "it exists already; --force overwrites it");
+  if (!force && fs::exists(file, failed))
+    throw file_error("can't write", file, "it exists already; --force overwrites it");
+}
+
+void check_revision_reports(const orb_session &session, const command_options &options, const fs::path &folder) {
+  for (const std::string &name : QQ_report_names(session.settings(), !options.no_overlaps, !options.no_clones))
+    check_output(folder / name, options.force);
 }
 
 void work_in(orb_session &session, const fs::path &folder) {
@@ -36,7 +42,8 @@ static bool net_fits_record(orb_session &session, const fs::path &file, const nl
   const nlohmann::json library = record.value("library", nlohmann::json::object());
   const std::string recorded = library.is_object() ? library.value("checksum", "") : "";
   const std::string own = checksum_text(library_checksum(session.database()));
-  if (recorded.empty() || recorded == own) return true;
+  if (recorded.empty() || recorded == own)
+    return true;
   session.frame().message(fmt::format("Net {} was made from another library: its record names checksum {}, the library "
                                       "has {}.\r\nNet of significant overlaps was not loaded.",
                                       file.string(), recorded, own));
@@ -59,19 +66,24 @@ static void settle_metric_of_net(orb_session &session, const std::optional<nlohm
   const bool below = known ? settings.cutoff < parameters["cutoff"].get<double>() : settings.cutoff < smallest;
   if (below && settings.same_metric_as_net)
     session.frame().message("NB! Selected cutoff level " + number_text(settings.cutoff, 4) + "<" +
-                            number_text(smallest, 4) + " =Min(edge_value)\rin the loaded net of significant clone overlaps:\r" +
+                            number_text(smallest, 4) +
+                            " =Min(edge_value)\rin the loaded net of significant clone overlaps:\r" +
                             session.signif().net().title_of_net_get());
 }
 
 exit_status load_net(orb_session &session, const fs::path &file, const command_streams &streams) {
   std::error_code failed;
-  if (!fs::exists(file, failed)) throw file_error("can't open", file, "No such file or directory");
+  if (!fs::exists(file, failed))
+    throw file_error("can't open", file, "No such file or directory");
   const auto record = run_record_beside(file);
-  if (record && !net_fits_record(session, file, *record)) return exit_status::run_failed;
+  if (record && !net_fits_record(session, file, *record))
+    return exit_status::run_failed;
   bool ok = false;
   session.signif().read_file_with_significant_connections(file, "", true, false, ok);
-  if (session.frame().stop_requested_get()) return exit_status::stopped;
-  if (!ok) return exit_status::run_failed;
+  if (session.frame().stop_requested_get())
+    return exit_status::stopped;
+  if (!ok)
+    return exit_status::run_failed;
   settle_metric_of_net(session, record, streams);
   return exit_status::done;
 }
@@ -104,9 +116,11 @@ void save_net(orb_session &session, const fs::path &out, run_record &record, con
 
 double additional_cutoff(const orb_session &session, const command_options &options) {
   const double current = session.settings().cutoff;
-  if (options.additional_cutoff.empty()) return current + 10;
+  if (options.additional_cutoff.empty())
+    return current + 10;
   const std::string refused = QQ_additional_cutoff_refused(options.additional_cutoff, current);
-  if (!refused.empty()) throw usage_error("--additional-cutoff: " + refused);
+  if (!refused.empty())
+    throw usage_error("--additional-cutoff: " + refused);
   double value = 0;
   number_parse(options.additional_cutoff, value);
   return value;
@@ -129,8 +143,8 @@ exit_status revise_net(orb_session &session, const command_options &options, con
   record.stage_end();
   record.result_set("q_overlaps", summary.n_q_overlaps);
   record.result_set("q_clones", summary.n_q_clones);
-  streams.people(fmt::format("Removed as false: {} Q-overlaps, {} Q-clones.", number_text_thousands(summary.n_q_overlaps),
-                             number_text_thousands(summary.n_q_clones)));
+  streams.people(fmt::format("Removed as false: {} Q-overlaps, {} Q-clones.",
+                             number_text_thousands(summary.n_q_overlaps), number_text_thousands(summary.n_q_clones)));
   return exit_status::done;
 }
 
@@ -155,10 +169,12 @@ exit_status make_contigs(orb_session &session, const command_options &options, r
   session.frame().working_folder_set(working_folder);
   record.stage_end();
   const adapt_clust_result &result = clust.result();
-  if (!result.folder.empty()) record.output_set("run_folder", result.folder);
+  if (!result.folder.empty())
+    record.output_set("run_folder", result.folder);
   record_contigs(contig_figures_of(result, options.min_size), record);
   if (!result.completed) {
-    if (!result.folder.empty()) streams.results(result.folder.string());
+    if (!result.folder.empty())
+      streams.results(result.folder.string());
     return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
                                                                                  : exit_status::run_failed;
   }

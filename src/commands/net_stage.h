@@ -13,6 +13,9 @@ std::filesystem::path run_record_path(const std::filesystem::path &file);
 // Throws file_error when a result is there already and --force wasn't given, or its folder can't be written (it is
 // created when missing).
 void check_output(const std::filesystem::path &file, bool force);
+// The same for the reports that a revision writes beside its net.
+void check_revision_reports(const orb_session &session, const command_options &options,
+                            const std::filesystem::path &folder);
 // The folder of --out becomes the working folder.
 void work_in(orb_session &session, const std::filesystem::path &folder);
 

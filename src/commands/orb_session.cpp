@@ -12,7 +12,9 @@ void orb_session::start() {
   frame_.log_line("Start of ORB program");
 }
 
-void orb_session::finish() { frame_.log_line("Exit the ORB program"); }
+void orb_session::finish() {
+  frame_.log_line("Exit the ORB program");
+}
 
 void orb_session::renew_net_and_registry() {
   signif_ = std::make_unique<class_clone_net_signif>(context_);

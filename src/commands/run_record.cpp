@@ -31,13 +31,17 @@ run_record::run_record(const command_options &options, const program_clock &cloc
 
 void run_record::input_add(const fs::path &file) {
   const file_checksum sum = checksum_of_file(file);
-  json_["inputs"].push_back(
-      {{"file", file.filename().string()}, {"path", file.string()}, {"size", sum.size}, {"crc32", checksum_text(sum.crc32)}});
+  json_["inputs"].push_back({{"file", file.filename().string()},
+                             {"path", file.string()},
+                             {"size", sum.size},
+                             {"crc32", checksum_text(sum.crc32)}});
 }
 
 void run_record::inputs_add(const fs::path &input) {
-  if (!fs::is_directory(input)) return input_add(input);
-  for (const fs::path &file : sizes_files_of_folder(input)) input_add(file);
+  if (!fs::is_directory(input))
+    return input_add(input);
+  for (const fs::path &file : sizes_files_of_folder(input))
+    input_add(file);
 }
 
 void run_record::library_set(std::int32_t n_clones, std::uint32_t checksum) {
@@ -76,34 +80,42 @@ void run_record::save(const fs::path &file) const {
 
 std::optional<json> run_record_read(const fs::path &file) {
   std::error_code failed;
-  if (!fs::is_regular_file(file, failed)) return std::nullopt;
+  if (!fs::is_regular_file(file, failed))
+    return std::nullopt;
   std::ifstream in(file, std::ios::binary);
   json read = json::parse(in, nullptr, false);
-  if (read.is_discarded() || !read.is_object()) return std::nullopt;
+  if (read.is_discarded() || !read.is_object())
+    return std::nullopt;
   return read;
 }
 
 std::optional<json> run_record_beside(const fs::path &result) {
   std::error_code failed;
-  if (fs::is_directory(result, failed)) return run_record_read(result / "run.json");
+  if (fs::is_directory(result, failed))
+    return run_record_read(result / "run.json");
   fs::path own = result;
   own += ".run.json";
-  if (auto read = run_record_read(own)) return read;
+  if (auto read = run_record_read(own))
+    return read;
   auto read = run_record_read(result.parent_path() / "run.json");
-  if (!read || !read->contains("outputs") || !(*read)["outputs"].is_object()) return std::nullopt;
+  if (!read || !read->contains("outputs") || !(*read)["outputs"].is_object())
+    return std::nullopt;
   for (const auto &[key, entry] : (*read)["outputs"].items())
-    if (entry.is_object() && entry.value("name", "") == result.filename().string()) return read;
+    if (entry.is_object() && entry.value("name", "") == result.filename().string())
+      return read;
   return std::nullopt;
 }
 
 std::string run_record_difference(const json &before, const json &now) {
-  if (before.value("version", json()) != now.value("version", json())) return "another version of the program";
+  if (before.value("version", json()) != now.value("version", json()))
+    return "another version of the program";
   const json was = before.value("parameters", json::object()), is = now.value("parameters", json::object());
   for (const auto &[name, value] : is.items())
     if (!was.is_object() || !was.contains(name) || was[name] != value)
       return fmt::format("{} is {} now and was {}", name, value.dump(),
                          was.is_object() && was.contains(name) ? was[name].dump() : "not recorded");
-  if (before.value("seed", json()) != now.value("seed", json())) return "another seed";
+  if (before.value("seed", json()) != now.value("seed", json()))
+    return "another seed";
   const json files_before = before.value("inputs", json::array()), files_now = now.value("inputs", json::array());
   if (files_before.size() != files_now.size())
     return fmt::format("{} input files now and {} then", files_now.size(), files_before.size());
@@ -116,18 +128,24 @@ std::string run_record_difference(const json &before, const json &now) {
 
 bool output_is_intact(const json &record, const std::string &key, const fs::path &folder) {
   const auto outputs = record.find("outputs");
-  if (outputs == record.end() || !outputs->is_object() || !outputs->contains(key)) return false;
+  if (outputs == record.end() || !outputs->is_object() || !outputs->contains(key))
+    return false;
   const json &entry = (*outputs)[key];
-  if (!entry.is_object() || !entry.contains("name") || !entry["name"].is_string()) return false;
+  if (!entry.is_object() || !entry.contains("name") || !entry["name"].is_string())
+    return false;
   const fs::path path = folder / entry["name"].get<std::string>();
   std::error_code failed;
-  if (!entry.contains("crc32")) return fs::is_directory(path, failed);
-  if (!fs::is_regular_file(path, failed)) return false;
+  if (!entry.contains("crc32"))
+    return fs::is_directory(path, failed);
+  if (!fs::is_regular_file(path, failed))
+    return false;
   const file_checksum sum = checksum_of_file(path);
   return entry.value("size", std::uint64_t{0}) == sum.size && entry.value("crc32", "") == checksum_text(sum.crc32);
 }
 
-std::string checksum_text(std::uint32_t checksum) { return fmt::format("{:08x}", checksum); }
+std::string checksum_text(std::uint32_t checksum) {
+  return fmt::format("{:08x}", checksum);
+}
 
 double peak_memory_mib() {
   std::ifstream status("/proc/self/status");

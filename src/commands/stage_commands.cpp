@@ -25,7 +25,8 @@ static exit_status library_for_stage(orb_session &session, const command_options
                                      const command_streams &streams) {
   record.stage_start("load");
   const exit_status loaded = load_library(session, options, streams);
-  if (loaded != exit_status::done) return loaded;
+  if (loaded != exit_status::done)
+    return loaded;
   record.stage_end();
   record.inputs_add(options.input);
   record_library(session, record);
@@ -44,7 +45,8 @@ exit_status load_command(orb_session &session, const command_options &options, c
   work_in(session, options.out.parent_path());
   run_record record(options, session.frame().clock());
   const exit_status loaded = library_for_stage(session, options, record, streams);
-  if (loaded != exit_status::done) return loaded;
+  if (loaded != exit_status::done)
+    return loaded;
   record.stage_start("save");
   DataBase_in_typical_file_print(options.out, session.database());
   record.stage_end();
@@ -65,7 +67,8 @@ static exit_status net_by_text(orb_session &session, const command_options &opti
   wanted.start_clone = options.start;
   wanted.parts = options.parts;
   const bool made = session.signif().create_file_with_significant_connections(wanted, summary);
-  if (!made || !summary.completed) return frame.was_stopped() ? exit_status::stopped : exit_status::run_failed;
+  if (!made || !summary.completed)
+    return frame.was_stopped() ? exit_status::stopped : exit_status::run_failed;
   streams.people("Text net: " + summary.text_file.string());
   whole = options.start <= 1 || summary.in_parts;
   if (!whole) {
@@ -74,11 +77,14 @@ static exit_status net_by_text(orb_session &session, const command_options &opti
   }
   bool ok = false;
   fs::path text = summary.text_file;
-  if (summary.in_parts) text = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
+  if (summary.in_parts)
+    text = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
         frame, text.parent_path(), text.extension().string().substr(text.has_extension() ? 1 : 0));
   session.signif().read_text_net(text, session.signif().net(), ok);
-  if (summary.in_parts) fs::remove(text);
-  if (!ok) return frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
+  if (summary.in_parts)
+    fs::remove(text);
+  if (!ok)
+    return frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
   save_net(session, options.out, record, streams);
   record.stage_end();
   return exit_status::done;
@@ -86,19 +92,22 @@ static exit_status net_by_text(orb_session &session, const command_options &opti
 
 exit_status net_command(orb_session &session, const command_options &options, const command_streams &streams) {
   check_output(options.out, options.force);
-  if (!options.text.empty()) check_output(options.text, options.force);
+  if (!options.text.empty())
+    check_output(options.text, options.force);
   if (options.text.empty() && (options.start != 1 || options.parts))
     throw usage_error("--start and --parts belong to --text");
   work_in(session, options.out.parent_path());
   run_record record(options, session.frame().clock());
   exit_status status = library_for_stage(session, options, record, streams);
-  if (status != exit_status::done) return status;
+  if (status != exit_status::done)
+    return status;
   apply_metric(session, options);
   record_metric(session, record);
   bool whole = true;
   status = options.text.empty() ? make_net(session, options.out, record, streams)
                                 : net_by_text(session, options, record, streams, whole);
-  if (status != exit_status::done || !whole) return status;
+  if (status != exit_status::done || !whole)
+    return status;
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
   return finish_record(record, status, run_record_path(options.out));
@@ -106,13 +115,17 @@ exit_status net_command(orb_session &session, const command_options &options, co
 
 exit_status revise_command(orb_session &session, const command_options &options, const command_streams &streams) {
   check_output(options.out, options.force);
-  if (options.rank < 1 || options.rank > 50) throw usage_error("--rank takes a number from 1 to 50");
-  if (options.no_overlaps && options.no_clones) throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
+  if (options.rank < 1 || options.rank > 50)
+    throw usage_error("--rank takes a number from 1 to 50");
+  if (options.no_overlaps && options.no_clones)
+    throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
   work_in(session, options.out.parent_path());
   run_record record(options, session.frame().clock());
   exit_status status = library_for_stage(session, options, record, streams);
-  if (status != exit_status::done) return status;
+  if (status != exit_status::done)
+    return status;
   apply_metric(session, options);
+  check_revision_reports(session, options, options.out.parent_path());
   record_metric(session, record);
   record.parameter_set("rank", options.rank);
   record.parameter_set("additional_cutoff", additional_cutoff(session, options));
@@ -120,8 +133,10 @@ exit_status revise_command(orb_session &session, const command_options &options,
   record.parameter_set("q_clones", !options.no_clones);
   record.input_add(options.net);
   status = load_net(session, options.net, streams);
-  if (status == exit_status::done) status = revise_net(session, options, options.out, record, streams);
-  if (status != exit_status::done) return status;
+  if (status == exit_status::done)
+    status = revise_net(session, options, options.out, record, streams);
+  if (status != exit_status::done)
+    return status;
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
   return finish_record(record, status, run_record_path(options.out));
@@ -133,13 +148,15 @@ exit_status contigs_command(orb_session &session, const command_options &options
   work_in(session, options.out);
   run_record record(options, session.frame().clock());
   exit_status status = library_for_stage(session, options, record, streams);
-  if (status != exit_status::done) return status;
+  if (status != exit_status::done)
+    return status;
   apply_metric(session, options);
   record_metric(session, record);
   record_contig_options(options, record);
   record.input_add(options.net);
   status = load_net(session, options.net, streams);
-  if (status != exit_status::done) return status;
+  if (status != exit_status::done)
+    return status;
   status = make_contigs(session, options, record, streams);
   return finish_record(record, status, record_file);
 }

@@ -11,10 +11,10 @@ public:
   // Follows the machine's local time, or stands still at SOURCE_DATE_EPOCH (in UTC) when that is set.
   program_clock();
   std::tm now() const;
-  std::string log_date() const;              // "YYYY-MM-dd,hh:mm:ss"
-  std::string date_and_time_string() const;  // "YYYY-MM-dd_HH-mm-ss", for file names
-  std::string iso_date() const;              // "YYYY-MM-ddTHH:mm:ss", for run.json
-  double day_number() const;                 // days since 1899-12-30 with the time of day as fraction
+  std::string log_date() const;             // "YYYY-MM-dd,hh:mm:ss"
+  std::string date_and_time_string() const; // "YYYY-MM-dd_HH-mm-ss", for file names
+  std::string iso_date() const;             // "YYYY-MM-ddTHH:mm:ss", for run.json
+  double day_number() const;                // days since 1899-12-30 with the time of day as fraction
 
 private:
   bool pinned_ = false;

@@ -9,11 +9,11 @@ namespace orb {
 
 enum class exit_status : int {
   done = 0,
-  run_failed = 1,        // the data or the run failed
-  wrong_command = 2,     // wrong command line
+  run_failed = 1,         // the data or the run failed
+  wrong_command = 2,      // wrong command line
   no_input_or_output = 3, // an input is missing or unreadable, or an output can't be written
-  broken_invariant = 4,  // of the program itself
-  stopped = 130          // by the user
+  broken_invariant = 4,   // of the program itself
+  stopped = 130           // by the user
 };
 
 // Thrown where the system ends the program by design; caught in `main` only. The message was shown already.

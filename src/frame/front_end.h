@@ -20,10 +20,10 @@ enum class answer_choice { yes_no, yes_no_cancel, ok_cancel };
 struct question {
   std::string text;
   std::string title;
-  answer by_default = answer::no;  // what is taken when nobody can be asked
-  answer to_go_on = answer::yes;   // the answer that goes on with the work
+  answer by_default = answer::no; // what is taken when nobody can be asked
+  answer to_go_on = answer::yes;  // the answer that goes on with the work
   answer_choice choice = answer_choice::yes_no;
-  bool marks_failure = false;      // whatever the answer: the data were wrong, and the command ends with status 1
+  bool marks_failure = false; // whatever the answer: the data were wrong, and the command ends with status 1
 };
 
 struct input_box {
@@ -42,12 +42,12 @@ struct file_dialog {
 
 struct front_end {
   std::function<void(panel, const std::string &text, panel_colour)> panel_set;
-  std::function<void(const std::string &text)> log_shown;                             // a line was logged
-  std::function<void(const std::string &text, const std::string &title)> message;     // a message box
+  std::function<void(const std::string &text)> log_shown;                         // a line was logged
+  std::function<void(const std::string &text, const std::string &title)> message; // a message box
   std::function<answer(const question &)> ask;
-  std::function<std::string(const input_box &)> input;   // empty: cancelled or nothing entered
+  std::function<std::string(const input_box &)> input;         // empty: cancelled or nothing entered
   std::function<std::string(const file_dialog &)> choose_file; // empty: cancelled
-  std::function<void()> yield;             // events are served here; may set the stop flag of the frame
+  std::function<void()> yield; // events are served here; may set the stop flag of the frame
   std::function<void(bool)> stop_button_enable;
 };
 
@@ -79,9 +79,9 @@ bool answer_from_text(const std::string &text, answer &out);
 
 // What a scripted front end saw, in order.
 struct front_end_record {
-  std::vector<std::string> messages;   // message boxes
-  std::vector<std::string> questions;  // texts of questions, input boxes and file dialogs
-  std::vector<std::string> panels;     // "2: text"
+  std::vector<std::string> messages;  // message boxes
+  std::vector<std::string> questions; // texts of questions, input boxes and file dialogs
+  std::vector<std::string> panels;    // "2: text"
   std::vector<std::string> log;
 };
 

@@ -8,13 +8,13 @@
 
 namespace orb {
 
-using clone_number = std::int32_t;   // 1..number of clones; -1: no such clone
-using band_value = std::int32_t;     // a length in gel units, or a bin number
-using band_adress = std::int32_t;    // 1-based place in the flat band array
-using vertex_number = std::int32_t;  // 1..number of vertices
-using edge_adress = std::int32_t;    // 1-based place in the flat array of edge records
-using rank_number = std::int32_t;    // steps in a net; -1: not reached
-using cluster_id = std::int32_t;     // 1-based; 0: none
+using clone_number = std::int32_t;  // 1..number of clones; -1: no such clone
+using band_value = std::int32_t;    // a length in gel units, or a bin number
+using band_adress = std::int32_t;   // 1-based place in the flat band array
+using vertex_number = std::int32_t; // 1..number of vertices
+using edge_adress = std::int32_t;   // 1-based place in the flat array of edge records
+using rank_number = std::int32_t;   // steps in a net; -1: not reached
+using cluster_id = std::int32_t;    // 1-based; 0: none
 
 // A 1-based list of signed 32-bit numbers. Element 0 of its array holds the count, so list(0) = n and
 // list(1)..list(n) are the members; -1 in element 0 marks a list that could not be read.
@@ -29,7 +29,8 @@ public:
 
   static number_list range(std::int32_t first, std::int32_t last) {
     number_list list;
-    for (std::int32_t i = first; i <= last; ++i) list.add(i);
+    for (std::int32_t i = first; i <= last; ++i)
+      list.add(i);
     return list;
   }
 

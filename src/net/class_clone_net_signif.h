@@ -132,6 +132,9 @@ private:
 
 // The form's rules for the additional cutoff: empty when accepted, otherwise the text of its message.
 std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff);
+// Begin and names of the revision's reports: "cutoff" and the cutoff in letters and digits only.
+std::string QQ_report_base(const project_settings &settings);
+std::vector<std::string> QQ_report_names(const project_settings &settings, bool q_overlaps, bool q_clones);
 // Names of the two nets without needless zeros and with two decimals, as the commands propose them.
 std::string net_signif_file_name(const project_settings &settings); // net_signif_Sulston_1988_15.00.ORBns
 std::string net_noQQ_file_name(const project_settings &settings,

@@ -14,6 +14,10 @@ namespace orb {
 namespace {
 
 constexpr std::int16_t q_mark = -1;
+// Ends of the reports' names.
+constexpr const char *overlaps_report = "_Q_overlaps.txt";
+constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";
+constexpr const char *clones_report = "_Q_clones.txt";
 constexpr std::int32_t largest_rank = 50;
 constexpr double proposed_step = 10; // of the additional cutoff above the current one
 constexpr std::int64_t vertices_in_block = 256;
@@ -124,6 +128,22 @@ std::string QQ_additional_cutoff_refused(const std::string &text, double current
   if (!number_from_text_silent(text, value))
     return "Additional cutoff has to be numeric and more than current cutoff";
   return value > current_cutoff ? "" : "Additional cutoff has to be more than current cutoff";
+}
+
+std::string QQ_report_base(const project_settings &settings) {
+  return "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(settings.cutoff));
+}
+
+std::vector<std::string> QQ_report_names(const project_settings &settings, bool q_overlaps, bool q_clones) {
+  const std::string base = QQ_report_base(settings);
+  std::vector<std::string> names;
+  if (q_overlaps)
+    names.push_back(base + overlaps_report);
+  if (q_clones) {
+    names.push_back(base + test_report_of_clones);
+    names.push_back(base + clones_report);
+  }
+  return names;
 }
 
 void class_clone_net_signif::identify_all_Q_connections(const class_net &net, std::int32_t max_rank,
@@ -258,8 +278,7 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
   frame.process_start(status);
   frame.step_text_set(settings.QQ_file);
   frame.log_line(status + " to file " + settings.QQ_file);
-  const std::string base =
-      "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(settings.cutoff));
+  const std::string base = QQ_report_base(settings);
   std::int32_t max_rank = options.max_rank;
   if (max_rank < 1 || max_rank > largest_rank)
     max_rank =
@@ -269,7 +288,7 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
   bool net_is_revised = false;
   if (options.q_overlaps) {
     std::int32_t n_Q = 0;
-    identify_all_Q_connections(net_, max_rank, marked, q_mark, true, folder / (base + "_Q_overlaps.txt"), n_Q);
+    identify_all_Q_connections(net_, max_rank, marked, q_mark, true, folder / (base + overlaps_report), n_Q);
     summary.n_q_overlaps = n_Q / 2; // both records of an overlap count
     marked.create_sub_net_without_edges_index(q_mark, revised);
     revised.test_neighbours_sorted();
@@ -277,8 +296,7 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
   }
   if (options.q_clones && !frame.stop_requested_get()) {
     identify_all_Q_clones(net_is_revised ? revised : net_, max_rank, marked, q_mark, true,
-                          folder / (base + "_test_of_clones_for_Q.txt"), folder / (base + "_Q_clones.txt"),
-                          summary.n_q_clones);
+                          folder / (base + test_report_of_clones), folder / (base + clones_report), summary.n_q_clones);
     class_net without_Q;
     marked.create_sub_net_with_disconnected_vertices_index(q_mark, without_Q);
     revised = std::move(without_Q);

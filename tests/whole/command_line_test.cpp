@@ -1,4 +1,5 @@
-// The command line as scripts rely on it: help, wrong commands, exit statuses, what is refused and what stays untouched.
+// The command line as scripts rely on it: help, wrong commands, exit statuses, what is refused and what stays
+// untouched.
 #include <nlohmann/json.hpp>
 
 #include "whole/program_run.h"
@@ -33,8 +34,10 @@ TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
       {"net " + example + " --out n.ORBns --metric KK2mn", "--cutoff is required"},
       {"net " + example + " --out n.ORBns --metric Special --cutoff 1", "--metric Special"},
       {"net " + example + " --out n.ORBns --start 5", "--start and --parts belong to --text"},
-      {"assemble " + example + " --out d --additional-cutoff 15", "Additional cutoff has to be more than current cutoff"},
-      {"assemble " + example + " --out d --additional-cutoff x", "Additional cutoff has to be numeric and more than current cutoff"},
+      {"assemble " + example + " --out d --additional-cutoff 15",
+       "Additional cutoff has to be more than current cutoff"},
+      {"assemble " + example + " --out d --additional-cutoff x",
+       "Additional cutoff has to be numeric and more than current cutoff"},
       {"assemble " + example + " --out d --preset 6", "--preset"},
   };
   for (const auto &c : cases) {
@@ -49,7 +52,8 @@ TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
 
 TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
   std::string many = "BIG\t501\tGel\n";
-  for (int i = 0; i < 501; ++i) many += std::to_string(100 + i) + "\n";
+  for (int i = 0; i < 501; ++i)
+    many += std::to_string(100 + i) + "\n";
   struct {
     std::string content;
     std::vector<std::string> said;
@@ -57,7 +61,8 @@ TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
       {"A1\t3\tGel\n10\n30\n20\n-1\n", {"Wrong ordered bands 2 and 3(30>20) in clone 1 A1", "bad.sizes"}},
       {"A1\n10\n-1\n\nA2\n-5\n20\n-1\n", {"Wrong band 1(-5<0) in clone 2 A2", "bad.sizes"}},
       {"A1\n10\n60001\n-1\n", {"Wrong band 2(60001>60000=max) in clone 1 A1", "bad.sizes", "line"}},
-      {many + "-1\n", {"DB_of_clones.MAX_number_of_bands_in_clone_get < n_different_bands_in_clone: _500 < 501", "bad.sizes"}},
+      {many + "-1\n",
+       {"DB_of_clones.MAX_number_of_bands_in_clone_get < n_different_bands_in_clone: _500 < 501", "bad.sizes"}},
       {std::string("\0\1\2\3binary\0\n", 12), {"bad.sizes"}},
       {"", {"NB! No clones was readen!"}},
   };
@@ -65,7 +70,8 @@ TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
     whole::write_bytes(folder / "in" / "bad.sizes", c.content);
     const outcome seen = orb("load in --out l.ORBdb");
     EXPECT_EQ(seen.status, 1) << seen.err;
-    for (const std::string &said : c.said) EXPECT_NE(seen.err.find(said), std::string::npos) << said << "\n" << seen.err;
+    for (const std::string &said : c.said)
+      EXPECT_NE(seen.err.find(said), std::string::npos) << said << "\n" << seen.err;
     EXPECT_FALSE(fs::exists(folder / "l.ORBdb"));
     for (const fs::directory_entry &entry : fs::directory_iterator(folder))
       EXPECT_FALSE(entry.path().filename().string().starts_with("l.ORBdb")) << entry.path();
@@ -114,7 +120,8 @@ TEST_F(CommandLine, DamagedLibrariesAndForeignNetsAreRefused) {
     EXPECT_EQ(seen.status, 1) << seen.err;
     EXPECT_NE(seen.err.find(name), std::string::npos) << seen.err;
   }
-  EXPECT_NE(orb("net junk.ORBdb --out x.ORBns").err.find("Problem with file!\nFingerprint data was not loaded."), std::string::npos);
+  EXPECT_NE(orb("net junk.ORBdb --out x.ORBns").err.find("Problem with file!\nFingerprint data was not loaded."),
+            std::string::npos);
 
   whole::write_bytes(folder / "cut.ORBns", net.substr(0, net.size() - 5));
   std::string out_of_range = net;
@@ -148,7 +155,8 @@ TEST_F(CommandLine, ALibraryFileBringsItsParameters) {
   EXPECT_EQ(refused.status, 2) << refused.err;
   const outcome won = orb("net l.ORBdb --out n.ORBns --n-bands 3000 --tolerance 7");
   EXPECT_EQ(won.status, 0) << won.err;
-  EXPECT_NE(won.err.find("The n-bands of the command line, 3000, is used in place of the library's, 6000."), std::string::npos);
+  EXPECT_NE(won.err.find("The n-bands of the command line, 3000, is used in place of the library's, 6000."),
+            std::string::npos);
   ASSERT_EQ(orb("net " + example + " --out direct.ORBns --n-bands 3000 --tolerance 7").status, 0);
   EXPECT_EQ(whole::bytes_of(folder / "n.ORBns"), whole::bytes_of(folder / "direct.ORBns"));
   ASSERT_EQ(orb("load " + example + " --out bins.ORBdb --preset 5 --tolerance-index 0").status, 0);

@@ -31,8 +31,10 @@ std::vector<record> naive_library(const std::string &folder) {
     std::istringstream in(bytes_of(fs::path(folder) / file));
     bool inside = false;
     for (std::string line; std::getline(in, line);) {
-      if (!line.empty() && line.back() == '\r') line.pop_back();
-      if (line.empty()) continue;
+      if (!line.empty() && line.back() == '\r')
+        line.pop_back();
+      if (line.empty())
+        continue;
       if (!inside) {
         records.push_back({line, {}});
         inside = true;
@@ -43,10 +45,12 @@ std::vector<record> naive_library(const std::string &folder) {
       }
     }
   }
-  std::stable_sort(records.begin(), records.end(), [](const record &a, const record &b) { return a.header < b.header; });
+  std::stable_sort(records.begin(), records.end(),
+                   [](const record &a, const record &b) { return a.header < b.header; });
   std::vector<record> kept;
   for (const record &r : records)
-    if (std::none_of(kept.begin(), kept.end(), [&](const record &k) { return k.header == r.header && k.bands == r.bands; }))
+    if (std::none_of(kept.begin(), kept.end(),
+                     [&](const record &k) { return k.header == r.header && k.bands == r.bands; }))
       kept.push_back(r);
   return kept;
 }
@@ -54,9 +58,12 @@ std::vector<record> naive_library(const std::string &folder) {
 int naive_common(const std::vector<int> &a, const std::vector<int> &b, int t) {
   int common = 0;
   for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
-    if (std::abs(a[i] - b[j]) <= t) ++common, ++i, ++j;
-    else if (a[i] < b[j]) ++i;
-    else ++j;
+    if (std::abs(a[i] - b[j]) <= t)
+      ++common, ++i, ++j;
+    else if (a[i] < b[j])
+      ++i;
+    else
+      ++j;
   }
   return common;
 }
@@ -67,14 +74,17 @@ double ln_factorial(double n) {
 
 double naive_score(int k, int n1, int n2) {
   const int n_min = std::min(n1, n2), n_max = std::max(n1, n2);
-  if (n_min == 0) return 0;
+  if (n_min == 0)
+    return 0;
   const double p = 1 - std::pow(1 - 1 / 2250.0, n_max);
   std::vector<double> terms;
   for (int m = k; m <= n_min; ++m)
-    terms.push_back(ln_factorial(n_min) - ln_factorial(m) - ln_factorial(n_min - m) + m * std::log(p) + (n_min - m) * std::log(1 - p));
+    terms.push_back(ln_factorial(n_min) - ln_factorial(m) - ln_factorial(n_min - m) + m * std::log(p) +
+                    (n_min - m) * std::log(1 - p));
   const double top = *std::max_element(terms.begin(), terms.end());
   double sum = 0;
-  for (double term : terms) sum += std::exp(term - top);
+  for (double term : terms)
+    sum += std::exp(term - top);
   return -(top + std::log(sum)) / std::log(10.0);
 }
 
@@ -90,11 +100,13 @@ naive_net net_of_library(const std::vector<record> &library) {
   naive_net net(library.size() + 1);
   for (std::size_t i = 0; i < library.size(); ++i)
     for (std::size_t j = 0; j < library.size(); ++j) {
-      if (i == j) continue;
+      if (i == j)
+        continue;
       const int n1 = int(library[i].bands.size()), n2 = int(library[j].bands.size());
       const int k = naive_common(library[i].bands, library[j].bands, 12);
       const double score = naive_score(k, n1, n2);
-      if (score < 15) continue;
+      if (score < 15)
+        continue;
       char text[40];
       std::snprintf(text, sizeof text, "%.2f", score);
       net[i + 1].push_back({int(j) + 1, std::stod(text), (n1 * 0.9 <= k ? 1 : 0) + (n2 * 0.9 <= k ? 2 : 0)});
@@ -126,7 +138,8 @@ naive_net net_of_file(const fs::path &file, std::vector<int> &marks) {
 }
 
 bool joined(const naive_net &net, int a, int b) {
-  return std::any_of(net[std::size_t(a)].begin(), net[std::size_t(a)].end(), [&](const overlap &o) { return o.neighbour == b; });
+  return std::any_of(net[std::size_t(a)].begin(), net[std::size_t(a)].end(),
+                     [&](const overlap &o) { return o.neighbour == b; });
 }
 
 // Number of components of the members in the net.
@@ -140,7 +153,8 @@ int components(const naive_net &net, std::set<int> members) {
       const int v = front.back();
       front.pop_back();
       for (const overlap &o : net[std::size_t(v)])
-        if (members.erase(o.neighbour)) front.push_back(o.neighbour);
+        if (members.erase(o.neighbour))
+          front.push_back(o.neighbour);
     }
   }
   return n;
@@ -150,18 +164,22 @@ naive_net revised(const naive_net &net, double additional, std::set<int> &q_clon
   naive_net without(net.size());
   for (std::size_t v = 1; v < net.size(); ++v)
     for (const overlap &o : net[v])
-      if (std::any_of(net[v].begin(), net[v].end(), [&](const overlap &third) { return joined(net, o.neighbour, third.neighbour); }))
+      if (std::any_of(net[v].begin(), net[v].end(),
+                      [&](const overlap &third) { return joined(net, o.neighbour, third.neighbour); }))
         without[v].push_back(o);
   for (std::size_t v = 1; v < net.size(); ++v) {
     std::set<int> ball;
     for (const overlap &o : without[v])
-      if (o.value >= additional) ball.insert(o.neighbour);
-    if (components(without, ball) >= 2) q_clones.insert(int(v));
+      if (o.value >= additional)
+        ball.insert(o.neighbour);
+    if (components(without, ball) >= 2)
+      q_clones.insert(int(v));
   }
   naive_net kept(net.size());
   for (std::size_t v = 1; v < net.size(); ++v)
     for (const overlap &o : without[v])
-      if (!q_clones.count(int(v)) && !q_clones.count(o.neighbour)) kept[v].push_back(o);
+      if (!q_clones.count(int(v)) && !q_clones.count(o.neighbour))
+        kept[v].push_back(o);
   return kept;
 }
 
@@ -173,7 +191,8 @@ std::vector<std::vector<std::string>> table_of(const fs::path &file) {
     line.pop_back();
     rows.emplace_back();
     std::istringstream fields(line);
-    for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+    for (std::string field; std::getline(fields, field, '\t');)
+      rows.back().push_back(field);
   }
   return rows;
 }
@@ -203,7 +222,8 @@ TEST_F(WholeRoad, TheExampleAgreesWithThePlainFormulation) {
   ASSERT_EQ(library.size(), 423u);
   EXPECT_NE(seen.err.find("Clones read: 423. Exact copies dropped: 3."), std::string::npos) << seen.err;
   EXPECT_NE(seen.err.find("In total, 3 clones repeated more than once. 3 exact copies of clone fingerprints will be "
-                          "exccluded from the analysis!"), std::string::npos);
+                          "exccluded from the analysis!"),
+            std::string::npos);
 
   std::vector<int> marks;
   const naive_net expected = net_of_library(library);
@@ -211,33 +231,40 @@ TEST_F(WholeRoad, TheExampleAgreesWithThePlainFormulation) {
   std::set<int> q_clones;
   const naive_net clean = revised(expected, 25, q_clones);
   EXPECT_EQ(net_of_file(folder / "d" / "net_signif_noQQ_15_25.ORBns", marks), clean);
-  for (std::size_t v = 1; v < marks.size(); ++v) EXPECT_EQ(marks[v], q_clones.count(int(v)) ? -1 : 0) << v;
+  for (std::size_t v = 1; v < marks.size(); ++v)
+    EXPECT_EQ(marks[v], q_clones.count(int(v)) ? -1 : 0) << v;
   EXPECT_EQ(table_of(folder / "d" / "cutoff15_Q_clones.txt").size(), q_clones.size() + 1);
 
   // Every final cluster is one connected piece at its cutoff; clusters of contigs don't share clones.
   std::map<std::string, int> number;
-  for (std::size_t i = 0; i < library.size(); ++i) number[library[i].header.substr(0, library[i].header.find('\t'))] = int(i) + 1;
+  for (std::size_t i = 0; i < library.size(); ++i)
+    number[library[i].header.substr(0, library[i].header.find('\t'))] = int(i) + 1;
   const fs::path run = folder / "d" / run_name;
   std::set<int> used;
   const auto rows = table_of(run / "report_contigs.txt");
   ASSERT_GT(rows.size(), 3u);
-  EXPECT_EQ(rows[0], (std::vector<std::string>{"i", "cluster", "n_clones", "contig", "cutoff", "diam", "width", "n_gaps",
-                                               "n_rank_MTP>1", "User_remark", "full_name"}));
+  EXPECT_EQ(rows[0], (std::vector<std::string>{"i", "cluster", "n_clones", "contig", "cutoff", "diam", "width",
+                                               "n_gaps", "n_rank_MTP>1", "User_remark", "full_name"}));
   for (std::size_t r = 1; r < rows.size(); ++r) {
     naive_net at_cutoff(clean.size());
     for (std::size_t v = 1; v < clean.size(); ++v)
       for (const overlap &o : clean[v])
-        if (o.value >= std::stod(rows[r][4])) at_cutoff[v].push_back(o);
+        if (o.value >= std::stod(rows[r][4]))
+          at_cutoff[v].push_back(o);
     std::set<int> members;
-    for (const auto &line : table_of(run / rows[r][1] / (rows[r][1] + ".txt"))) members.insert(number.at(line[0]));
+    for (const auto &line : table_of(run / rows[r][1] / (rows[r][1] + ".txt")))
+      members.insert(number.at(line[0]));
     EXPECT_EQ(int(members.size()), std::stoi(rows[r][2]));
     EXPECT_EQ(components(at_cutoff, members), 1) << rows[r][1];
-    for (int clone : members) EXPECT_TRUE(used.insert(clone).second) << "clone in two contigs";
+    for (int clone : members)
+      EXPECT_TRUE(used.insert(clone).second) << "clone in two contigs";
   }
-  for (const char *file : {"report_clusters.txt", "clones_in_MTP.txt", "clones_in_MTP_details.txt", "clones_in_MTP_and_bridges.txt",
-                           "FPC_like.fpc", "FPC_like_pp.fpc", "coordinates_of_clones.txt", "contig_statistics_1200.txt"})
+  for (const char *file :
+       {"report_clusters.txt", "clones_in_MTP.txt", "clones_in_MTP_details.txt", "clones_in_MTP_and_bridges.txt",
+        "FPC_like.fpc", "FPC_like_pp.fpc", "coordinates_of_clones.txt", "contig_statistics_1200.txt"})
     EXPECT_TRUE(fs::exists(run / file)) << file;
-  for (const char *file : {"CloneBandSizes.ORBdb", "run.json", "ORB.log"}) EXPECT_TRUE(fs::exists(folder / "d" / file)) << file;
+  for (const char *file : {"CloneBandSizes.ORBdb", "run.json", "ORB.log"})
+    EXPECT_TRUE(fs::exists(folder / "d" / file)) << file;
 }
 
 TEST_F(WholeRoad, ContigsHoldClonesOfOneStretchOfTheGenome) {
@@ -249,7 +276,8 @@ TEST_F(WholeRoad, ContigsHoldClonesOfOneStretchOfTheGenome) {
          for (std::string text; std::getline(in, text);) {
            std::istringstream fields(text);
            rows.emplace_back();
-           for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+           for (std::string field; std::getline(fields, field, '\t');)
+             rows.back().push_back(field);
          }
          rows.erase(rows.begin());
          return rows;
@@ -262,7 +290,8 @@ TEST_F(WholeRoad, ContigsHoldClonesOfOneStretchOfTheGenome) {
     std::vector<std::pair<double, double>> parts; // of clones in one part
     for (const auto &line : table_of(run / rows[r][1] / (rows[r][1] + ".txt"))) {
       ++in_contigs;
-      if (truth.at(line[0]).size() == 1) parts.push_back(truth.at(line[0])[0]);
+      if (truth.at(line[0]).size() == 1)
+        parts.push_back(truth.at(line[0])[0]);
     }
     std::sort(parts.begin(), parts.end());
     double reach = parts.front().second;
@@ -281,10 +310,15 @@ TEST_F(WholeRoad, StagesOneByOneAndAnyNumberOfThreadsGiveTheSameBytes) {
   fs::create_directories(folder / "s");
   ASSERT_EQ(orb("load " + example + " --out s/CloneBandSizes.ORBdb", pinned).status, 0);
   ASSERT_EQ(orb("net s/CloneBandSizes.ORBdb --out s/net_signif_Sulston_1988_15.00.ORBns", pinned).status, 0);
-  ASSERT_EQ(orb("revise s/CloneBandSizes.ORBdb s/net_signif_Sulston_1988_15.00.ORBns --out s/net_signif_noQQ_15_25.ORBns", pinned).status, 0);
+  ASSERT_EQ(
+      orb("revise s/CloneBandSizes.ORBdb s/net_signif_Sulston_1988_15.00.ORBns --out s/net_signif_noQQ_15_25.ORBns",
+          pinned)
+          .status,
+      0);
   ASSERT_EQ(orb("contigs s/CloneBandSizes.ORBdb s/net_signif_noQQ_15_25.ORBns --out s", pinned).status, 0);
   auto stages = results_below(folder / "s");
-  for (auto it = stages.begin(); it != stages.end();) it = it->first.ends_with(".run.json") ? stages.erase(it) : std::next(it);
+  for (auto it = stages.begin(); it != stages.end();)
+    it = it->first.ends_with(".run.json") ? stages.erase(it) : std::next(it);
   EXPECT_EQ(stages, results_below(folder / "d"));
 }
 
@@ -315,7 +349,9 @@ TEST_F(WholeRoad, AFinishedRunIsSummarisedAgainAndOthersAreNotTouched) {
   EXPECT_EQ(again.status, 0) << again.err;
   EXPECT_EQ(again.out, first.out);
   EXPECT_NE(again.err.find("nothing was made again"), std::string::npos);
-  const auto figures = [](const std::string &text) { return text.substr(text.find("\nContig "), text.find("\nORB ") - text.find("\nContig ")); };
+  const auto figures = [](const std::string &text) {
+    return text.substr(text.find("\nContig "), text.find("\nORB ") - text.find("\nContig "));
+  };
   EXPECT_EQ(figures(again.err), figures(first.err));
   EXPECT_EQ(results_below(folder / "d"), before);
   EXPECT_EQ(orb("assemble " + example + " --out d").status, 3) << "results exist";
@@ -340,14 +376,17 @@ TEST_F(WholeRoad, AnInterruptKeepsWhatIsFinishedAndTheRunGoesOnLater) {
   for (int clone = 1; clone <= 6000; ++clone) {
     text += "C" + std::to_string(clone) + "\n";
     std::set<int> bands;
-    while (bands.size() < 90) bands.insert(int(chance() % 59000) + 100);
-    for (int band : bands) text += std::to_string(band) + "\n";
+    while (bands.size() < 90)
+      bands.insert(int(chance() % 59000) + 100);
+    for (int band : bands)
+      text += std::to_string(band) + "\n";
     text += "-1\n";
   }
   whole::write_bytes(folder / "in" / "p.sizes", text);
   // The signal comes once the library is saved, in the middle of the comparison of all pairs.
-  const outcome stopped = orb("assemble in --out d",
-                              "true; (while [ ! -e d/CloneBandSizes.ORBdb ]; do sleep 0.01; done; sleep 0.05; kill -INT $$) & exec");
+  const outcome stopped =
+      orb("assemble in --out d",
+          "true; (while [ ! -e d/CloneBandSizes.ORBdb ]; do sleep 0.01; done; sleep 0.05; kill -INT $$) & exec");
   EXPECT_EQ(stopped.status, 130) << stopped.err;
   EXPECT_TRUE(fs::exists(folder / "d" / "CloneBandSizes.ORBdb"));
   EXPECT_FALSE(fs::exists(folder / "d" / "net_signif_Sulston_1988_15.00.ORBns"));
@@ -365,8 +404,10 @@ TEST_F(WholeRoad, InfoTellsWhatLiesThereAndFindsAClone) {
   EXPECT_EQ(prints["proposed parameters"]["preset"], 4);
   const auto results = nlohmann::json::parse(orb("info d --json").out)[0];
   std::multiset<std::string> kinds;
-  for (const auto &entry : results["holds"]) kinds.insert(entry["kind"].get<std::string>());
-  EXPECT_EQ(kinds, (std::multiset<std::string>{"library", "net of significant overlaps", "net of significant overlaps", "run folder"}));
+  for (const auto &entry : results["holds"])
+    kinds.insert(entry["kind"].get<std::string>());
+  EXPECT_EQ(kinds, (std::multiset<std::string>{"library", "net of significant overlaps", "net of significant overlaps",
+                                               "run folder"}));
 
   const std::vector<record> library = naive_library(example);
   const naive_net net = net_of_library(library);
@@ -376,7 +417,8 @@ TEST_F(WholeRoad, InfoTellsWhatLiesThereAndFindsAClone) {
   EXPECT_TRUE(library[std::size_t(number) - 1].header.starts_with("EC001A03\t"));
   bool whole_net_shown = false;
   for (const auto &shown : overlaps)
-    if (shown["neighbours"].size() == net[std::size_t(number)].size()) whole_net_shown = true;
+    if (shown["neighbours"].size() == net[std::size_t(number)].size())
+      whole_net_shown = true;
   EXPECT_TRUE(whole_net_shown);
   EXPECT_TRUE(clone["runs"][0].contains("contig")) << clone;
   const outcome unknown = orb("info d --clone NOBODY");

@@ -14,7 +14,8 @@ namespace {
 template <class Number>
 void add_optional(CLI::App &app, const std::string &name, std::optional<Number> &target, Number low, Number high,
                   const std::string &meaning, const std::string &default_text) {
-  app.add_option_function<Number>(name, [&target](const Number &value) { target = value; }, meaning)
+  app.add_option_function<Number>(
+         name, [&target](const Number &value) { target = value; }, meaning)
       ->check(CLI::Range(low, high))
       ->default_str(default_text)
       ->type_name("N");
@@ -24,11 +25,17 @@ void add_library_options(CLI::App &app, command_options &options) {
   app.add_flag("--plain-text", options.plain_text, "INPUT is one text file of clones, kept in its own order")
       ->group("Reading");
   app.add_option("--capacity", options.capacity, "number of clones provided for")
-      ->check(CLI::Range(1, 2000000000))->capture_default_str()->group("Reading");
+      ->check(CLI::Range(1, 2000000000))
+      ->capture_default_str()
+      ->group("Reading");
   app.add_option("--name-format-in", options.name_format_in, "clone name format of the input")
-      ->check(CLI::Range(0, 8))->capture_default_str()->group("Reading");
+      ->check(CLI::Range(0, 8))
+      ->capture_default_str()
+      ->group("Reading");
   app.add_option("--name-format-out", options.name_format_out, "clone name format of the library")
-      ->check(CLI::Range(0, 8))->capture_default_str()->group("Reading");
+      ->check(CLI::Range(0, 8))
+      ->capture_default_str()
+      ->group("Reading");
   add_optional<std::int16_t>(app, "--tolerance", options.tolerance, 0, 32000, "tolerance t, in band units", "12");
   add_optional<std::int16_t>(app, "--tolerance-index", options.tolerance_index, 0, 1,
                              "1 compares lengths within t, 0 compares bin numbers", "1");
@@ -40,16 +47,20 @@ void add_library_options(CLI::App &app, command_options &options) {
 
 void add_metric_options(CLI::App &app, command_options &options) {
   app.add_option("--metric", options.metric, "name or index")->capture_default_str()->group("Overlaps");
-  add_optional<double>(app, "--cutoff", options.cutoff, -1e300, 1e300, "least score of an overlap", "the metric's standard");
+  add_optional<double>(app, "--cutoff", options.cutoff, -1e300, 1e300, "least score of an overlap",
+                       "the metric's standard");
   app.get_option("--cutoff")->group("Overlaps");
   app.add_option("--burying", options.burying, "burying fraction")
-      ->check(CLI::Range(0.0, 1.0))->capture_default_str()->group("Overlaps");
+      ->check(CLI::Range(0.0, 1.0))
+      ->capture_default_str()
+      ->group("Overlaps");
 }
 
 void add_net_options(CLI::App &app, command_options &options) {
   app.add_option("--text", options.text, "write a text net too, and load the net from it")->type_name("NET.txt");
   app.add_option("--start", options.start, "first clone of the text net, to resume")
-      ->check(CLI::Range(1, 2000000000))->capture_default_str();
+      ->check(CLI::Range(1, 2000000000))
+      ->capture_default_str();
   app.add_flag("--parts", options.parts, "text net in parts of 1000 clones");
 }
 
@@ -57,7 +68,9 @@ void add_revision_options(CLI::App &app, command_options &options) {
   const char *group = "Revision";
   app.add_option("--rank", options.rank, "radius of a neighbourhood, in steps")->capture_default_str()->group(group);
   app.add_option("--additional-cutoff", options.additional_cutoff, "cutoff of the neighbourhoods of Q-clones")
-      ->default_str("cutoff + 10")->type_name("X")->group(group);
+      ->default_str("cutoff + 10")
+      ->type_name("X")
+      ->group(group);
   app.add_flag("--no-overlaps", options.no_overlaps, "leave Q-overlaps in")->group(group);
   app.add_flag("--no-clones", options.no_clones, "leave Q-clones in")->group(group);
 }
@@ -65,11 +78,26 @@ void add_revision_options(CLI::App &app, command_options &options) {
 void add_contig_options(CLI::App &app, command_options &options) {
   const char *group = "Contigs";
   const auto positive = CLI::Range(0, 2000000000);
-  app.add_option("--max-clones", options.max_clones, "a larger cluster is cut")->check(positive)->capture_default_str()->group(group);
-  app.add_option("--min-size", options.min_size, "a smaller cluster is a heap")->check(positive)->capture_default_str()->group(group);
-  app.add_option("--max-width", options.max_width, "a wider cluster is cut")->check(positive)->capture_default_str()->group(group);
-  app.add_option("--step", options.step, "rise of the cutoff a level")->check(CLI::Range(0.0, 1e6))->capture_default_str()->group(group);
-  app.add_option("--steps", options.steps, "levels above the base")->check(CLI::Range(0, 10000))->capture_default_str()->group(group);
+  app.add_option("--max-clones", options.max_clones, "a larger cluster is cut")
+      ->check(positive)
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--min-size", options.min_size, "a smaller cluster is a heap")
+      ->check(positive)
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--max-width", options.max_width, "a wider cluster is cut")
+      ->check(positive)
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--step", options.step, "rise of the cutoff a level")
+      ->check(CLI::Range(0.0, 1e6))
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--steps", options.steps, "levels above the base")
+      ->check(CLI::Range(0, 10000))
+      ->capture_default_str()
+      ->group(group);
   app.add_flag("--no-ordering", options.no_ordering, "no ordering by jackknife")->group(group);
   app.add_flag("--no-pair-tables", options.no_pair_tables, "no tables of pairs")->group(group);
   app.add_flag("--no-drawings", options.no_drawings, "no drawings of nets")->group(group);
@@ -78,13 +106,16 @@ void add_contig_options(CLI::App &app, command_options &options) {
 void add_common_options(CLI::App &app, command_options &options) {
   const char *group = "General";
   app.add_option("-t,--threads", options.threads, "worker threads; the result is the same for any number")
-      ->check(CLI::Range(0, 4096))->default_str("all")->group(group);
+      ->check(CLI::Range(0, 4096))
+      ->default_str("all")
+      ->group(group);
   app.add_option("--seed", options.seed, "of all chance")->capture_default_str()->group(group);
   app.add_flag("-q,--quiet", options.quiet, "messages only")->group(group);
   app.add_flag("-v,--verbose", options.verbose, "counters and log lines too")->group(group);
   app.add_option("--log", options.log, "folder of ORB.log")->type_name("DIR")->group(group);
   app.add_option("--answers", options.answers, "file of answers to questions: prompt start, tab, answer")
-      ->type_name("FILE")->group(group);
+      ->type_name("FILE")
+      ->group(group);
   app.add_flag("--yes", options.yes, "answer questions so that the work goes on")->group(group);
 }
 
@@ -96,22 +127,31 @@ void add_output_options(CLI::App &app, command_options &options, const char *typ
 void add_options_of_command(CLI::App &app, command_options &options) {
   const std::string &name = app.get_name();
   if (name == "info") {
-    app.add_option("paths", options.info_paths, "libraries, nets, fingerprints, run folders")->type_name("FILE|FOLDER")->required();
+    app.add_option("paths", options.info_paths, "libraries, nets, fingerprints, run folders")
+        ->type_name("FILE|FOLDER")
+        ->required();
     app.add_option("--clone", options.clone, "all about one clone")->type_name("NAME");
     app.add_flag("--json", options.json, "as JSON");
     return add_common_options(app, options);
   }
   const bool with_net = name == "revise" || name == "contigs";
   app.add_option("input", options.input, "folder of .sizes files, one such file, or a library file")
-      ->type_name(name == "assemble" || name == "load" ? "INPUT" : "LIB")->required();
-  if (with_net) app.add_option("net", options.net, "native net")->type_name("NET")->required();
+      ->type_name(name == "assemble" || name == "load" ? "INPUT" : "LIB")
+      ->required();
+  if (with_net)
+    app.add_option("net", options.net, "native net")->type_name("NET")->required();
   add_output_options(app, options, name == "load" ? "LIB.ORBdb" : with_net || name == "net" ? "NET.ORBns" : "DIR");
   add_library_options(app, options);
-  if (name != "load") add_metric_options(app, options);
-  if (name == "net") add_net_options(app, options);
-  if (name == "revise" || name == "assemble") add_revision_options(app, options);
-  if (name == "contigs" || name == "assemble") add_contig_options(app, options);
-  if (name == "assemble") app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
+  if (name != "load")
+    add_metric_options(app, options);
+  if (name == "net")
+    add_net_options(app, options);
+  if (name == "revise" || name == "assemble")
+    add_revision_options(app, options);
+  if (name == "contigs" || name == "assemble")
+    add_contig_options(app, options);
+  if (name == "assemble")
+    app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
   add_common_options(app, options);
 }
 
@@ -143,23 +183,27 @@ std::string nearest(const std::string &word, const std::vector<std::string> &kno
 
 std::vector<std::string> names_of_commands() {
   std::vector<std::string> names;
-  for (const command_row &row : table_of_commands()) names.push_back(row.name);
+  for (const command_row &row : table_of_commands())
+    names.push_back(row.name);
   return names;
 }
 
 std::vector<std::string> names_of_options(const CLI::App &app) {
   std::vector<std::string> names;
   for (const CLI::Option *option : app.get_options())
-    for (const std::string &name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string &name : option->get_lnames())
+      names.push_back("--" + name);
   return names;
 }
 
 // The first argument that looks like an option and isn't one of this command's.
 std::string unknown_option(const CLI::App &app, const std::vector<std::string> &arguments) {
   for (std::size_t i = 1; i < arguments.size(); ++i) {
-    if (!arguments[i].starts_with("--") || arguments[i].size() == 2) continue;
+    if (!arguments[i].starts_with("--") || arguments[i].size() == 2)
+      continue;
     const std::string name = arguments[i].substr(0, arguments[i].find('='));
-    if (!app.get_option_no_throw(name)) return name;
+    if (!app.get_option_no_throw(name))
+      return name;
   }
   return {};
 }
@@ -169,7 +213,8 @@ std::string what_is_wrong(const CLI::App &app, const std::vector<std::string> &a
   std::string text = "orb " + app.get_name() + ": ";
   if (!unknown.empty()) {
     text += "unknown option " + unknown;
-    if (const std::string near = nearest(unknown, names_of_options(app)); !near.empty()) text += "; did you mean " + near + "?";
+    if (const std::string near = nearest(unknown, names_of_options(app)); !near.empty())
+      text += "; did you mean " + near + "?";
   } else {
     text += said;
   }
@@ -178,7 +223,8 @@ std::string what_is_wrong(const CLI::App &app, const std::vector<std::string> &a
 
 std::string unknown_command_text(const std::string &word) {
   std::string text = "orb: unknown command " + word;
-  if (const std::string near = nearest(word, names_of_commands()); !near.empty()) text += "; did you mean " + near + "?";
+  if (const std::string near = nearest(word, names_of_commands()); !near.empty())
+    text += "; did you mean " + near + "?";
   return text + "\nSee orb --help.";
 }
 
@@ -187,19 +233,24 @@ std::string general_help() {
                      "Usage: orb COMMAND ... [options]\n\nCommands:\n";
   for (const command_row &row : table_of_commands())
     text += "  " + std::string(row.name) + std::string(10 - std::string(row.name).size(), ' ') + row.purpose + "\n";
-  return text + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " + table_of_commands()[0].example + "\n";
+  return text + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " +
+         table_of_commands()[0].example + "\n";
 }
 
 } // namespace
 
 command_line_result parse_command_line(const std::vector<std::string> &arguments, command_options &options) {
   const std::string first = arguments.empty() ? "" : arguments[0];
-  if (first.empty()) return {false, 2, "orb: a command is missing\n" + general_help()};
-  if (first == "--help" || first == "-h" || first == "help") return {false, 0, general_help()};
-  if (first == "--version") return {false, 0, "ORB " ORB_VERSION "\n"};
+  if (first.empty())
+    return {false, 2, "orb: a command is missing\n" + general_help()};
+  if (first == "--help" || first == "-h" || first == "help")
+    return {false, 0, general_help()};
+  if (first == "--version")
+    return {false, 0, "ORB " ORB_VERSION "\n"};
   const auto table = table_of_commands();
   const auto row = std::find_if(table.begin(), table.end(), [&](const command_row &r) { return first == r.name; });
-  if (row == table.end()) return {false, 2, unknown_command_text(first)};
+  if (row == table.end())
+    return {false, 2, unknown_command_text(first)};
 
   CLI::App app(row->purpose, row->name);
   app.allow_windows_style_options(false);
@@ -211,7 +262,9 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
   try {
     app.parse(rest);
   } catch (const CLI::CallForHelp &) {
-    return {false, 0, "orb " + std::string(row->name) + " " + row->arguments + " [options]\n" + app.help("orb " + std::string(row->name))};
+    return {false, 0,
+            "orb " + std::string(row->name) + " " + row->arguments + " [options]\n" +
+                app.help("orb " + std::string(row->name))};
   } catch (const CLI::ParseError &wrong) {
     return {false, 2, what_is_wrong(app, arguments, wrong.what())};
   }

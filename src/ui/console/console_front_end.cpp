@@ -13,7 +13,8 @@ namespace {
 volatile std::sig_atomic_t interrupts = 0;
 
 extern "C" void on_interrupt(int) {
-  if (interrupts > 0) _exit(130);
+  if (interrupts > 0)
+    _exit(130);
   interrupts = 1;
 }
 
@@ -23,7 +24,8 @@ std::string for_terminal(const std::string &text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '\r') {
       shown += '\n';
-      if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
+      if (i + 1 < text.size() && text[i + 1] == '\n')
+        ++i;
     } else {
       shown += text[i];
     }
@@ -36,13 +38,14 @@ bool progress_line_open = false;
 // Panels on a terminal share one line that is written over; elsewhere only the large steps make lines.
 class panel_line {
 public:
-  explicit panel_line(const console_manner &manner)
-      : manner_(manner), terminal_(isatty(STDERR_FILENO) != 0) {}
+  explicit panel_line(const console_manner &manner) : manner_(manner), terminal_(isatty(STDERR_FILENO) != 0) {}
 
   void set(panel which, const std::string &text) {
     texts_[static_cast<std::size_t>(which)] = text;
-    if (manner_.quiet) return;
-    if (terminal_) return redraw(which);
+    if (manner_.quiet)
+      return;
+    if (terminal_)
+      return redraw(which);
     const bool large = which == panel::process || which == panel::step;
     if ((large || manner_.verbose) && !text.empty() && !is_resting(text) && is_news(text))
       std::fprintf(stderr, "%s\n", for_terminal(text).c_str());
@@ -57,19 +60,23 @@ private:
   bool is_news(const std::string &text) {
     const auto now = std::chrono::steady_clock::now();
     const std::string beginning = text.substr(0, text.find_first_of("0123456789"));
-    if (beginning == last_beginning_ && now - drawn_ < std::chrono::seconds(5)) return false;
+    if (beginning == last_beginning_ && now - drawn_ < std::chrono::seconds(5))
+      return false;
     last_beginning_ = beginning;
     drawn_ = now;
     return true;
   }
   void redraw(panel which) {
     const auto now = std::chrono::steady_clock::now();
-    if (which != panel::process && which != panel::step && now - drawn_ < std::chrono::milliseconds(100)) return;
+    if (which != panel::process && which != panel::step && now - drawn_ < std::chrono::milliseconds(100))
+      return;
     drawn_ = now;
     std::string line;
     for (const std::string &text : texts_)
-      if (!text.empty() && !is_resting(text)) line += (line.empty() ? "" : " | ") + for_terminal(text);
-    if (line.size() > 110) line.resize(110);
+      if (!text.empty() && !is_resting(text))
+        line += (line.empty() ? "" : " | ") + for_terminal(text);
+    if (line.size() > 110)
+      line.resize(110);
     std::fprintf(stderr, "\r\033[K%s", line.c_str());
     progress_line_open = !line.empty();
   }
@@ -106,7 +113,8 @@ answer answer_question(const console_manner &manner, answer_book &book, const qu
     progress_line_end();
     for (;;) {
       std::fputs(prompt_with_choices(asked).c_str(), stderr);
-      if (!std::getline(std::cin, reply) || reply.empty() || answer_from_text(reply, given)) break;
+      if (!std::getline(std::cin, reply) || reply.empty() || answer_from_text(reply, given))
+        break;
     }
     return given;
   }
@@ -120,7 +128,8 @@ std::string answer_input(const console_manner &manner, answer_book &book, const 
   } else if (!manner.yes && isatty(STDIN_FILENO)) {
     progress_line_end();
     std::fprintf(stderr, "%s [%s] ", for_terminal(asked.prompt).c_str(), asked.by_default.c_str());
-    if (!std::getline(std::cin, reply) || reply.empty()) reply = asked.by_default;
+    if (!std::getline(std::cin, reply) || reply.empty())
+      reply = asked.by_default;
     return reply;
   } else {
     reply = asked.by_default;
@@ -132,7 +141,8 @@ std::string answer_input(const console_manner &manner, answer_book &book, const 
 } // namespace
 
 void progress_line_end() {
-  if (progress_line_open) std::fputs("\r\033[K", stderr);
+  if (progress_line_open)
+    std::fputs("\r\033[K", stderr);
   progress_line_open = false;
 }
 
@@ -141,7 +151,8 @@ front_end console_front_end(const console_manner &manner, answer_book &book, pro
   auto line = std::make_shared<panel_line>(manner);
   shown.panel_set = [line](panel which, const std::string &text, panel_colour) { line->set(which, text); };
   shown.log_shown = [manner](const std::string &text) {
-    if (manner.verbose) say(for_terminal(text));
+    if (manner.verbose)
+      say(for_terminal(text));
   };
   shown.message = [](const std::string &text, const std::string &) { say(for_terminal(text)); };
   shown.ask = [manner, &book](const question &asked) { return answer_question(manner, book, asked); };
@@ -169,6 +180,8 @@ void interrupts_install() {
   sigaction(SIGTERM, &action, nullptr);
 }
 
-bool interrupt_was_requested() { return interrupts > 0; }
+bool interrupt_was_requested() {
+  return interrupts > 0;
+}
 
 } // namespace orb

@@ -25,30 +25,37 @@ fs::path program_folder() {
   }
   std::error_code failed;
   const fs::path own = fs::read_symlink("/proc/self/exe", failed).parent_path();
-  if (!failed && ::access(own.c_str(), W_OK) == 0) return own;
+  if (!failed && ::access(own.c_str(), W_OK) == 0)
+    return own;
   fs::path state;
-  if (const char *folder = std::getenv("XDG_STATE_HOME"); folder && *folder) state = folder;
-  else if (const char *home = std::getenv("HOME"); home && *home) state = fs::path(home) / ".local" / "state";
-  else return fs::temp_directory_path();
+  if (const char *folder = std::getenv("XDG_STATE_HOME"); folder && *folder)
+    state = folder;
+  else if (const char *home = std::getenv("HOME"); home && *home)
+    state = fs::path(home) / ".local" / "state";
+  else
+    return fs::temp_directory_path();
   state /= "orb";
   orb::create_folder(state);
   return state;
 }
 
 fs::path log_folder(const orb::command_options &options) {
-  if (!options.log.empty()) return options.log;
+  if (!options.log.empty())
+    return options.log;
   return options.command == "assemble" || options.command == "contigs" ? options.out : fs::path();
 }
 
 void read_answers(const orb::command_options &options, orb::answer_book &book) {
-  if (options.answers.empty()) return;
+  if (options.answers.empty())
+    return;
   std::string problem;
   if (!orb::answer_book::parse(orb::file_bytes(options.answers), book, problem))
     throw orb::usage_error("--answers: " + problem);
 }
 
 void say_closing_lines(const orb::command_options &options, std::chrono::steady_clock::time_point began) {
-  if (options.quiet) return;
+  if (options.quiet)
+    return;
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
@@ -59,13 +66,16 @@ void say_closing_lines(const orb::command_options &options, std::chrono::steady_
 }
 
 // A result that standard output could not take is a failed output.
-bool standard_output_is_whole() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
+bool standard_output_is_whole() {
+  return std::fflush(stdout) == 0 && !std::ferror(stdout);
+}
 
 orb::exit_status run(orb::command_options &options) {
   orb::answer_book book;
   read_answers(options, book);
   orb::process_frame *frame = nullptr;
-  orb::orb_session session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame), program_folder());
+  orb::orb_session session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame),
+                           program_folder());
   frame = &session.frame();
   if (const fs::path folder = log_folder(options); !folder.empty()) {
     orb::create_folder(folder);
@@ -110,7 +120,8 @@ int main(int count, char **values) {
     std::fprintf(stderr, "orb %s: %s\n", options.command.c_str(), failed.what());
     status = orb::exit_status::no_input_or_output;
   }
-  if (status == orb::exit_status::done) say_closing_lines(options, began);
+  if (status == orb::exit_status::done)
+    say_closing_lines(options, began);
   if (!standard_output_is_whole() && status == orb::exit_status::done) {
     std::fprintf(stderr, "orb %s: standard output can't be written\n", options.command.c_str());
     status = orb::exit_status::no_input_or_output;
