@@ -194,7 +194,7 @@ void class_clone_net_signif::shape_of_list(const number_list &list, bool use_end
   if (with_status && list.count() > clones_for_ordering_status)
     context_.frame.local_process_text_set("nv=" + std::to_string(net.number_of_vertices_get()) +
                                           ", ne=" + std::to_string(net.number_of_edges_get()) +
-                                          ", cutoff=" + number_text_shortest(context_.settings.cutoff));
+                                          ", cutoff=" + number_text(context_.settings.cutoff, 2));
   net.calculate_net_diam_and_width(context_.frame, use_end_width, shape.radius, shape.diameter, path, shape.width, far,
                                    ranks_from_path, ranks_from_start);
   shape.path = positions_of(path, net_list);

@@ -162,3 +162,30 @@ TEST_F(CommandLine, ALibraryFileBringsItsParameters) {
   ASSERT_EQ(orb("load " + example + " --out bins.ORBdb --preset 5 --tolerance-index 0").status, 0);
   EXPECT_EQ(orb("net bins.ORBdb --out n2.ORBns --tolerance 7").status, 2);
 }
+
+TEST_F(CommandLine, InfoListsWhatALoadWouldRefuseAndProposesParameters) {
+  struct {
+    std::string content;
+    double preset, gel_length;
+    std::vector<std::string> problems;
+  } const cases[]{
+      {"A\n100\n3300.9\n-1\nA\n100\n3300.9\n-1\nA\n7\n", 1, 3300, {}},
+      {"A\n100,5\n39000\n-1\n", 3, 40000, {}},
+      {"A\n200\n100\n-1\nB\n-4\n70500\n",
+       0,
+       71000,
+       {"band 100 after a larger one (file f.sizes, line 3)", "negative band -4 (file f.sizes, line 6)"}},
+  };
+  for (const auto &c : cases) {
+    whole::write_bytes(folder / "f.sizes", c.content);
+    const auto shown = nlohmann::json::parse(orb("info f.sizes --json").out)[0];
+    EXPECT_EQ(shown["proposed parameters"].value("preset", 0.0), c.preset) << shown;
+    EXPECT_EQ(shown["proposed parameters"]["gel length"], c.gel_length) << shown;
+    EXPECT_EQ(shown["problems"].get<std::vector<std::string>>(), c.problems) << shown;
+  }
+  whole::write_bytes(folder / "f.sizes", cases[0].content);
+  const auto first = nlohmann::json::parse(orb("info f.sizes --json").out)[0];
+  EXPECT_EQ(first["records"], 3);
+  EXPECT_EQ(first["exact copies"], 1);
+  EXPECT_EQ(first["repeated names"], 1);
+}
