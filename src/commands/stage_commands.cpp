@@ -34,6 +34,17 @@ static exit_status library_for_stage(orb_session &session, const command_options
   return exit_status::done;
 }
 
+// The same with the metric, for the stages that score pairs or cut nets.
+static exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
+                                      const command_streams &streams) {
+  const exit_status loaded = library_for_stage(session, options, record, streams);
+  if (loaded != exit_status::done)
+    return loaded;
+  apply_metric(session, options);
+  record_metric(session, record);
+  return exit_status::done;
+}
+
 static exit_status finish_record(run_record &record, exit_status status, const fs::path &file) {
   record.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
   record.save(file);
@@ -53,6 +64,25 @@ exit_status load_command(orb_session &session, const command_options &options, c
   record.output_set("library", options.out);
   streams.people("Saved: " + options.out.string());
   return finish_record(record, exit_status::done, run_record_path(options.out));
+}
+
+// Reads a text net, or the parts of one joined in name order, as the current net.
+static bool load_text_net(orb_session &session, const net_creation_summary &summary) {
+  struct passing_file {
+    fs::path path;
+    ~passing_file() {
+      std::error_code failed;
+      if (!path.empty())
+        fs::remove(path, failed);
+    }
+  } joined;
+  if (summary.in_parts)
+    joined.path = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
+        session.frame(), summary.text_file.parent_path(),
+        summary.text_file.extension().string().substr(summary.text_file.has_extension() ? 1 : 0));
+  bool ok = false;
+  session.signif().read_text_net(summary.in_parts ? joined.path : summary.text_file, session.signif().net(), ok);
+  return ok;
 }
 
 // The long way over a text net, for resuming, merging and reading by people. The native net is that text read back; a
@@ -75,14 +105,7 @@ static exit_status net_by_text(orb_session &session, const command_options &opti
     streams.people("It begins behind clone 1, so no native net was made of it.");
     return exit_status::done;
   }
-  bool ok = false;
-  fs::path text = summary.text_file;
-  if (summary.in_parts)
-    text = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
-        frame, text.parent_path(), text.extension().string().substr(text.has_extension() ? 1 : 0));
-  session.signif().read_text_net(text, session.signif().net(), ok);
-  if (summary.in_parts)
-    fs::remove(text);
+  const bool ok = load_text_net(session, summary);
   if (!ok)
     return frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
   save_net(session, options.out, record, streams);
@@ -98,11 +121,9 @@ exit_status net_command(orb_session &session, const command_options &options, co
     throw usage_error("--start and --parts belong to --text");
   work_in(session, options.out.parent_path());
   run_record record(options, session.frame().clock());
-  exit_status status = library_for_stage(session, options, record, streams);
+  exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
-  apply_metric(session, options);
-  record_metric(session, record);
   bool whole = true;
   status = options.text.empty() ? make_net(session, options.out, record, streams)
                                 : net_by_text(session, options, record, streams, whole);
@@ -121,12 +142,10 @@ exit_status revise_command(orb_session &session, const command_options &options,
     throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
   work_in(session, options.out.parent_path());
   run_record record(options, session.frame().clock());
-  exit_status status = library_for_stage(session, options, record, streams);
+  exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
-  apply_metric(session, options);
   check_revision_reports(session, options, options.out.parent_path());
-  record_metric(session, record);
   record.parameter_set("rank", options.rank);
   record.parameter_set("additional_cutoff", additional_cutoff(session, options));
   record.parameter_set("q_overlaps", !options.no_overlaps);
@@ -147,11 +166,9 @@ exit_status contigs_command(orb_session &session, const command_options &options
   check_output(record_file, options.force);
   work_in(session, options.out);
   run_record record(options, session.frame().clock());
-  exit_status status = library_for_stage(session, options, record, streams);
+  exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
-  apply_metric(session, options);
-  record_metric(session, record);
   record_contig_options(options, record);
   record.input_add(options.net);
   status = load_net(session, options.net, streams);
