@@ -10,37 +10,49 @@ namespace orb {
 
 namespace {
 
+// A check of limits that doesn't clutter the help; its error message names them.
+template <class Number> CLI::Validator range(Number low, Number high) {
+  const CLI::Validator limits = CLI::Range(low, high);
+  return limits.description("");
+}
+
+// The line with the arguments comes from the table of commands.
+class plain_formatter : public CLI::Formatter {
+public:
+  std::string make_usage(const CLI::App *, std::string) const override { return {}; }
+};
+
 // Takes what CLI11 can't hold in an optional by itself: checks the range as it reads.
 template <class Number>
 void add_optional(CLI::App &app, const std::string &name, std::optional<Number> &target, Number low, Number high,
                   const std::string &meaning, const std::string &default_text) {
   app.add_option_function<Number>(
          name, [&target](const Number &value) { target = value; }, meaning)
-      ->check(CLI::Range(low, high))
+      ->check(range(low, high))
       ->default_str(default_text)
-      ->type_name("N");
+      ->type_name(std::is_floating_point_v<Number> ? "X" : "N");
 }
 
 void add_library_options(CLI::App &app, command_options &options) {
   app.add_flag("--plain-text", options.plain_text, "INPUT is one text file of clones, kept in its own order")
       ->group("Reading");
   app.add_option("--capacity", options.capacity, "number of clones provided for")
-      ->check(CLI::Range(1, 2000000000))
+      ->check(range(1, 2000000000))
       ->capture_default_str()
       ->group("Reading");
   app.add_option("--name-format-in", options.name_format_in, "clone name format of the input")
-      ->check(CLI::Range(0, 8))
+      ->check(range(0, 8))
       ->capture_default_str()
       ->group("Reading");
   app.add_option("--name-format-out", options.name_format_out, "clone name format of the library")
-      ->check(CLI::Range(0, 8))
+      ->check(range(0, 8))
       ->capture_default_str()
       ->group("Reading");
   add_optional<std::int16_t>(app, "--tolerance", options.tolerance, 0, 32000, "tolerance t, in band units", "12");
   add_optional<std::int16_t>(app, "--tolerance-index", options.tolerance_index, 0, 1,
                              "1 compares lengths within t, 0 compares bin numbers", "1");
   add_optional<double>(app, "--gel-length", options.gel_length, 2.0, 1e7, "gel length L, in band units", "60000");
-  add_optional<std::int32_t>(app, "--n-bands", options.n_bands, 1, 1000000000, "N_bands_Sulston", "2250");
+  add_optional<std::int32_t>(app, "--n-bands", options.n_bands, 1, 10000000, "N_bands_Sulston", "2250");
   add_optional<std::int32_t>(app, "--preset", options.preset, 1, 5,
                              "tolerance, index, gel length and n-bands of a known kind of data", "none");
 }
@@ -51,7 +63,7 @@ void add_metric_options(CLI::App &app, command_options &options) {
                        "the metric's standard");
   app.get_option("--cutoff")->group("Overlaps");
   app.add_option("--burying", options.burying, "burying fraction")
-      ->check(CLI::Range(0.0, 1.0))
+      ->check(range(0.0, 1.0))
       ->capture_default_str()
       ->group("Overlaps");
 }
@@ -59,7 +71,7 @@ void add_metric_options(CLI::App &app, command_options &options) {
 void add_net_options(CLI::App &app, command_options &options) {
   app.add_option("--text", options.text, "write a text net too, and load the net from it")->type_name("NET.txt");
   app.add_option("--start", options.start, "first clone of the text net, to resume")
-      ->check(CLI::Range(1, 2000000000))
+      ->check(range(1, 2000000000))
       ->capture_default_str();
   app.add_flag("--parts", options.parts, "text net in parts of 1000 clones");
 }
@@ -77,7 +89,7 @@ void add_revision_options(CLI::App &app, command_options &options) {
 
 void add_contig_options(CLI::App &app, command_options &options) {
   const char *group = "Contigs";
-  const auto positive = CLI::Range(0, 2000000000);
+  const auto positive = range(0, 2000000000);
   app.add_option("--max-clones", options.max_clones, "a larger cluster is cut")
       ->check(positive)
       ->capture_default_str()
@@ -91,11 +103,11 @@ void add_contig_options(CLI::App &app, command_options &options) {
       ->capture_default_str()
       ->group(group);
   app.add_option("--step", options.step, "rise of the cutoff a level")
-      ->check(CLI::Range(0.0, 1e6))
+      ->check(range(0.0, 1e6))
       ->capture_default_str()
       ->group(group);
   app.add_option("--steps", options.steps, "levels above the base")
-      ->check(CLI::Range(0, 10000))
+      ->check(range(0, 10000))
       ->capture_default_str()
       ->group(group);
   app.add_flag("--no-ordering", options.no_ordering, "no ordering by jackknife")->group(group);
@@ -106,7 +118,7 @@ void add_contig_options(CLI::App &app, command_options &options) {
 void add_common_options(CLI::App &app, command_options &options) {
   const char *group = "General";
   app.add_option("-t,--threads", options.threads, "worker threads; the result is the same for any number")
-      ->check(CLI::Range(0, 4096))
+      ->check(range(0, 4096))
       ->default_str("all")
       ->group(group);
   app.add_option("--seed", options.seed, "of all chance")->capture_default_str()->group(group);
@@ -140,7 +152,10 @@ void add_options_of_command(CLI::App &app, command_options &options) {
       ->required();
   if (with_net)
     app.add_option("net", options.net, "native net")->type_name("NET")->required();
-  add_output_options(app, options, name == "load" ? "LIB.ORBdb" : with_net || name == "net" ? "NET.ORBns" : "DIR");
+  add_output_options(app, options,
+                     name == "load"                      ? "LIB.ORBdb"
+                     : name == "net" || name == "revise" ? "NET.ORBns"
+                                                         : "DIR");
   add_library_options(app, options);
   if (name != "load")
     add_metric_options(app, options);
@@ -153,6 +168,19 @@ void add_options_of_command(CLI::App &app, command_options &options) {
   if (name == "assemble")
     app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
   add_common_options(app, options);
+}
+
+// "N" for whole numbers and "X" for others in place of the names of C++ types.
+void short_type_names(CLI::App &app) {
+  for (CLI::Option *option : app.get_options()) {
+    const std::string type = option->get_type_name();
+    if (type == "INT" || type == "UINT")
+      option->type_name("N");
+    else if (type == "FLOAT")
+      option->type_name("X");
+    else if (type == "TEXT")
+      option->type_name("NAME");
+  }
 }
 
 std::size_t edit_distance(const std::string &a, const std::string &b) {
@@ -254,17 +282,18 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
 
   CLI::App app(row->purpose, row->name);
   app.allow_windows_style_options(false);
+  app.formatter(std::make_shared<plain_formatter>());
   app.get_formatter()->column_width(34);
+  app.get_formatter()->label("REQUIRED", "(required)");
   app.footer(std::string("Example:\n  ") + row->example);
   options.command = row->name;
   add_options_of_command(app, options);
+  short_type_names(app);
   std::vector<std::string> rest(arguments.rbegin(), arguments.rend() - 1);
   try {
     app.parse(rest);
   } catch (const CLI::CallForHelp &) {
-    return {false, 0,
-            "orb " + std::string(row->name) + " " + row->arguments + " [options]\n" +
-                app.help("orb " + std::string(row->name))};
+    return {false, 0, "orb " + std::string(row->name) + " " + row->arguments + " [options]\n" + app.help()};
   } catch (const CLI::ParseError &wrong) {
     return {false, 2, what_is_wrong(app, arguments, wrong.what())};
   }

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <map>
 #include <unistd.h>
 
 namespace orb {
@@ -56,14 +57,13 @@ private:
     return text == "Process" || text == "Step" || text == "Local process" || text == "Control" ||
            text == "Search for clones";
   }
-  // A text that differs from the last one only behind its first digit is a counter: one line in a while is enough.
+  // Texts that differ only behind their first digit are a counter: one line in a while is enough.
   bool is_news(const std::string &text) {
     const auto now = std::chrono::steady_clock::now();
-    const std::string beginning = text.substr(0, text.find_first_of("0123456789"));
-    if (beginning == last_beginning_ && now - drawn_ < std::chrono::seconds(5))
+    const auto [at, is_new] = shown_.try_emplace(text.substr(0, text.find_first_of("0123456789")), now);
+    if (!is_new && now - at->second < std::chrono::seconds(5))
       return false;
-    last_beginning_ = beginning;
-    drawn_ = now;
+    at->second = now;
     return true;
   }
   void redraw(panel which) {
@@ -83,7 +83,8 @@ private:
 
   console_manner manner_;
   bool terminal_;
-  std::string texts_[5], last_beginning_;
+  std::string texts_[5];
+  std::map<std::string, std::chrono::steady_clock::time_point> shown_; // beginnings of texts, with their time
   std::chrono::steady_clock::time_point drawn_{};
 };
 
