@@ -56,14 +56,14 @@ public:
 private:
   // What was asked for: a run with other wishes is another run.
   void record_wishes() {
-    record_.parameter_set("input_options",
-                          fmt::format("plain_text={} formats={}/{} t={} index={} L={} N={} preset={}",
-                                      options_.plain_text, options_.name_format_in, options_.name_format_out,
-                                      options_.tolerance ? std::to_string(*options_.tolerance) : "-",
-                                      options_.tolerance_index ? std::to_string(*options_.tolerance_index) : "-",
-                                      options_.gel_length ? number_text_shortest(*options_.gel_length) : "-",
-                                      options_.n_bands ? std::to_string(*options_.n_bands) : "-",
-                                      options_.preset ? std::to_string(*options_.preset) : "-"));
+    const auto given = [](const auto &option) { return option ? nlohmann::json(*option) : nlohmann::json(); };
+    record_.parameter_set("given_for_input", {{"plain_text", options_.plain_text},
+                                              {"name_formats", {options_.name_format_in, options_.name_format_out}},
+                                              {"tolerance", given(options_.tolerance)},
+                                              {"tolerance_index", given(options_.tolerance_index)},
+                                              {"gel_length", given(options_.gel_length)},
+                                              {"n_bands", given(options_.n_bands)},
+                                              {"preset", given(options_.preset)}});
     apply_metric(session_, options_);
     record_metric(session_, record_);
     record_.parameter_set("rank", options_.rank);
@@ -152,7 +152,7 @@ private:
       DataBase_in_typical_file_print(file, session_.database());
     record_.stage_end();
     record_.output_set("library", file);
-    record_.library_set(session_.database().total_number_of_clones_get(), library_checksum(session_.database()));
+    record_library(session_, record_);
     record_.result_set("clones", session_.database().total_number_of_clones_get());
     if (resumed) {
       keep_figures({"copies_dropped"});
