@@ -228,6 +228,7 @@ TEST(whole_net, a_stop_keeps_the_old_net_and_what_was_written) {
       frame->stop_requested_set(true);
   };
   process_frame stopped(stopping);
+  stopped.working_folder_set(f.folder);
   frame = &stopped;
   metric_context context{stopped, f.settings, f.database, f.usable_values, f.table};
   class_clone_net_signif signif(context);
