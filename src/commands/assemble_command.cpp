@@ -87,6 +87,7 @@ private:
       const std::string difference = run_record_difference(*before, record_.json());
       if (difference.empty()) {
         earlier_ = *before;
+        record_.continue_from(*before);
         return true;
       }
       streams_.people(fmt::format("The assembly in {} can't be resumed: {}. --force makes it anew.",
@@ -124,14 +125,6 @@ private:
     return exit_status::done;
   }
 
-  // Results of the earlier run that stay true with a kept output.
-  void keep_figures(std::initializer_list<const char *> names) {
-    const nlohmann::json results = earlier_->value("results", nlohmann::json::object());
-    for (const char *name : names)
-      if (results.contains(name))
-        record_.result_set(name, results[name]);
-  }
-
   exit_status library() {
     const fs::path file = options_.out / library_name;
     const bool resumed = kept("library");
@@ -154,9 +147,7 @@ private:
     record_.output_set("library", file);
     record_library(session_, record_);
     record_.result_set("clones", session_.database().total_number_of_clones_get());
-    if (resumed) {
-      keep_figures({"copies_dropped"});
-    } else {
+    if (!resumed) {
       record_.result_set("copies_dropped", found.n_copies_dropped);
       streams_.people(fmt::format("Clones read: {}. Exact copies dropped: {}.",
                                   number_text_thousands(session_.database().total_number_of_clones_get()),
@@ -176,8 +167,6 @@ private:
       return made;
     }
     streams_.people("Resumed: the net is there.");
-    record_.output_set("net", net_file());
-    keep_figures({"overlaps"});
     return kept("revised_net") ? exit_status::done : load_net(session_, net_file(), streams_);
   }
 
@@ -189,8 +178,6 @@ private:
       return made;
     }
     streams_.people("Resumed: the revised net is there.");
-    record_.output_set("revised_net", revised_file());
-    keep_figures({"q_overlaps", "q_clones"});
     return load_net(session_, revised_file(), streams_);
   }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <new>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 namespace orb {
@@ -47,6 +48,9 @@ exit_status run_command(orb_session &session, const command_options &options, co
     status = exit_status::no_input_or_output;
   } catch (const std::bad_alloc &) {
     streams.people("orb " + options.command + ": not enough memory");
+    status = exit_status::run_failed;
+  } catch (const nlohmann::json::exception &wrong) { // the one JSON that is read: run records, which people may edit
+    streams.people("orb " + options.command + ": a run.json is damaged: " + wrong.what());
     status = exit_status::run_failed;
   } catch (const std::length_error &wrong) { // more than this build's numbers can count
     streams.people(std::string("orb ") + options.command + ": " + wrong.what());

@@ -107,7 +107,11 @@ report neighbours_in(orb_session &session, const fs::path &file, const class_DB_
   net.read_net_type(session.frame(), file, ok, database.total_number_of_clones_get());
   if (!ok)
     return made;
-  made["Q verdict"] = net.index_of_vertex_get(clone) == -1 ? "Q-clone: its overlaps were removed" : "kept";
+  std::int32_t n_Q = 0;
+  net.number_of_vertices_with_index_get(-1, n_Q);
+  made["Q verdict"] = net.index_of_vertex_get(clone) == -1 ? "Q-clone: its overlaps were removed"
+                      : n_Q > 0                            ? "kept"
+                                                           : "no Q-clones are marked in this net";
   std::vector<net_edge> edges(net.edges_of_vertex(clone).begin(), net.edges_of_vertex(clone).end());
   std::stable_sort(edges.begin(), edges.end(), [](const net_edge &a, const net_edge &b) { return a.value > b.value; });
   made["number of neighbours"] = edges.size();
@@ -177,7 +181,8 @@ report report_on_clone(orb_session &session, const std::vector<fs::path> &paths,
   if (where.libraries.empty() && !where.nets.empty())
     made["note"] = "nets know clones by number only: name the library too";
   for (const fs::path &net : where.nets)
-    if (const std::string row = row_of_clone(net.parent_path(), "_Q_clones.txt", 2, name); !row.empty()) {
+    if (const std::string row = row_of_clone(net.has_parent_path() ? net.parent_path() : ".", "_Q_clones.txt", 2, name);
+        !row.empty()) {
       made["row in the report of Q-clones"] = row;
       break;
     }

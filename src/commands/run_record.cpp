@@ -71,6 +71,12 @@ void run_record::output_set(const std::string &key, const fs::path &path) {
   json_["outputs"][key] = std::move(entry);
 }
 
+void run_record::continue_from(const nlohmann::json &earlier) {
+  for (const char *part : {"outputs", "results"})
+    if (earlier.contains(part) && earlier[part].is_object())
+      json_[part] = earlier[part];
+}
+
 void run_record::save(const fs::path &file) const {
   result_file out(file);
   out.write(json_.dump(2));

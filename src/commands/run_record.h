@@ -26,6 +26,8 @@ public:
   void stage_end();
   // A finished result of the run: a file with size and checksum, or a folder by name. Replaces an older entry of `key`.
   void output_set(const std::string &key, const std::filesystem::path &path);
+  // Begins with the outputs and figures of an earlier run of the same kind: a stage made again replaces its own.
+  void continue_from(const nlohmann::json &earlier);
   void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
   void state_set(const std::string &state) { json_["state"] = state; } // "running", "stopped", "failed", "complete"
   // Written through a temporary name; throws file_error.

@@ -366,7 +366,16 @@ TEST_F(WholeRoad, AFinishedRunIsSummarisedAgainAndOthersAreNotTouched) {
   const outcome resumed = orb("assemble " + example + " --out d --resume", pinned);
   EXPECT_EQ(resumed.status, 0) << resumed.err;
   EXPECT_NE(resumed.err.find("Resumed: the net is there."), std::string::npos) << resumed.err;
+  EXPECT_EQ(resumed.err.find("NB! Selected cutoff"), std::string::npos) << "the net was made at this very cutoff";
   EXPECT_EQ(results_below(folder / "d"), before);
+  // A record that somebody edited is named, not taken for a fault of the program.
+  auto record = nlohmann::json::parse(bytes_of(folder / "d" / "run.json"));
+  EXPECT_EQ(record["results"]["q_clones"], 10);
+  record["state"] = 5;
+  whole::write_bytes(folder / "d" / "run.json", record.dump());
+  const outcome damaged = orb("assemble " + example + " --out d --resume", pinned);
+  EXPECT_EQ(damaged.status, 1) << damaged.err;
+  EXPECT_NE(damaged.err.find("run.json is damaged"), std::string::npos) << damaged.err;
   EXPECT_EQ(orb("assemble " + example + " --out d --force", pinned).status, 0);
 }
 
@@ -421,6 +430,13 @@ TEST_F(WholeRoad, InfoTellsWhatLiesThereAndFindsAClone) {
       whole_net_shown = true;
   EXPECT_TRUE(whole_net_shown);
   EXPECT_TRUE(clone["runs"][0].contains("contig")) << clone;
+  const auto chimera = nlohmann::json::parse(orb("info d --clone EC001D05 --json").out);
+  std::set<std::string> verdicts;
+  for (const auto &shown : chimera["libraries"][0]["overlaps"])
+    verdicts.insert(shown["Q verdict"].get<std::string>());
+  EXPECT_EQ(verdicts,
+            (std::set<std::string>{"no Q-clones are marked in this net", "Q-clone: its overlaps were removed"}));
+  EXPECT_EQ(chimera["runs"][0]["contig"], "none: the clone is alone in this run");
   const outcome unknown = orb("info d --clone NOBODY");
   EXPECT_EQ(unknown.status, 1);
   EXPECT_NE(unknown.err.find("No clone NOBODY there."), std::string::npos);
