@@ -16,7 +16,8 @@ namespace orb {
 
 struct generated_library {
   std::int32_t n_clones = 1000;
-  std::int32_t bands_in_clone = 100; // mean; a clone has from half to one and a half times as many
+  std::int32_t bands_in_clone = 100; // mean
+  double spread = 0.5;               // a clone has up to this share more or fewer
   double coverage = 15;              // clones over a point of the genome
   bool skewed = false;               // short fragments are more frequent than long ones
   std::int16_t tolerance = 12;
@@ -51,8 +52,9 @@ inline void generate_library(process_frame &frame, const generated_library &want
     starts->assign(1, -1);
   std::vector<band_value> bands;
   for (clone_number clone = 1; clone <= wanted.n_clones; ++clone) {
-    const std::int32_t most = std::min({2 * (wanted.bands_in_clone / 2), n_fragments - 1, 333});
-    const std::int32_t n = most / 2 + chance.number_up_to(std::max(most, 1));
+    const std::int32_t mean = std::min(wanted.bands_in_clone, 333);
+    const auto least = static_cast<std::int32_t>(mean * (1 - wanted.spread));
+    const std::int32_t n = std::min(least + chance.number_up_to(std::max(2 * (mean - least), 1)), n_fragments - 1);
     const std::int32_t start = chance.number_up_to(std::max(n_fragments - n, 1)) - 1;
     bands.clear();
     for (std::int32_t f = start; f < std::min(start + n, n_fragments); ++f) {

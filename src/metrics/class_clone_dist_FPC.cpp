@@ -24,6 +24,9 @@ const std::vector<double> &log_factorials(std::int32_t largest) {
   return values;
 }
 
+// Beside the largest term, which adds 1, a term below exp(-40) is lost in rounding: leaving it out changes no bit.
+constexpr double lost_in_rounding = -40;
+
 // -log10 of the sum of exp(term), summed relative to the largest term, since the terms underflow long before they
 // cease to count. 0 when nothing is left.
 double minus_log10_of_sum(const double *first, const double *last) {
@@ -34,17 +37,19 @@ double minus_log10_of_sum(const double *first, const double *last) {
     return 0;
   double sum = 0;
   for (const double *term = first; term != last; ++term)
-    sum += std::exp(*term - largest);
+    if (sum < 1 || *term - largest >= lost_in_rounding)
+      sum += std::exp(*term - largest);
   const double log_sum = sum > 0 ? largest + std::log(sum) : 0;
   return -log_sum / std::log(10.0);
 }
 
-// Terms ln C(U, m) + m ln p + (U - m) ln(1 - p) for m = k..U; the first one whatever U is.
+// Terms ln C(U, m) + m ln p + (U - m) ln(1 - p) for m = k..U; the first one whatever U is. Beyond U p they only fall:
+// the list ends where they are lost beside the first.
 void binomial_terms(std::int32_t k, std::int32_t upper, double p, std::vector<double> &terms) {
   const std::int32_t last = std::max(k, upper);
   const std::vector<double> &table = log_factorials(std::max(last, 1));
   const auto log_factorial = [&](std::int32_t n) { return n < 1 ? 1.0 : table[static_cast<std::size_t>(n)]; };
-  const double log_p = std::log(p), log_q = std::log(1 - p);
+  const double log_p = std::log(p), log_q = std::log(1 - p), largest_at = upper * p;
   terms.clear();
   for (std::int32_t m = k; m <= last; ++m) {
     // subtracting the equal term first keeps C(U, 0) at exactly -1
@@ -54,6 +59,8 @@ void binomial_terms(std::int32_t k, std::int32_t upper, double p, std::vector<do
       term += m * log_p;
     if (m != upper)
       term += (upper - m) * log_q;
+    if (m > k && m > largest_at + 1 && term < terms.front() + lost_in_rounding)
+      break;
     terms.push_back(term);
   }
 }

@@ -7,26 +7,29 @@
 #include <vector>
 
 #include "graph/class_net.h"
-#include "net/pair_kernel.h"
+#include "net/overlap_rows.h"
 
 namespace orb {
 
 class half_net {
 public:
-  // Compares each unordered pair once, on `threads` workers. Between blocks `between(first, last)` runs on the calling
-  // thread for the rows done since it ran last; when it answers false the rest is left. True when all was compared.
-  bool compare(pair_kernel &kernel, const pair_elements &elements, int threads,
-               const std::function<bool(std::int32_t, std::int32_t)> &between);
-  const std::vector<pair_record> &row(std::int32_t element) const { return rows_[static_cast<std::size_t>(element)]; }
+  // Takes each unordered pair once from `rows`. `chunk_done(first, last)` runs on the calling thread when the rows of
+  // some more elements are there, `go_on()` some ten times a second; when either answers false the rest is left. True
+  // when all was compared.
+  bool compare(overlap_rows &rows, std::int32_t n, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
+               const std::function<bool()> &go_on);
+  std::span<const pair_record> row(std::int32_t element) const {
+    const auto e = static_cast<std::size_t>(element);
+    return {records_.data() + first_[e], first_[e + 1] - first_[e]};
+  }
   // The whole net with ascending runs; values pass through `stored`. False when it has more records than a net can
   // address.
   bool mirrored_into(class_net &net, const std::function<double(double)> &stored) const;
 
 private:
-  std::vector<std::vector<pair_record>> rows_;
+  std::int32_t n_ = 0;
+  std::vector<std::size_t> first_; // 1..n+1
+  std::vector<pair_record> records_;
 };
-
-// Rows whose comparison takes some hundredths of a second, for stop requests to take effect soon.
-std::int64_t rows_in_block(std::int64_t partners_of_row, int threads);
 
 } // namespace orb

@@ -1,7 +1,7 @@
 // Making the net of a whole library: the text net, and the same net in memory.
 #include <algorithm>
+#include <functional>
 #include <memory>
-#include <optional>
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
@@ -151,67 +151,76 @@ private:
   growing_file output_;
 };
 
-// Rows of the text net, from the loaded net or from the kernel, made by workers and handed over in order.
+// Rows of the text net, from the loaded net or compared, written by workers and handed over in order.
 class text_rows {
 public:
-  text_rows(const metric_context &context, const class_net *from_net, pair_kernel *kernel,
-            const pair_elements *elements)
-      : context_(context), from_net_(from_net), kernel_(kernel), elements_(elements) {}
+  using row_function = std::function<bool(clone_number, std::int32_t, const std::string &)>;
+  using chunk_function = std::function<bool(clone_number)>;
 
-  // `row_done(i, n, text)` runs on the calling thread in clone order; false ends the loop. `block_done` likewise.
-  template <class row_function, class block_function>
-  void run(std::int32_t start, row_function &&row_done, block_function &&block_done) {
-    const int threads = context_.settings.threads;
-    const std::int32_t n = context_.database.total_number_of_clones_get();
-    const std::int64_t block = from_net_ != nullptr ? 1024 : rows_in_block(n, threads);
-    std::vector<std::string> texts(static_cast<std::size_t>(block));
-    std::vector<std::int32_t> counts(static_cast<std::size_t>(block));
-    std::int64_t begin = start;
-    run_in_blocks(
-        start, n, block, 1, threads,
-        [&](std::int64_t first, std::int64_t last, int worker) {
-          for (auto i = static_cast<clone_number>(first); i <= last; ++i) {
-            const auto at = static_cast<std::size_t>(i - begin);
-            row_text(i, worker, texts[at], counts[at]);
-          }
-        },
-        [&](std::int64_t last) {
-          for (std::int64_t i = begin; i <= last; ++i) {
-            const auto at = static_cast<std::size_t>(i - begin);
-            if (!row_done(static_cast<clone_number>(i), counts[at], texts[at]))
-              return false;
-          }
-          begin = last + 1;
-          return block_done(static_cast<clone_number>(last));
-        });
+  explicit text_rows(const metric_context &context)
+      : context_(context), n_(context.database.total_number_of_clones_get()) {}
+
+  // `row_done(i, n, text)` runs on the calling thread in clone order; false ends the run. `chunk_done(i)` follows the
+  // last row of some, likewise.
+  void of_net(const class_net &net, clone_number start, const row_function &row_done,
+              const chunk_function &chunk_done) {
+    constexpr clone_number rows_in_chunk = 1024;
+    const double cutoff = context_.settings.cutoff;
+    const auto row_text = [&](clone_number i, std::string &overlaps) {
+      std::int32_t count = 0;
+      for (const net_edge &edge : net.edges_of_vertex(i))
+        if (edge.value >= cutoff) {
+          append_overlap(overlaps, context_.database, edge.neighbour, edge.value, edge.index2);
+          ++count;
+        }
+      return count;
+    };
+    for (clone_number i = start; i <= n_; i += rows_in_chunk)
+      if (!hand_over(i, std::min(n_, i + rows_in_chunk - 1), row_text, row_done, chunk_done))
+        return;
+  }
+  void compared(overlap_rows &rows, clone_number start, const row_function &row_done, const chunk_function &chunk_done,
+                const std::function<bool()> &go_on) {
+    const auto row_text = [&](clone_number i, std::string &overlaps) {
+      for (const pair_record &record : rows.row(i))
+        append_overlap(overlaps, context_.database, record.partner, record.value, record.code);
+      return static_cast<std::int32_t>(rows.row(i).size());
+    };
+    rows.run(
+        start,
+        [&](std::int32_t first, std::int32_t last) { return hand_over(first, last, row_text, row_done, chunk_done); },
+        go_on);
   }
 
 private:
-  void row_text(clone_number i, int worker, std::string &text, std::int32_t &count) {
-    const class_DB_of_clones &database = context_.database;
-    std::string overlaps;
-    count = 0;
-    if (from_net_ != nullptr) {
-      for (const net_edge &edge : from_net_->edges_of_vertex(i))
-        if (edge.value >= context_.settings.cutoff) {
-          append_overlap(overlaps, database, edge.neighbour, edge.value, edge.index2);
-          ++count;
-        }
-    } else {
-      std::vector<pair_record> records;
-      kernel_->row(*elements_, i, 1, elements_->count(), worker, records);
-      for (const pair_record &record : records)
-        append_overlap(overlaps, database, record.partner, record.value, record.code);
-      count = static_cast<std::int32_t>(records.size());
+  template <class text_function>
+  bool hand_over(clone_number first, clone_number last, text_function &&row_text, const row_function &row_done,
+                 const chunk_function &chunk_done) {
+    const auto n = static_cast<std::size_t>(last - first + 1);
+    texts_.resize(n);
+    counts_.resize(n);
+    const auto write = [&](std::int64_t from, std::int64_t to, int) {
+      for (auto i = static_cast<clone_number>(from); i <= to; ++i) {
+        std::string overlaps;
+        const auto at = static_cast<std::size_t>(i - first);
+        counts_[at] = row_text(i, overlaps);
+        texts_[at] = "clone\t" + std::to_string(i) + "\t" + context_.database.name_of_clone_get(i) + "\t" +
+                     std::to_string(counts_[at]) + overlaps;
+      }
+    };
+    run_in_blocks(first, last, last - first + 1, 16, context_.settings.threads, write, {});
+    for (clone_number i = first; i <= last; ++i) {
+      const auto at = static_cast<std::size_t>(i - first);
+      if (!row_done(i, counts_[at], texts_[at]))
+        return false;
     }
-    text =
-        "clone\t" + std::to_string(i) + "\t" + database.name_of_clone_get(i) + "\t" + std::to_string(count) + overlaps;
+    return chunk_done(last);
   }
 
   const metric_context &context_;
-  const class_net *from_net_;
-  pair_kernel *kernel_;
-  const pair_elements *elements_;
+  clone_number n_;
+  std::vector<std::string> texts_;
+  std::vector<std::int32_t> counts_;
 };
 
 bool asked_to_subdivide(process_frame &frame, std::int32_t n) {
@@ -285,26 +294,31 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
   overlap_watch watch(frame, database, summary);
   text_net_writer writer(file, n, start, subdivide);
   bool refused = false;
+  const auto row_done = [&](clone_number i, std::int32_t count, const std::string &text) {
+    writer.row(i, text);
+    summary.n_pairs += from_net ? 0 : n - 1;
+    refused = !watch.clone_done(i, count);
+    return !refused;
+  };
+  const auto go_on = [&] {
+    frame.yield();
+    return !frame.stop_requested_get();
+  };
+  const auto chunk_done = [&](clone_number i) {
+    writer.flush(); // a stopped run keeps what was written
+    frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
+    return go_on();
+  };
   try {
-    const pair_elements elements = from_net ? pair_elements() : pair_elements::of_library(database, unite_versions);
-    std::optional<pair_kernel> kernel;
-    if (!from_net)
-      kernel.emplace(context_, settings.distance_index, settings.cutoff, settings.burying, significant.get(),
-                     settings.threads);
-    text_rows(context_, from_net ? &net_ : nullptr, kernel ? &*kernel : nullptr, &elements)
-        .run(
-            start,
-            [&](clone_number i, std::int32_t count, const std::string &text) {
-              writer.row(i, text);
-              summary.n_pairs += from_net ? 0 : n - 1;
-              refused = !watch.clone_done(i, count);
-              return !refused;
-            },
-            [&](clone_number i) {
-              writer.flush(); // a stopped run keeps what was written
-              frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
-              return !frame.stop_requested_get();
-            });
+    if (from_net) {
+      text_rows(context_).of_net(net_, start, row_done, chunk_done);
+    } else {
+      const pair_elements elements = pair_elements::of_library(database, unite_versions);
+      pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying, significant.get(),
+                         settings.threads);
+      overlap_rows rows(kernel, elements, row_partners::all, settings.threads);
+      text_rows(context_).compared(rows, start, row_done, chunk_done, go_on);
+    }
   } catch (const zero_frequency &failure) {
     end_on_zero_frequency(frame, failure);
   }
@@ -376,7 +390,12 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
     const pair_elements elements = pair_elements::of_library(database, unite_versions);
     pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying,
                        with_table ? &significant : nullptr, settings.threads);
-    all_done = half.compare(kernel, elements, settings.threads, [&](std::int32_t first, std::int32_t last) {
+    overlap_rows rows(kernel, elements, row_partners::of_higher_number, settings.threads);
+    const auto go_on = [&] {
+      frame.yield();
+      return !frame.stop_requested_get();
+    };
+    const auto chunk_done = [&](std::int32_t first, std::int32_t last) {
       for (clone_number i = first; i <= last && !refused; ++i) {
         for (const pair_record &record : half.row(i))
           ++n_lower[static_cast<std::size_t>(record.partner)];
@@ -385,8 +404,9 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
             !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] + static_cast<std::int32_t>(half.row(i).size()));
       }
       frame.local_process_text_set(std::to_string(last) + " from " + std::to_string(n));
-      return !refused && !frame.stop_requested_get();
-    });
+      return !refused && go_on();
+    };
+    all_done = half.compare(rows, n, chunk_done, go_on);
   } catch (const zero_frequency &failure) {
     end_on_zero_frequency(frame, failure);
   }

@@ -47,7 +47,9 @@ pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_in
                      context.database.taking_tollerance_into_account_index_get() > 0),
       with_markers_(distance_index == family::DISTANCE_INDEX_LnnMarkers_get() ||
                     distance_index == family::DISTANCE_INDEX_k2_frac_mn_Markers_get()),
-      remember_scores_(distance_index == family::DISTANCE_INDEX_LnnSulston_get()),
+      score_by_counts_(distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
+                       distance_index == family::DISTANCE_INDEX_Sulston_1988_get() ||
+                       distance_index == family::DISTANCE_INDEX_Soderlund_1997_get()),
       t_(context.database.taking_tollerance_into_account_index_get() > 0 ? context.database.tollerance_get() : 0),
       most_(context.database.total_number_of_different_bands_get()),
       frequencies_(context.database, distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
@@ -65,13 +67,37 @@ pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_in
       first_ = no_bands_.data();
       break;
     }
-  if (!with_weights_)
-    return;
+  if (with_weights_)
+    weigh_clones();
+  count_together_ = !with_weights_ && !exclude_bands_ && t_ >= 0;
+  if (count_together_)
+    lanes_ = band_merge_lanes(bands_, first_, n_clones);
+  least_common_ = std::make_unique<least_common_bands>(context, distance_index, cutoff, significant,
+                                                       with_weights_ ? largest_weight() : 0);
+}
+
+void pair_kernel::weigh_clones() {
+  const std::int32_t n_clones = context_.database.total_number_of_clones_get();
   bands_ = first_usable_.empty() ? bands_ : usable_bands_.data();
   first_ = first_usable_.empty() ? first_ : first_usable_.data();
   weight_of_clone_.assign(static_cast<std::size_t>(n_clones) + 1, 0);
   for (clone_number clone = 1; clone <= n_clones; ++clone)
     weight_of_clone_[static_cast<std::size_t>(clone)] = frequencies_.weight_of_list(bands_of(clone));
+}
+
+double pair_kernel::largest_weight() const {
+  std::vector<char> seen;
+  double largest = 0;
+  for (clone_number clone = 1; clone <= context_.database.total_number_of_clones_get(); ++clone)
+    for (const band_value band : bands_of(clone)) {
+      const auto at = static_cast<std::size_t>(band);
+      if (at >= seen.size())
+        seen.resize(at + 1, 0);
+      if (seen[at] == 0)
+        largest = std::max(largest, std::abs(band_frequencies::weight(frequencies_.of_band(band))));
+      seen[at] = 1;
+    }
+  return largest;
 }
 
 void pair_kernel::leave_excluded_bands_out() {
@@ -121,33 +147,46 @@ double pair_kernel::score(clone_number a, clone_number b, const pair_counts &cou
     return score_of_counts(counts, n_common_markers, distance_index_, context_.database, context_.usable_values,
                            context_.table, significant_);
   };
-  if (!remember_scores_)
+  if (!score_by_counts_)
     return compute();
-  const auto part = [](double number) { return static_cast<std::uint64_t>(std::max(number, 0.0)) & 0x1fffff; };
-  const std::uint64_t key = part(std::floor(counts.x_fr)) << 42 | part(std::min(counts.n1, counts.n2)) << 21 |
-                            part(std::max(counts.n1, counts.n2));
-  auto &scores = remembered_[static_cast<std::size_t>(worker)];
-  const auto found = scores.find(key);
-  return found != scores.end() ? found->second : scores.emplace(key, compute()).first->second;
+  constexpr double most = (1 << 21) - 2;
+  // The cast cuts off what floor would: counts below 0 score as 0.
+  const double count = distance_index_ == family::DISTANCE_INDEX_LnnSulston_get() ? counts.x_fr : counts.x_iid;
+  const auto part = [](std::int32_t n) { return static_cast<std::uint32_t>(n); };
+  return remembered_[static_cast<std::size_t>(worker)].get(static_cast<std::uint32_t>(std::clamp(count, 0.0, most)),
+                                                           part(std::min(counts.n1, counts.n2)),
+                                                           part(std::max(counts.n1, counts.n2)), compute);
 }
 
 bool pair_kernel::pair(clone_number a, clone_number b, int worker, double &value, std::int16_t &code) {
   pair_counts counts;
   counts.n1 = n_bands(a);
   counts.n2 = n_bands(b);
-  std::int32_t least = 0; // k that is needed
-  if (skip_by_table_ && !exclude_bands_ && std::max(counts.n1, counts.n2) <= significant_->table_size_get()) {
-    least = significant_->sulston_significant_table_get(counts.n1, counts.n2);
-    if (least > std::min(counts.n1, counts.n2))
-      return false;
-  }
+  if (skip_by_table_ && !exclude_bands_ && std::max(counts.n1, counts.n2) <= significant_->table_size_get() &&
+      significant_->sulston_significant_table_get(counts.n1, counts.n2) > std::min(counts.n1, counts.n2))
+    return false;
   if (with_weights_)
     count_with_weights(a, b, counts);
   else
     count_plain(a, b, counts);
+  return pair_of_counts(a, b, counts, worker, value, code);
+}
+
+bool pair_kernel::pair_of_common(clone_number a, clone_number b, std::int32_t common, int worker, double &value,
+                                 std::int16_t &code) {
+  pair_counts counts;
+  counts.n1 = n_bands(a);
+  counts.n2 = n_bands(b);
+  counts.x_iid = counts.x_fr = common;
+  return pair_of_counts(a, b, counts, worker, value, code);
+}
+
+bool pair_kernel::pair_of_counts(clone_number a, clone_number b, pair_counts &counts, int worker, double &value,
+                                 std::int16_t &code) {
   counts.x_iid = std::min(counts.x_iid, most_);
   counts.x_fr = std::min(counts.x_fr, most_);
-  if (counts.x_iid < least)
+  if (skip_by_table_ && !exclude_bands_ && std::max(counts.n1, counts.n2) <= significant_->table_size_get() &&
+      counts.x_iid < significant_->sulston_significant_table_get(counts.n1, counts.n2))
     return false;
   value = score(a, b, counts, worker);
   if (!(value >= cutoff_))
@@ -179,26 +218,17 @@ bool pair_kernel::united_pair(std::span<const clone_number> clones_1, std::span<
   return found;
 }
 
-void pair_kernel::row(const pair_elements &elements, std::int32_t element, std::int32_t first, std::int32_t last,
-                      int worker, std::vector<pair_record> &records) {
-  const auto own = elements.clones_of(element);
-  if (own.empty())
-    return;
-  pair_record record;
-  for (std::int32_t partner = first; partner <= last; ++partner) {
-    const auto others = elements.clones_of(partner);
-    if (partner == element || others.empty())
-      continue;
-    if (own.size() == 1 && others.size() == 1) {
-      if (!pair(own[0], others[0], worker, record.value, record.code))
-        continue;
-      record.code_mirrored = burial_code_mirrored(record.code);
-    } else if (!united_pair(own, others, worker, record)) {
-      continue;
-    }
-    record.partner = partner;
-    records.push_back(record);
-  }
+bool pair_kernel::element_pair(const pair_elements &elements, std::int32_t element, std::int32_t partner, int worker,
+                               pair_record &record) {
+  const auto own = elements.clones_of(element), others = elements.clones_of(partner);
+  if (own.empty() || others.empty())
+    return false;
+  record.partner = partner;
+  if (own.size() > 1 || others.size() > 1)
+    return united_pair(own, others, worker, record);
+  const bool found = pair(own[0], others[0], worker, record.value, record.code);
+  record.code_mirrored = burial_code_mirrored(record.code);
+  return found;
 }
 
 } // namespace orb

@@ -1,9 +1,11 @@
 // One pair of clones: counts, burial codes, the gate, and the comparisons on lists.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "../../bench/library_generator.h"
+#include "metrics/band_merge_lanes.h"
 #include "metrics/class_clone_dist_my.h"
 
 namespace orb {
@@ -49,6 +51,36 @@ TEST(pair, common_bands_are_a_greedy_matching_with_a_closed_tolerance) {
   EXPECT_EQ(calc.value_k2mn_get(), 0);
   calc.start_of_distance_calculation(1, 3);
   EXPECT_EQ(calc.burring_index_get(0.9), 2);
+}
+
+TEST(pair, merges_side_by_side_count_as_one_by_one) {
+  random_source chance(5);
+  for (const std::int32_t axis : {30, 400, 5000}) {
+    std::vector<std::vector<band_value>> clones(60);
+    for (auto &bands : clones) {
+      for (std::int32_t n = chance.number_up_to(120) - 1; n > 0; --n)
+        bands.push_back(chance.number_up_to(axis));
+      std::sort(bands.begin(), bands.end());
+    }
+    const library lib(clones);
+    const band_merge_lanes lanes(lib.database.band_array(), lib.database.first_band_adress_array(), 60);
+    for (const std::int32_t t : {0, 3, 60, 6000})
+      for (int round = 0; round < 300; ++round) {
+        std::vector<band_merge_lanes::clone_pair> pairs(band_merge_lanes::n_lanes);
+        for (auto &[a, b] : pairs) {
+          a = chance.number_up_to(60);
+          b = chance.number_up_to(60);
+        }
+        std::int32_t common[band_merge_lanes::n_lanes];
+        lanes.count(pairs.data(), t, common);
+        for (std::size_t l = 0; l < pairs.size(); ++l) {
+          std::int32_t expected = 0;
+          merge_bands(lib.database.bands_of_clone(pairs[l].first), lib.database.bands_of_clone(pairs[l].second), t,
+                      [&](band_value, band_value) { ++expected; });
+          ASSERT_EQ(common[l], expected);
+        }
+      }
+  }
 }
 
 TEST(pair, full_mode_weighs_common_bands_by_their_frequency) {

@@ -218,13 +218,13 @@ TEST(whole_net, too_many_overlaps_are_asked_about_once_at_501) {
 }
 
 TEST(whole_net, a_stop_keeps_the_old_net_and_what_was_written) {
-  net_fixture f({.n_clones = 300, .bands_in_clone = 30});
+  net_fixture f({.n_clones = 700, .bands_in_clone = 30});
   net_creation_summary summary;
   f.frame.process_start("x");
   front_end stopping = null_front_end();
   process_frame *frame = nullptr;
   stopping.panel_set = [&](panel which, const std::string &text, panel_colour) {
-    if (which == panel::local_process && text.ends_with(" from 300"))
+    if (which == panel::local_process && text.ends_with(" from 700"))
       frame->stop_requested_set(true);
   };
   process_frame stopped(stopping);

@@ -1,0 +1,181 @@
+#include "net/pair_candidates.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "frame/worker_blocks.h"
+
+namespace orb {
+
+namespace {
+
+// With so many rows a block takes half a megabyte: it stays in the second-level cache while clones are scanned.
+constexpr std::uint32_t most_bins = 8000;
+constexpr std::uint32_t most_kinds = 65535;
+
+std::int32_t filled_up(std::int32_t n_bands) {
+  return (n_bands + rows_added_at_once - 1) / rows_added_at_once * rows_added_at_once;
+}
+
+} // namespace
+
+pair_candidates::pair_candidates(const pair_kernel &kernel, const pair_elements &elements,
+                                 std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path)
+    : kernel_(kernel), path_(path) {
+  order_places(elements, first_of_chunk);
+  if (!possible_)
+    return;
+  find_least_counts(threads);
+  choose_bins();
+  list_rows(threads);
+}
+
+void pair_candidates::order_places(const pair_elements &elements, std::span<const std::int32_t> first_of_chunk) {
+  struct place {
+    kind what;
+    std::int32_t element;
+    clone_number clone;
+  };
+  std::vector<place> places;
+  for (std::size_t chunk = 0; chunk < first_of_chunk.size(); ++chunk) {
+    const std::int32_t end = chunk + 1 < first_of_chunk.size() ? first_of_chunk[chunk + 1] : elements.count() + 1;
+    place_of_chunk_.push_back(static_cast<std::int32_t>(places.size()));
+    for (std::int32_t e = first_of_chunk[chunk]; e < end; ++e)
+      for (const clone_number clone : elements.clones_of(e))
+        places.push_back(
+            {{static_cast<std::int32_t>(kernel_.bands_compared(clone).size()), kernel_.size(clone)}, e, clone});
+    std::stable_sort(places.begin() + place_of_chunk_.back(), places.end(),
+                     [](const place &a, const place &b) { return a.what.size < b.what.size; });
+  }
+  place_of_chunk_.push_back(static_cast<std::int32_t>(places.size()));
+  for (const place &p : places) {
+    kinds_.push_back(p.what);
+    element_.push_back(p.element);
+    clone_.push_back(p.clone);
+  }
+  std::sort(kinds_.begin(), kinds_.end());
+  kinds_.erase(std::unique(kinds_.begin(), kinds_.end()), kinds_.end());
+  possible_ = kinds_.size() <= most_kinds && (kinds_.empty() || kinds_.back().n_bands <= most_rows_of_clone);
+  for (const place &p : places)
+    kind_of_place_.push_back(
+        static_cast<std::uint16_t>(std::lower_bound(kinds_.begin(), kinds_.end(), p.what) - kinds_.begin()));
+}
+
+void pair_candidates::find_least_counts(int threads) {
+  for (const kind &k : kinds_)
+    sizes_.push_back(k.size);
+  std::sort(sizes_.begin(), sizes_.end());
+  sizes_.erase(std::unique(sizes_.begin(), sizes_.end()), sizes_.end());
+  const std::size_t n = sizes_.size();
+  least_of_sizes_.resize(n * n);
+  run_in_blocks(0, static_cast<std::int64_t>(n) - 1, static_cast<std::int64_t>(n), 1, threads,
+                [&](std::int64_t first, std::int64_t, int) {
+                  const auto i = static_cast<std::size_t>(first);
+                  for (std::size_t j = 0; j < n; ++j)
+                    least_of_sizes_[i * n + j] = kernel_.least_common()(sizes_[i], sizes_[j]);
+                },
+                {});
+}
+
+void pair_candidates::choose_bins() {
+  band_value lowest = std::numeric_limits<band_value>::max(), highest = std::numeric_limits<band_value>::min();
+  for (const clone_number clone : clone_)
+    for (const band_value band : kernel_.bands_compared(clone)) {
+      lowest = std::min(lowest, band);
+      highest = std::max(highest, band);
+    }
+  if (lowest > highest)
+    return; // no bands at all
+  lowest_band_ = lowest;
+  const std::uint32_t span = static_cast<std::uint32_t>(highest) - static_cast<std::uint32_t>(lowest) + 1;
+  const std::int32_t t = std::max(kernel_.tolerance(), 0);
+  bin_width_ = std::max({1u, static_cast<std::uint32_t>(t), (span + most_bins - 1) / most_bins});
+  reach_ = static_cast<std::int32_t>((static_cast<std::uint32_t>(t) + bin_width_ - 1) / bin_width_);
+  n_rows_ = row_of(highest) + 1 + reach_;
+}
+
+void pair_candidates::list_rows(int threads) {
+  first_row_.resize(element_.size() + 1);
+  std::uint32_t end = 0;
+  for (std::size_t place = 0; place < element_.size(); ++place) {
+    first_row_[place] = end;
+    end += static_cast<std::uint32_t>(filled_up(kinds_[kind_of_place_[place]].n_bands));
+  }
+  first_row_.back() = end;
+  word_of_band_.assign(end, 0);
+  run_in_blocks(0, n_places() - 1, n_places(), 512, threads,
+                [&](std::int64_t first, std::int64_t last, int) {
+                  for (auto place = static_cast<std::size_t>(first); place <= static_cast<std::size_t>(last); ++place) {
+                    std::uint16_t *row = word_of_band_.data() + first_row_[place];
+                    for (const band_value band : kernel_.bands_compared(clone_[place]))
+                      *row++ = static_cast<std::uint16_t>(words_of_row * row_of(band));
+                  }
+                },
+                {});
+}
+
+// Each row with those of the bins in reach, by doing one side and then the other in place.
+void pair_candidates::unite_neighbours(block &made) const {
+  const auto unite = [](block::row &own, const block::row &other) {
+    for (int w = 0; w < words_of_row; ++w)
+      own.words[w] |= other.words[w];
+  };
+  const auto n = static_cast<std::size_t>(n_rows_);
+  for (std::int32_t step = 0; step < reach_; ++step) {
+    block::row before{};
+    for (std::size_t r = 1; r < n; ++r) {
+      const block::row own = made.rows_[r];
+      unite(made.rows_[r], before);
+      if (r + 1 < n)
+        unite(made.rows_[r], made.rows_[r + 1]);
+      before = own;
+    }
+  }
+}
+
+void pair_candidates::make_block(std::int32_t first, std::int32_t last, block &made) const {
+  made.first = first;
+  made.last = std::min(last, first + partners_of_block - 1);
+  made.rows_.assign(static_cast<std::size_t>(n_rows_), {});
+  for (std::int32_t place = made.first; place <= made.last; ++place) {
+    const auto bit = static_cast<std::uint32_t>(place - made.first);
+    const std::uint16_t *row = word_of_band_.data() + first_row_[static_cast<std::size_t>(place)];
+    for (std::int32_t i = kinds_[kind_of_place_[static_cast<std::size_t>(place)]].n_bands; i > 0; --i)
+      made.rows_[*row++ / words_of_row].words[bit / 64] |= std::uint64_t{1} << bit % 64;
+  }
+  unite_neighbours(made);
+  const auto place_of_size = [&](std::int32_t size) {
+    return static_cast<std::size_t>(std::lower_bound(sizes_.begin(), sizes_.end(), size) - sizes_.begin());
+  };
+  std::vector<std::size_t> sizes; // of the partners, as places in sizes_
+  for (std::int32_t place = made.first; place <= made.last; ++place) {
+    const std::int32_t size = kinds_[kind_of_place_[static_cast<std::size_t>(place)]].size;
+    if (sizes.empty() || sizes_[sizes.back()] != size)
+      sizes.push_back(place_of_size(size));
+  }
+  made.plans.assign(kinds_.size(), {});
+  for (std::size_t k = 0; k < kinds_.size(); ++k) {
+    scan_plan &plan = made.plans[k];
+    plan.n_rows = filled_up(kinds_[k].n_bands);
+    plan.least = std::numeric_limits<std::int32_t>::max();
+    const std::size_t own = place_of_size(kinds_[k].size) * sizes_.size();
+    for (const std::size_t size : sizes)
+      plan.least = std::min(plan.least, least_of_sizes_[own + size]);
+    plan.out = plan.least > kinds_[k].n_bands;
+  }
+}
+
+std::span<const scan_survivor> pair_candidates::scan(const block &partners, std::int32_t first, std::int32_t last,
+                                                     std::vector<scan_survivor> &survivors) const {
+  survivors.resize(static_cast<std::size_t>(last - first + 1));
+  const scan_task task{partners.rows(),
+                       word_of_band_.data(),
+                       first_row_.data(),
+                       kind_of_place_.data(),
+                       partners.plans.data(),
+                       first,
+                       last};
+  return {survivors.data(), static_cast<std::size_t>(path_.scan(task, survivors.data()))};
+}
+
+} // namespace orb

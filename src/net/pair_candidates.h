@@ -1,0 +1,81 @@
+// Which pairs of a library can be significant at all: partners in blocks of 512, clones scanned against a block.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "net/least_common.h"
+#include "net/match_bound.h"
+#include "net/pair_kernel.h"
+
+namespace orb {
+
+// The clones of all elements, in the order in which they are scanned: elements in chunks of their own order, and within
+// a chunk ascending by size, so that the partners of a block need about the same number of common bands.
+class pair_candidates {
+public:
+  // Chunks are given by their first elements, ascending, from 1 on. `kernel` must have a limit
+  // (least_common().exists()).
+  pair_candidates(const pair_kernel &kernel, const pair_elements &elements,
+                  std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path = best_scan_path());
+
+  // False when a clone has too many bands for the scan.
+  bool possible() const { return possible_; }
+
+  // Places of clones run from 0.
+  std::int32_t n_places() const { return static_cast<std::int32_t>(element_.size()); }
+  std::int32_t first_place_of_chunk(std::size_t chunk) const { return place_of_chunk_[chunk]; } // or the end of all
+  std::int32_t element(std::int32_t place) const { return element_[static_cast<std::size_t>(place)]; }
+  clone_number clone(std::int32_t place) const { return clone_[static_cast<std::size_t>(place)]; }
+
+  // Bit rows of a block of partners, and how to scan against them.
+  struct block {
+    std::int32_t first = 0, last = -1; // places
+    std::vector<scan_plan> plans;      // by kind
+    const std::uint64_t *rows() const { return rows_.front().words; }
+    struct alignas(64) row {
+      std::uint64_t words[words_of_row];
+    };
+    std::vector<row> rows_;
+  };
+  // The block of the places from `first` on, up to 512 of them and not beyond `last`.
+  void make_block(std::int32_t first, std::int32_t last, block &made) const;
+  // The clones at places first..last that may have a significant partner in the block.
+  std::span<const scan_survivor> scan(const block &partners, std::int32_t first, std::int32_t last,
+                                      std::vector<scan_survivor> &survivors) const;
+
+private:
+  // Clones of one number of bands and one size.
+  struct kind {
+    std::int32_t n_bands, size;
+    auto operator<=>(const kind &) const = default;
+  };
+  std::int32_t row_of(band_value band) const {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(band - lowest_band_) / bin_width_ + 1 +
+                                     static_cast<std::uint32_t>(reach_));
+  }
+  void order_places(const pair_elements &elements, std::span<const std::int32_t> first_of_chunk);
+  void choose_bins();
+  void list_rows(int threads);
+  void unite_neighbours(block &made) const;
+  void find_least_counts(int threads);
+
+  const pair_kernel &kernel_;
+  const scan_path &path_;
+  bool possible_ = true;
+  std::vector<std::int32_t> element_, place_of_chunk_;
+  std::vector<clone_number> clone_;
+  std::vector<std::uint16_t> kind_of_place_;
+  std::vector<kind> kinds_;
+  std::vector<std::int32_t> sizes_;          // all that occur, ascending
+  std::vector<std::int32_t> least_of_sizes_; // for each pair of places in sizes_
+  band_value lowest_band_ = 0;
+  std::uint32_t bin_width_ = 1;
+  std::int32_t n_rows_ = 3;
+  std::int32_t reach_ = 0;                  // bands may match those of so many bins to each side
+  std::vector<std::uint16_t> word_of_band_; // where the rows of all places' bands begin, padded with row 0
+  std::vector<std::uint32_t> first_row_;
+};
+
+} // namespace orb
