@@ -27,7 +27,7 @@ std::map<std::string, double> seconds_of_path;
 // uses.
 double seconds_of_plain_merge = 0, seconds_of_merge_without_jumps = 0;
 
-struct bench_library {
+struct library_and_table {
   process_frame frame;
   project_settings settings;
   class_DB_of_clones database;
@@ -36,7 +36,7 @@ struct bench_library {
   metric_context context{frame, settings, database, usable_values, table};
   class_clone_dist_FPC significant;
 
-  bench_library() {
+  library_and_table() {
     generate_library(frame, wanted, database, usable_values);
     significant.fill_sulston_significant_table(cutoff, class_clone_dist_FPC::proposed_table_size(database), database,
                                                usable_values);
@@ -44,8 +44,8 @@ struct bench_library {
   pair_kernel kernel() { return {context, 4, cutoff, 0.9, &significant, threads}; }
 };
 
-bench_library &library() {
-  static bench_library made;
+library_and_table &library() {
+  static library_and_table made;
   return made;
 }
 

@@ -127,7 +127,7 @@ bool overlap_rows::scan_chunk(const pair_candidates &candidates, std::size_t chu
 void overlap_rows::scan_piece(const pair_candidates &candidates, const pair_candidates::block &partners,
                               std::int32_t first, std::int32_t last, worker_place &place, int worker) {
   place.candidates.clear();
-  for (const scan_survivor &survivor : candidates.scan(partners, first, last, place.survivors))
+  for (const scan_survivor &survivor : candidates.scan(partners, first, last, place.scratch))
     for (int w = 0; w < words_of_row; ++w)
       for (std::uint64_t bits = survivor.partners[w]; bits != 0; bits &= bits - 1) {
         const std::int32_t partner = partners.first + 64 * w + std::countr_zero(bits);

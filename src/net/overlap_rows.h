@@ -42,7 +42,7 @@ private:
   };
   struct worker_place {
     std::vector<found_pair> found;
-    std::vector<scan_survivor> survivors;
+    pair_candidates::scratch scratch;
     std::vector<std::pair<std::int32_t, std::int32_t>> candidates; // elements: row, partner
     std::vector<std::pair<clone_number, clone_number>> clones;
   };

@@ -1,6 +1,7 @@
 #include "net/pair_candidates.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 
 #include "frame/worker_blocks.h"
@@ -9,8 +10,9 @@ namespace orb {
 
 namespace {
 
-// With so many rows a block takes half a megabyte: it stays in the second-level cache while clones are scanned.
-constexpr std::uint32_t most_bins = 8000;
+// With so many rows a block takes 400 kB: it stays in the second-level cache while clones are scanned.
+constexpr double most_bins = 6000;
+constexpr band_value most_cells = 1 << 20;
 constexpr std::uint32_t most_kinds = 65535;
 
 std::int32_t filled_up(std::int32_t n_bands) {
@@ -85,13 +87,33 @@ void pair_candidates::choose_bins() {
       highest = std::max(highest, band);
     }
   if (lowest > highest)
-    return; // no bands at all
+    lowest = highest = 0; // no bands at all
   lowest_band_ = lowest;
-  const std::uint32_t span = static_cast<std::uint32_t>(highest) - static_cast<std::uint32_t>(lowest) + 1;
-  const std::int32_t t = std::max(kernel_.tolerance(), 0);
-  bin_width_ = std::max({1u, static_cast<std::uint32_t>(t), (span + most_bins - 1) / most_bins});
-  reach_ = static_cast<std::int32_t>((static_cast<std::uint32_t>(t) + bin_width_ - 1) / bin_width_);
-  n_rows_ = row_of(highest) + 1 + reach_;
+  highest_band_ = highest;
+  cell_width_ = (highest - lowest) / most_cells + 1;
+  std::vector<double> n_bands(static_cast<std::size_t>((highest - lowest) / cell_width_) + 1, 0);
+  double n_all = 0;
+  for (const clone_number clone : clone_)
+    for (const band_value band : kernel_.bands_compared(clone)) {
+      ++n_bands[static_cast<std::size_t>((band - lowest) / cell_width_)];
+      ++n_all;
+    }
+  // A bin gets the same share of the axis and of the bands: narrow where they crowd, since there a bin that is wider
+  // than the tolerance finds much that doesn't match.
+  row_of_cell_.reserve(n_bands.size());
+  const double n_cells = static_cast<double>(n_bands.size()), n_bins = std::min(n_cells, most_bins);
+  double cells = 0, bands = 0;
+  std::size_t share_row = 0;
+  for (const double n : n_bands) {
+    const double share = (cells / n_cells + (n_all > 0 ? bands / n_all : 0)) / 2;
+    const auto row = static_cast<std::size_t>(share * n_bins) + 1;
+    // no row stays unused, so that as many cells as there may be bins have one each
+    n_rows_ = row_of_cell_.empty() ? 2 : n_rows_ + (n_cells <= most_bins || row > share_row ? 1 : 0);
+    share_row = row;
+    row_of_cell_.push_back(static_cast<std::uint16_t>(n_rows_ - 1));
+    cells += 1;
+    bands += n;
+  }
 }
 
 void pair_candidates::list_rows(int threads) {
@@ -114,39 +136,17 @@ void pair_candidates::list_rows(int threads) {
                 {});
 }
 
-// Each row with those of the bins in reach, by doing one side and then the other in place.
-void pair_candidates::unite_neighbours(block &made) const {
-  const auto unite = [](block::row &own, const block::row &other) {
-    for (int w = 0; w < words_of_row; ++w)
-      own.words[w] |= other.words[w];
-  };
-  const auto n = static_cast<std::size_t>(n_rows_);
-  for (std::int32_t step = 0; step < reach_; ++step) {
-    block::row before{};
-    for (std::size_t r = 1; r < n; ++r) {
-      const block::row own = made.rows_[r];
-      unite(made.rows_[r], before);
-      if (r + 1 < n)
-        unite(made.rows_[r], made.rows_[r + 1]);
-      before = own;
-    }
-  }
-}
-
 void pair_candidates::make_block(std::int32_t first, std::int32_t last, block &made) const {
   made.first = first;
   made.last = std::min(last, first + partners_of_block - 1);
-  made.rows_.assign(static_cast<std::size_t>(n_rows_), {});
+  made.rows_.assign(n_rows_, {});
+  const std::int32_t t = std::max(kernel_.tolerance(), 0);
   for (std::int32_t place = made.first; place <= made.last; ++place) {
     const auto bit = static_cast<std::uint32_t>(place - made.first);
-    const std::uint16_t *row = word_of_band_.data() + first_row_[static_cast<std::size_t>(place)];
-    for (std::int32_t i = kinds_[kind_of_place_[static_cast<std::size_t>(place)]].n_bands; i > 0; --i)
-      made.rows_[*row++ / words_of_row].words[bit / 64] |= std::uint64_t{1} << bit % 64;
+    for (const band_value band : kernel_.bands_compared(clone_[static_cast<std::size_t>(place)]))
+      for (std::size_t row = row_of(band - t), last_row = row_of(band + t); row <= last_row; ++row)
+        made.rows_[row].words[bit / 64] |= std::uint64_t{1} << bit % 64;
   }
-  unite_neighbours(made);
-  const auto place_of_size = [&](std::int32_t size) {
-    return static_cast<std::size_t>(std::lower_bound(sizes_.begin(), sizes_.end(), size) - sizes_.begin());
-  };
   std::vector<std::size_t> sizes; // of the partners, as places in sizes_
   for (std::int32_t place = made.first; place <= made.last; ++place) {
     const std::int32_t size = kinds_[kind_of_place_[static_cast<std::size_t>(place)]].size;
@@ -165,9 +165,30 @@ void pair_candidates::make_block(std::int32_t first, std::int32_t last, block &m
   }
 }
 
+std::size_t pair_candidates::place_of_size(std::int32_t size) const {
+  return static_cast<std::size_t>(std::lower_bound(sizes_.begin(), sizes_.end(), size) - sizes_.begin());
+}
+
+// Drops the partners of whose bands the clone meets too few; each against the least count of its own size.
+void pair_candidates::count_from_partners(const block &partners, scan_survivor &survivor, met_places &met) const {
+  const auto own = static_cast<std::size_t>(survivor.clone);
+  const std::size_t row = place_of_size(kinds_[kind_of_place_[own]].size) * sizes_.size();
+  met.mark(kernel_.bands_compared(clone_[own]), std::max(kernel_.tolerance(), 0), lowest_band_, highest_band_);
+  for (int w = 0; w < words_of_row; ++w)
+    for (std::uint64_t bits = survivor.partners[w]; bits != 0; bits &= bits - 1) {
+      const auto place = static_cast<std::size_t>(partners.first + 64 * w + std::countr_zero(bits));
+      if (static_cast<std::int32_t>(place) > partners.last)
+        break;
+      const std::size_t size = place_of_size(kinds_[kind_of_place_[place]].size);
+      if (met.count(kernel_.bands_compared(clone_[place])) < least_of_sizes_[row + size])
+        survivor.partners[w] ^= bits & -bits;
+    }
+}
+
 std::span<const scan_survivor> pair_candidates::scan(const block &partners, std::int32_t first, std::int32_t last,
-                                                     std::vector<scan_survivor> &survivors) const {
-  survivors.resize(static_cast<std::size_t>(last - first + 1));
+                                                     scratch &room) const {
+  constexpr int many_partners = 8; // merging fewer is cheaper than marking the axis
+  room.survivors.resize(static_cast<std::size_t>(last - first + 1));
   const scan_task task{partners.rows(),
                        word_of_band_.data(),
                        first_row_.data(),
@@ -175,7 +196,15 @@ std::span<const scan_survivor> pair_candidates::scan(const block &partners, std:
                        partners.plans.data(),
                        first,
                        last};
-  return {survivors.data(), static_cast<std::size_t>(path_.scan(task, survivors.data()))};
+  const auto n = static_cast<std::size_t>(path_.scan(task, room.survivors.data()));
+  for (std::size_t i = 0; i < n; ++i) {
+    int n_partners = 0;
+    for (const std::uint64_t word : room.survivors[i].partners)
+      n_partners += std::popcount(word);
+    if (n_partners >= many_partners)
+      count_from_partners(partners, room.survivors[i], room.met);
+  }
+  return {room.survivors.data(), n};
 }
 
 } // namespace orb

@@ -1,12 +1,14 @@
 // Which pairs of a library can be significant at all: partners in blocks of 512, clones scanned against a block.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 #include "net/least_common.h"
 #include "net/match_bound.h"
+#include "net/met_places.h"
 #include "net/pair_kernel.h"
 
 namespace orb {
@@ -41,9 +43,15 @@ public:
   };
   // The block of the places from `first` on, up to 512 of them and not beyond `last`.
   void make_block(std::int32_t first, std::int32_t last, block &made) const;
-  // The clones at places first..last that may have a significant partner in the block.
+  // What a scan works in.
+  struct scratch {
+    std::vector<scan_survivor> survivors;
+    met_places met;
+  };
+  // The clones at places first..last that may have a significant partner in the block. Where a clone has many, the
+  // partners are counted from their side too: in a library with crowded parts of the axis that drops most of them.
   std::span<const scan_survivor> scan(const block &partners, std::int32_t first, std::int32_t last,
-                                      std::vector<scan_survivor> &survivors) const;
+                                      scratch &room) const;
 
 private:
   // Clones of one number of bands and one size.
@@ -51,14 +59,17 @@ private:
     std::int32_t n_bands, size;
     auto operator<=>(const kind &) const = default;
   };
-  std::int32_t row_of(band_value band) const {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(band - lowest_band_) / bin_width_ + 1 +
-                                     static_cast<std::uint32_t>(reach_));
+  // The row of the bin in which a place of the axis lies; bins are cells or several of them, so rows ascend with
+  // places.
+  std::size_t row_of(band_value place) const {
+    const auto cell = (std::clamp(place, lowest_band_, highest_band_) - lowest_band_) / cell_width_;
+    return row_of_cell_[static_cast<std::size_t>(cell)];
   }
   void order_places(const pair_elements &elements, std::span<const std::int32_t> first_of_chunk);
   void choose_bins();
   void list_rows(int threads);
-  void unite_neighbours(block &made) const;
+  void count_from_partners(const block &partners, scan_survivor &survivor, met_places &met) const;
+  std::size_t place_of_size(std::int32_t size) const;
   void find_least_counts(int threads);
 
   const pair_kernel &kernel_;
@@ -70,10 +81,10 @@ private:
   std::vector<kind> kinds_;
   std::vector<std::int32_t> sizes_;          // all that occur, ascending
   std::vector<std::int32_t> least_of_sizes_; // for each pair of places in sizes_
-  band_value lowest_band_ = 0;
-  std::uint32_t bin_width_ = 1;
-  std::int32_t n_rows_ = 3;
-  std::int32_t reach_ = 0;                  // bands may match those of so many bins to each side
+  band_value lowest_band_ = 0, highest_band_ = 0;
+  std::int32_t cell_width_ = 1;
+  std::vector<std::uint16_t> row_of_cell_;
+  std::size_t n_rows_ = 1;                  // row 0 is empty
   std::vector<std::uint16_t> word_of_band_; // where the rows of all places' bands begin, padded with row 0
   std::vector<std::uint32_t> first_row_;
 };

@@ -3,47 +3,13 @@
 
 #include <set>
 
+#include "../../bench/plain_revision.h"
 #include "net_fixture.h"
 
 namespace orb {
 namespace {
 
 using edge_set = std::set<std::pair<vertex_number, vertex_number>>;
-
-// Components of the vertices kept, by plain spreading of the smallest label, without the edge `cut`.
-int components(const class_net &net, const std::set<vertex_number> &kept, std::pair<vertex_number, vertex_number> cut) {
-  std::vector<vertex_number> label(static_cast<std::size_t>(net.number_of_vertices_get()) + 1);
-  for (const vertex_number v : kept)
-    label[static_cast<std::size_t>(v)] = v;
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (const vertex_number v : kept)
-      for (const net_edge &edge : net.edges_of_vertex(v)) {
-        const vertex_number w = edge.neighbour;
-        if (!kept.count(w) || std::pair(std::min(v, w), std::max(v, w)) == cut)
-          continue;
-        auto &own = label[static_cast<std::size_t>(v)], other = label[static_cast<std::size_t>(w)];
-        if (other < own)
-          own = other, changed = true;
-      }
-  }
-  std::set<vertex_number> labels;
-  for (const vertex_number v : kept)
-    labels.insert(label[static_cast<std::size_t>(v)]);
-  return static_cast<int>(labels.size());
-}
-
-std::set<vertex_number> ball(const class_net &net, std::set<vertex_number> start, int r, double cutoff) {
-  for (int step = 0; step < r; ++step) {
-    std::set<vertex_number> next = start;
-    for (const vertex_number v : start)
-      for (const net_edge &edge : net.edges_of_vertex(v))
-        if (edge.value >= cutoff)
-          next.insert(edge.neighbour);
-    start = next;
-  }
-  return start;
-}
 
 class_net random_net(random_source &chance, std::int32_t n, double density) {
   std::vector<plain_edge> edges;
@@ -69,15 +35,7 @@ TEST(revision, marks_are_those_of_the_definition) {
     for (vertex_number v = 1; v <= 40; ++v)
       for (std::size_t k = 0; k < net.edges_of_vertex(v).size(); ++k) {
         const vertex_number w = net.edges_of_vertex(v)[k].neighbour;
-        bool supported;
-        if (r == 1) { // a common neighbour
-          const auto of_v = ball(net, {v}, 1, 0), of_w = ball(net, {w}, 1, 0);
-          supported = false;
-          for (const vertex_number u : of_v)
-            supported = supported || (u != v && u != w && of_w.count(u));
-        } else {
-          supported = components(net, ball(net, {v, w}, r, 0), {std::min(v, w), std::max(v, w)}) == 1;
-        }
+        const bool supported = !plain_revision::is_Q_overlap(net, v, w, r);
         EXPECT_EQ(marked.edges_of_vertex(v)[k].index1, supported ? 0 : -1) << v << "-" << w << " r=" << r;
         expected += !supported;
       }
@@ -85,9 +43,7 @@ TEST(revision, marks_are_those_of_the_definition) {
     f.signif.identify_all_Q_clones(net, r, marked, -1, false, {}, {}, n_Q);
     expected = 0;
     for (vertex_number v = 1; v <= 40; ++v) {
-      auto around = ball(net, {v}, r, f.settings.QQ_use_additional_cutoff ? 22 : 0);
-      around.erase(v);
-      const bool is_Q = components(net, around, {0, 0}) >= 2;
+      const bool is_Q = plain_revision::is_Q_clone(net, v, r, f.settings.QQ_use_additional_cutoff ? 22 : 0);
       EXPECT_EQ(marked.index_of_vertex_get(v), is_Q ? -1 : 0) << v << " r=" << r;
       expected += is_Q;
     }
