@@ -48,8 +48,8 @@ void work_on_items(batch_state &state, std::int64_t n, int worker,
 void poll_until_ended(batch_state &state, const std::function<bool(std::int64_t)> &poll,
                       std::chrono::milliseconds period) {
   std::unique_lock lock(state.guard);
-  do {
-    state.worker_ended.wait_for(lock, period, [&] { return state.running == 0; });
+  for (bool ended = false; !ended;) { // seen before the poll, so that the last poll comes after the last item
+    ended = state.worker_ended.wait_for(lock, period, [&] { return state.running == 0; });
     lock.unlock();
     try {
       if (poll && !state.stopped && !poll(state.done))
@@ -58,7 +58,7 @@ void poll_until_ended(batch_state &state, const std::function<bool(std::int64_t)
       state.fail();
     }
     lock.lock();
-  } while (state.running > 0);
+  }
 }
 
 } // namespace

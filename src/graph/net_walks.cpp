@@ -70,17 +70,6 @@ void collect_ball(const class_net &net, bool use_cutoff, double cutoff, std::int
   }
 }
 
-// For runs in any order.
-bool have_common_neighbour(const class_net &net, vertex_number v, vertex_number w, net_workspace &workspace) {
-  workspace.position.start(net.number_of_vertices_get());
-  for (const net_edge &edge : net.edges_of_vertex(v))
-    workspace.position.set(edge.neighbour, 0);
-  for (const net_edge &edge : net.edges_of_vertex(w))
-    if (edge.neighbour != v && edge.neighbour != w && workspace.position.has(edge.neighbour))
-      return true;
-  return false;
-}
-
 std::int32_t root_of(std::vector<std::int32_t> &label, std::int32_t i) {
   while (label[static_cast<std::size_t>(i)] != i) {
     std::int32_t &above = label[static_cast<std::size_t>(i)];
@@ -90,21 +79,20 @@ std::int32_t root_of(std::vector<std::int32_t> &label, std::int32_t i) {
   return i;
 }
 
-// Components of the ball, over the records that `used(v, neighbour)` lets through, less the vertices whose records
-// were all left out on purpose (`n_left_out` of them). A record counts from its lower end, as in a flat neighbour list.
-template <class use>
-std::int32_t components_of_ball(const class_net &net, net_workspace &workspace, std::int32_t n_left_out,
-                                const use &used) {
+// Components of the ball without its centre v. A record counts from its lower end, as in a flat neighbour list.
+std::int32_t components_of_ball(const class_net &net, vertex_number v, net_workspace &workspace) {
   const std::vector<vertex_number> &ball = workspace.wave;
   workspace.label.resize(ball.size());
   for (std::size_t i = 0; i < ball.size(); ++i)
     workspace.label[i] = static_cast<std::int32_t>(i);
-  auto n = static_cast<std::int32_t>(ball.size()) - n_left_out;
-  for (std::size_t i = 0; i < ball.size(); ++i)
+  auto n = static_cast<std::int32_t>(ball.size()) - 1;
+  for (std::size_t i = 0; i < ball.size(); ++i) {
+    if (ball[i] == v)
+      continue;
     for (const net_edge &edge : net.edges_of_vertex(ball[i])) {
       if (n == 1)
         return n;
-      if (edge.neighbour <= ball[i] || !workspace.position.has(edge.neighbour) || !used(ball[i], edge.neighbour))
+      if (edge.neighbour <= ball[i] || edge.neighbour == v || !workspace.position.has(edge.neighbour))
         continue;
       const std::int32_t a = root_of(workspace.label, static_cast<std::int32_t>(i));
       const std::int32_t b = root_of(workspace.label, workspace.position.get(edge.neighbour));
@@ -113,6 +101,7 @@ std::int32_t components_of_ball(const class_net &net, net_workspace &workspace, 
       workspace.label[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
       --n;
     }
+  }
   return n;
 }
 
@@ -124,26 +113,43 @@ void class_net::vertex_net_characteristics(vertex_number v, bool use_cutoff, dou
   workspace.wave.assign(1, v);
   collect_ball(*this, use_cutoff, cutoff, n_rank, n_in_rank, workspace);
   // The cutoff limits the walk only: inside the neighbourhood every record joins.
-  n_clusters = components_of_ball(*this, workspace, 1,
-                                  [v](vertex_number from, vertex_number to) { return from != v && to != v; });
+  n_clusters = components_of_ball(*this, v, workspace);
 }
 
+// Every vertex of the ball hangs on v or on w by a path that doesn't use their edge, so there are one or two
+// components. Both sides are walked side by side, and the first record between them settles it; without one the walk
+// costs the ball.
 void class_net::edge_net_characteristic(vertex_number v, std::int32_t k, std::int32_t &n_clusters, std::int32_t n_rank,
                                         net_workspace &workspace) const {
   const auto run = edges_of_vertex(v);
   assert(k >= 1 && static_cast<std::size_t>(k) <= run.size());
   const vertex_number w = run[static_cast<std::size_t>(k) - 1].neighbour;
-  // Every vertex of the ball hangs on v or on w: a vertex that hangs on both settles it without walking the ball.
-  if (n_rank >= 1 && have_common_neighbour(*this, v, w, workspace)) {
-    n_clusters = 1;
-    return;
+  position_table &side = workspace.position; // the end on which a vertex hangs
+  side.start(private_n_vertices_);
+  side.set(v, v);
+  side.set(w, w);
+  std::vector<vertex_number> &ball = workspace.wave;
+  ball.assign({v, w});
+  n_clusters = 1;
+  std::size_t first = 0;
+  for (std::int32_t step = 0; step <= n_rank; ++step) { // the last step only looks
+    for (const std::size_t end = ball.size(); first < end; ++first) {
+      const vertex_number from = ball[first];
+      const vertex_number side_of_from = side.get(from);
+      for (const net_edge &edge : edges_of_vertex(from)) {
+        const vertex_number to = edge.neighbour;
+        if (side.has(to)) {
+          const bool is_the_edge = (from == v && to == w) || (from == w && to == v);
+          if (side.get(to) != side_of_from && !is_the_edge)
+            return;
+        } else if (step < n_rank) {
+          side.set(to, side_of_from);
+          ball.push_back(to);
+        }
+      }
+    }
   }
-  workspace.wave.assign({v, w});
-  std::vector<std::int32_t> &n_in_rank = workspace.next_wave; // not needed here
-  collect_ball(*this, false, 0, n_rank, n_in_rank, workspace);
-  n_clusters = components_of_ball(*this, workspace, 0, [v, w](vertex_number from, vertex_number to) {
-    return !((from == v && to == w) || (from == w && to == v));
-  });
+  n_clusters = 2;
 }
 
 namespace {

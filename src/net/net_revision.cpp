@@ -1,11 +1,13 @@
 // Q-overlaps and Q-clones: what breaks the locally linear structure of a net of clone overlaps.
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <vector>
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
 #include "net/class_clone_net_signif.h"
 
@@ -20,7 +22,7 @@ constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";
 constexpr const char *clones_report = "_Q_clones.txt";
 constexpr std::int32_t largest_rank = 50;
 constexpr double proposed_step = 10; // of the additional cutoff above the current one
-constexpr std::int64_t vertices_in_block = 256;
+constexpr vertex_number vertices_in_block = 1024, vertices_in_piece = 16;
 
 // Name and number of bands of a clone, with a tab between; empty and 0 beyond the library.
 std::string name_and_bands(const class_DB_of_clones &database, clone_number clone) {
@@ -29,61 +31,59 @@ std::string name_and_bands(const class_DB_of_clones &database, clone_number clon
   return database.name_of_clone_get(clone) + "\t" + std::to_string(database.number_of_bands_in_clone_get(clone));
 }
 
-// One workspace a worker, for walks side by side.
-using worker_spaces = std::vector<net_workspace>;
+// What a worker writes into while it judges one vertex.
+struct worker_space {
+  net_workspace walk;
+  std::vector<std::uint64_t> neighbour_bits; // bit v % 64 of word v / 64; all 0 between two vertices
+};
 
-// n_clusters of each record of v, in run order: 1 means that the record is supported within `max_rank` steps.
-void clusters_of_edges(const class_net &net, vertex_number v, std::int32_t max_rank, net_workspace &workspace,
-                       std::vector<std::int32_t> &n_clusters) {
+// n_clusters of each record of v, in run order: 1 means that the record is supported within `max_rank` steps. A common
+// neighbour supports it at any rank; a scan for one in bits that stay in the nearest cache settles almost all records.
+void clusters_of_edges(const class_net &net, vertex_number v, std::int32_t max_rank, worker_space &space,
+                       const std::atomic<bool> &stopped, std::vector<std::int32_t> &n_clusters) {
   const auto run = net.edges_of_vertex(v);
-  n_clusters.assign(run.size(), 1);
-  const bool by_marks = max_rank == 1 && !net.neighbours_are_sorted_get();
-  if (by_marks) { // the merge of two runs needs them ascending
-    workspace.position.start(net.number_of_vertices_get());
-    for (const net_edge &edge : run)
-      workspace.position.set(edge.neighbour, 1);
+  std::vector<std::uint64_t> &bits = space.neighbour_bits;
+  bits.resize(static_cast<std::size_t>(net.number_of_vertices_get()) / 64 + 1);
+  for (const net_edge &edge : run)
+    bits[static_cast<std::size_t>(edge.neighbour) / 64] |= std::uint64_t{1} << edge.neighbour % 64;
+  n_clusters.assign(run.size(), 2);
+  for (std::size_t k = 0; k < run.size() && !stopped; ++k) {
+    const auto other = net.edges_of_vertex(run[k].neighbour);
+    const bool supported = std::any_of(other.begin(), other.end(), [&bits](const net_edge &edge) {
+      return (bits[static_cast<std::size_t>(edge.neighbour) / 64] >> edge.neighbour % 64 & 1) != 0;
+    });
+    if (supported)
+      n_clusters[k] = 1;
+    else if (max_rank > 1)
+      net.edge_net_characteristic(v, static_cast<std::int32_t>(k) + 1, n_clusters[k], max_rank, space.walk);
   }
-  for (std::size_t k = 0; k < run.size(); ++k) {
-    const auto place = static_cast<std::int32_t>(k) + 1;
-    if (max_rank > 1) {
-      net.edge_net_characteristic(v, place, n_clusters[k], max_rank, workspace);
-      continue;
-    }
-    bool supported = false;
-    if (by_marks) {
-      const auto other = net.edges_of_vertex(run[k].neighbour);
-      supported = std::any_of(other.begin(), other.end(),
-                              [&](const net_edge &edge) { return workspace.position.has(edge.neighbour); });
-    } else {
-      net.edge_is_side_of_treangle(v, place, supported);
-    }
-    n_clusters[k] = supported ? 1 : 2;
-  }
+  for (const net_edge &edge : run)
+    bits[static_cast<std::size_t>(edge.neighbour) / 64] = 0;
 }
 
-// Runs `judge(v, workspace)` for all vertices on the workers and `report(v)` for each in order on the calling thread.
-// `progress(v)` runs between blocks; false ends the walk. True when all was done.
+// Runs `judge(v, place in block, space, stopped)` for all vertices on the workers and `report(v, place)` for each in
+// order on the calling thread, which polls for a stop meanwhile. `progress(v)` runs between blocks. True when all was
+// done; after a stop nothing of the block at work is reported.
 template <class judge_function, class report_function, class progress_function>
-bool for_all_vertices(const class_net &net, int threads, judge_function &&judge, report_function &&report,
-                      progress_function &&progress) {
-  worker_spaces spaces(static_cast<std::size_t>(worker_count(threads)));
-  std::int64_t done = 0;
-  bool completed = true;
-  run_in_blocks(
-      1, net.number_of_vertices_get(), vertices_in_block, 16, threads,
-      [&](std::int64_t first, std::int64_t last, int worker) {
-        for (std::int64_t v = first; v <= last; ++v)
-          judge(static_cast<vertex_number>(v), static_cast<std::size_t>(v - done - 1),
-                spaces[static_cast<std::size_t>(worker)]);
-      },
-      [&](std::int64_t last) {
-        for (std::int64_t v = done + 1; v <= last; ++v)
-          report(static_cast<vertex_number>(v), static_cast<std::size_t>(v - done - 1));
-        done = last;
-        completed = progress(static_cast<vertex_number>(last));
-        return completed;
-      });
-  return completed;
+bool for_all_vertices(process_frame &frame, const class_net &net, int threads, judge_function &&judge,
+                      report_function &&report, progress_function &&progress) {
+  std::vector<worker_space> spaces(static_cast<std::size_t>(worker_count(threads)));
+  const vertex_number n = net.number_of_vertices_get();
+  for (vertex_number first = 1; first <= n; first += vertices_in_block) {
+    const vertex_number last = std::min(n, first + vertices_in_block - 1);
+    const std::int64_t n_pieces = (last - first) / vertices_in_piece + 1;
+    const auto judge_piece = [&](std::int64_t piece, int worker, const std::atomic<bool> &stopped) {
+      const auto begin = static_cast<vertex_number>(first + (piece - 1) * vertices_in_piece);
+      for (vertex_number v = begin; v <= std::min(last, begin + vertices_in_piece - 1) && !stopped; ++v)
+        judge(v, static_cast<std::size_t>(v - first), spaces[static_cast<std::size_t>(worker)], stopped);
+    };
+    if (!run_and_poll(n_pieces, threads, judge_piece, [&](std::int64_t) { return !frame.stop_requested_get(); }))
+      return false;
+    for (vertex_number v = first; v <= last; ++v)
+      report(v, static_cast<std::size_t>(v - first));
+    progress(last);
+  }
+  return true;
 }
 
 constexpr const char *overlaps_head = "k\ti1\tclone1\tn_bands\tn_overlaps\ti2\tclone2\tn_bands\tn_overlaps\t"
@@ -162,9 +162,9 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
   std::vector<std::vector<std::int32_t>> n_clusters(vertices_in_block);
   const std::string of_edges = " of " + std::to_string(net.number_of_edges_get()) + ", nQ=";
   const bool completed = for_all_vertices(
-      net, context_.settings.threads,
-      [&](vertex_number v, std::size_t place, net_workspace &workspace) {
-        clusters_of_edges(net, v, max_rank, workspace, n_clusters[place]);
+      frame, net, context_.settings.threads,
+      [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &stopped) {
+        clusters_of_edges(net, v, max_rank, space, stopped, n_clusters[place]);
       },
       [&](vertex_number v, std::size_t place) {
         const auto run = net.edges_of_vertex(v);
@@ -180,7 +180,6 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
       [&](vertex_number v) {
         frame.local_process_text_set(std::to_string(net.adress_of_first_edge_get(v + 1) - 1) + of_edges +
                                      std::to_string(n_Q));
-        return !frame.stop_requested_get();
       });
   if (completed && report)
     report->commit();
@@ -210,10 +209,10 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
   std::vector<clone_verdict> verdicts(vertices_in_block);
   const std::string of_all = " of " + std::to_string(net.number_of_vertices_get());
   const bool completed = for_all_vertices(
-      net, settings.threads,
-      [&](vertex_number v, std::size_t place, net_workspace &workspace) {
+      frame, net, settings.threads,
+      [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &) {
         net.vertex_net_characteristics(v, settings.QQ_use_additional_cutoff, settings.QQ_additional_cutoff,
-                                       verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, workspace);
+                                       verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, space.walk);
       },
       [&](vertex_number v, std::size_t place) {
         const bool is_Q = verdicts[place].n_clusters >= 2;
@@ -227,10 +226,7 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
         if (is_Q)
           q_report->line(std::to_string(n_Q) + "\t" + row);
       },
-      [&](vertex_number v) {
-        frame.local_process_text_set(std::to_string(v) + of_all);
-        return !frame.stop_requested_get();
-      });
+      [&](vertex_number v) { frame.local_process_text_set(std::to_string(v) + of_all); });
   if (completed && print) {
     test_report->commit();
     q_report->commit();
