@@ -6,6 +6,7 @@
 #include "commands/input_kind.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
+#include "database/band_statistics.h"
 #include "database/library_file.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -31,6 +32,8 @@ public:
     work_in(session_, options_.out);
     if (kind_of_input(options_.input) != input_kind::missing)
       record_.inputs_add(options_.input);
+    if (!options_.markers.empty())
+      record_.input_add(options_.markers);
     record_wishes();
     if (!settle_earlier_run())
       return exit_status::no_input_or_output;
@@ -141,8 +144,13 @@ private:
     if (loaded != exit_status::done)
       return loaded;
     const load_summary &found = session_.reader().summary();
-    if (!resumed)
+    if (!resumed) {
       DataBase_in_typical_file_print(file, session_.database());
+      // The reader's statistics count the exact copies that it dropped, those of a library file don't. From here on the
+      // library is what its file says, so that a resumed run and the stages one by one give the same results.
+      if (found.n_copies_dropped > 0)
+        make_band_statistics(session_.frame(), session_.database(), session_.usable_values());
+    }
     record_.stage_end();
     record_.output_set("library", file);
     record_library(session_, record_);

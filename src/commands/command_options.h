@@ -35,6 +35,7 @@ struct command_options {
   std::string metric = "Sulston_1988"; // name or index
   std::optional<double> cutoff;
   double burying = 0.9;
+  std::filesystem::path markers; // of clones
 
   // net
   std::filesystem::path text;
@@ -50,6 +51,13 @@ struct command_options {
   std::int32_t max_clones = 1200, min_size = 6, max_width = 1, steps = 6;
   double step = 3;
   bool no_ordering = false, no_pair_tables = false, no_drawings = false;
+
+  // order of the clones
+  double ordering_seconds = 2;     // of each search
+  std::int64_t ordering_steps = 0; // above 0: in place of the seconds
+  std::int32_t jackknife = 0;      // runs
+  double jackknife_alpha = 0.05;   // chance of leaving a band out
+
   bool resume = false;
 
   // every command

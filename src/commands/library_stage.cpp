@@ -117,6 +117,28 @@ static bool read_input(orb_session &session, const command_options &options, inp
   return loaded;
 }
 
+static std::int64_t clones_with_markers(const class_DB_of_clones &database) {
+  std::int64_t n = 0;
+  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone)
+    n += database.markers().n_markers_in_clone_get(clone) > 0 ? 1 : 0;
+  return n;
+}
+
+// The markers that the options name, over the clones just loaded.
+static exit_status load_markers(orb_session &session, const command_options &options, const command_streams &streams) {
+  if (options.markers.empty())
+    return exit_status::done;
+  marker_file_form form{};
+  marker_read_summary summary;
+  class_markers &markers = session.database().markers();
+  if (!markers.read_markers_of_any_text_form(session.frame(), session.database(), options.markers, form, &summary))
+    return session.frame().was_stopped() ? exit_status::stopped : exit_status::run_failed;
+  session.settings().markers_in_clones = true;
+  streams.people(fmt::format("Markers: {} on {} clones.", number_text_thousands(markers.total_number_of_markers_get()),
+                             number_text_thousands(clones_with_markers(session.database()))));
+  return exit_status::done;
+}
+
 exit_status load_library(orb_session &session, const command_options &options, const command_streams &streams) {
   const input_kind kind = kind_of_input(options.input);
   project_settings &settings = session.settings();
@@ -134,7 +156,7 @@ exit_status load_library(orb_session &session, const command_options &options, c
     if (n > options.capacity)
       streams.people(fmt::format("The library has more clones than the capacity of {}, which was raised to {}.",
                                  options.capacity, n));
-    return exit_status::done;
+    return load_markers(session, options, streams);
   }
   const bool nothing_there =
       kind == input_kind::missing || (fs::is_directory(options.input) && sizes_files_of_folder(options.input).empty());
@@ -174,8 +196,8 @@ void apply_metric(orb_session &session, const command_options &options) {
     throw usage_error("--metric: no metric \"" + options.metric + "\"; known are " + names);
   }
   const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
-  const std::string useless = class_clone_dist_general::why_only_zero(
-      index, session.context().table.is_loaded(), session.database().markers().total_number_of_markers_get() > 0);
+  const std::string useless =
+      class_clone_dist_general::why_only_zero(index, session.context().table.is_loaded(), !options.markers.empty());
   if (!useless.empty())
     throw usage_error("--metric " + name + ": " + useless);
   const double standard = class_clone_dist_general::standard_cutoff(index);

@@ -154,12 +154,39 @@ void record_contig_options(const command_options &options, run_record &record) {
   record.parameter_set("max_width", options.max_width);
   record.parameter_set("step", options.step);
   record.parameter_set("steps", options.steps);
+  record.parameter_set("ordering", !options.no_ordering);
+  record.parameter_set("pair_tables", !options.no_pair_tables);
+  if (options.no_ordering)
+    return;
+  if (options.ordering_steps > 0)
+    record.parameter_set("ordering_steps", options.ordering_steps);
+  else
+    record.parameter_set("ordering_seconds", options.ordering_seconds);
+  record.parameter_set("jackknife", options.jackknife);
+  record.parameter_set("jackknife_alpha", options.jackknife_alpha);
+}
+
+// What is written of each contig. The question that each table of pairs would ask is asked once a run.
+static contig_files files_of_contigs(orb_session &session, const command_options &options) {
+  contig_files files;
+  files.pair_tables = !options.no_pair_tables;
+  files.ordering.seconds = options.ordering_seconds;
+  files.ordering.steps = options.ordering_steps;
+  files.ordering.t_JK_N = options.jackknife;
+  files.ordering.t_JK_alpha = options.jackknife_alpha;
+  if (!files.pair_tables)
+    return files;
+  question asked;
+  asked.text = "From the net only?";
+  asked.by_default = asked.to_go_on = answer::no;
+  files.pairs = session.frame().yes(asked) ? pairs_of_table::from_net_only : pairs_of_table::all;
+  return files;
 }
 
 exit_status make_contigs(orb_session &session, const command_options &options, run_record &record,
                          const command_streams &streams) {
   record.stage_start("contigs");
-  class_contig_adapt_clust clust(session.signif());
+  class_contig_adapt_clust clust(session.signif(), files_of_contigs(session, options));
   clust.main_parameters_set(options.max_clones, options.min_size, options.max_width, options.step, options.steps, false,
                             2, 3);
   clust.detail_control_set(!options.no_ordering);

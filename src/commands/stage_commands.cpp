@@ -29,6 +29,8 @@ static exit_status library_for_stage(orb_session &session, const command_options
     return loaded;
   record.stage_end();
   record.inputs_add(options.input);
+  if (!options.markers.empty())
+    record.input_add(options.markers);
   record_library(session, record);
   say_what_was_loaded(session, streams);
   return exit_status::done;

@@ -15,8 +15,8 @@ constexpr std::int32_t stride_of_parts = 500;        // parts entered between tw
 
 } // namespace
 
-class_contig_adapt_clust::class_contig_adapt_clust(class_clone_net_signif &signif, contig_stages stages)
-    : signif_(&signif), stages_(std::move(stages)) {}
+class_contig_adapt_clust::class_contig_adapt_clust(class_clone_net_signif &signif, const contig_files &files)
+    : signif_(&signif), files_(files) {}
 
 void class_contig_adapt_clust::main_parameters_set(std::int32_t n_clones_max, std::int32_t minimal_cluster_size,
                                                    std::int32_t width_max, double step_cutoff, std::int32_t n_steps,
@@ -153,6 +153,7 @@ void class_contig_adapt_clust::adaptive_clustering_loop(work_list &work, run_rep
     if (shown)
       frame.control_text_set(std::to_string(i));
   }
+  report_tested_clusters(reports);
 }
 
 // A connected cluster that failed comes back whole, one level up; one that fell apart leaves its parts, connected at
@@ -240,6 +241,7 @@ void class_contig_adapt_clust::given_clusters_loop(const std::vector<std::string
     if (shown)
       frame.control_text_set(std::to_string(i) + " contigs done.");
   }
+  report_tested_clusters(reports);
 }
 
 void class_contig_adapt_clust::note_result(const cluster_test &test, const class_FPCto_import &registry) {

@@ -34,14 +34,11 @@ struct adapt_clust_result {
   bool completed = false;
 };
 
-// Stages of other subsystems that join a run once they are there; an empty one is passed over.
-struct contig_stages {
-  std::function<void(class_contig_analysis &)> print_all_dist; // pair table of a small cluster
-  std::function<void(class_contig_analysis &)> print_markers;  // marker reports
-  std::function<void(class_contig_analysis &)> print_clones_indicateMTP_coordinates_and_markers;
-  std::function<void(class_contig_analysis &)> print_files_with_net_Pajek;       // drawings at both cutoffs
-  std::function<void(class_contig_analysis &)> print_consecuent_dist;            // tables along tiling path and list
-  std::function<void(class_contig_analysis &)> detail_control_of_clone_ordering; // ordering by jackknife
+// What a run writes of a contig besides its lists and reports, and how.
+struct contig_files {
+  bool pair_tables = true;                    // of all pairs and of consecutive clones
+  pairs_of_table pairs = pairs_of_table::all; // of the tables of all pairs
+  ordering_options ordering;
 };
 
 // One entry of the work list on its way through a test.
@@ -60,12 +57,12 @@ struct cluster_test {
   double cutoff = 0;
   std::int32_t diam = -1, width = -1, n_far = -1; // -1: not analysed
   std::int32_t n_gaps = 0;
-  std::unique_ptr<class_contig_analysis> contig;
+  std::shared_ptr<class_contig_analysis> contig;
 };
 
 class class_contig_adapt_clust {
 public:
-  class_contig_adapt_clust(class_clone_net_signif &signif, contig_stages stages = {});
+  class_contig_adapt_clust(class_clone_net_signif &signif, const contig_files &files = {});
 
   void main_parameters_set(std::int32_t n_clones_max, std::int32_t minimal_cluster_size, std::int32_t width_max,
                            double step_cutoff, std::int32_t n_steps, bool excluding_branching,
@@ -89,9 +86,13 @@ public:
   // The same for given names (from 1, element 0 unused); a name that isn't in the registry is passed over.
   void process_clusters_without_adaptive_clustering(const std::vector<std::string> &names, std::int32_t n,
                                                     class_DB_of_clones &database);
-  // One cluster through the decision table of the method, with its files and its rows in the reports. A stop request
-  // ends it early, and then nothing of it is in the reports.
+  // One cluster through the decision table of the method, with its files. Its rows in the reports and the order of its
+  // clones follow with report_tested_clusters: contigs are ordered side by side. A stop request ends it early, and then
+  // nothing of it will be in the reports.
   void test_cluster(cluster_test &test, run_reports &reports, class_DB_of_clones &database);
+  // Orders the contigs tested since it ran last, and brings the rows of all of them into the reports. What a stop
+  // request leaves without an order isn't reported.
+  void report_tested_clusters(run_reports &reports);
   const adapt_clust_result &result() const { return result_; }
 
 private:
@@ -104,6 +105,13 @@ private:
     void add(std::string name, std::string name_long, std::int32_t level_of_it, bool connected);
   };
 
+  // A cluster whose rows wait for the order of its clones, or for those of clusters before it.
+  struct tested_cluster {
+    cluster_row row;
+    std::shared_ptr<class_contig_analysis> contig;
+    double cutoff = 0;
+    bool analysed = false, to_be_ordered = false;
+  };
   bool stopped() const { return signif_->context().frame.stop_requested_get(); }
   void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
                     const std::function<void(run_reports &)> &work);
@@ -120,14 +128,18 @@ private:
   void analyse_contig_and_decide(cluster_test &test);
   void print_cluster_files(cluster_test &test, const run_reports &reports, class_FPCto_import &registry);
   void print_contig_files(std::int32_t n_clones, class_contig_analysis &contig);
-  void order_and_count_gaps(cluster_test &test);
+  bool is_to_be_ordered(const cluster_test &test) const;
+  bool order_tested_clusters();
+  void count_gaps_of_order(tested_cluster &tested);
   cluster_row row_of_test(const cluster_test &test) const;
-  void print_contig_into_common_files(const cluster_test &test, const std::string &row, run_reports &reports);
+  void print_contig_into_common_files(const tested_cluster &tested, const std::string &row, run_reports &reports);
   void note_result(const cluster_test &test, const class_FPCto_import &registry);
   void print_library_reports(const run_reports &reports, class_DB_of_clones &database);
 
   class_clone_net_signif *signif_;
-  contig_stages stages_;
+  contig_files files_;
+  std::vector<tested_cluster> tested_;
+  std::int32_t n_to_be_ordered_ = 0; // of these
   std::int32_t n_clones_max_ = 1200, minimal_cluster_size_ = 6, width_max_ = 1;
   double step_cutoff_ = 3;
   std::int32_t n_steps_ = 6;

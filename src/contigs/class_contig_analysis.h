@@ -13,6 +13,7 @@
 #include "frame/files.h"
 #include "net/class_clone_net_signif.h"
 #include "net/class_list_of_clones.h"
+#include "ordering/class_clone_ord_and_verif.h"
 
 namespace orb {
 
@@ -56,10 +57,10 @@ public:
   std::int32_t net_n_far_get() const { return list_of_clones_far_.count(); }
   std::int32_t net_n_far_NewCutoff_get() const { return list_of_clones_far_NewCutoff_.count(); }
   std::int32_t n_gaps_Sulston_get() const; // 0 while no ordering was made
-  // Weak steps by metric index (from 0) along the cluster's list and along its order without buried clones: filled by
-  // the stages that compare consecutive clones; empty while they don't run.
-  void gaps_initial_set(std::vector<std::int32_t> gaps) { gaps_initial_ = std::move(gaps); }
-  void gaps_NoBuriedORB_set(std::vector<std::int32_t> gaps) { gaps_NoBuriedORB_ = std::move(gaps); }
+  // Weak steps by metric index (from 0) along the cluster's list and along its order without buried clones; empty while
+  // the operations that compare consecutive clones didn't run.
+  const std::vector<std::int32_t> &gaps_initial() const { return gaps_initial_; }
+  const std::vector<std::int32_t> &gaps_NoBuriedORB() const { return gaps_NoBuriedORB_; }
   double cutoff_new_get() const { return cutoff_new_; }
   bool clone_coor_known_get() const { return clone_coor_known_; }
   // Of a clone of this cluster, in bands; 0 for any other clone.
@@ -82,11 +83,32 @@ public:
   void print_list_of_clones_unoverlapped_with_diam_path(const std::filesystem::path &file = {});
   void print_list_of_clones_unoverlapped_with_diam_path_NewCutoff(const std::filesystem::path &file = {});
   void print_list_of_clones_with_coordinates(const std::filesystem::path &file = {});
+  // Tables over pairs and over consecutive clones; see class_list_of_clones. Without `print_to_file` the gaps are
+  // counted and no file is written.
+  void print_all_dist(pairs_of_table pairs, const std::filesystem::path &file = {});
+  void print_consecuent_dist_MTP(bool print_to_file, const std::filesystem::path &file = {});
+  void print_consecuent_dist_initial_list_of_clones(bool print_to_file, const std::filesystem::path &file = {});
+  void print_consecuent_dist_NoBuriedInit(bool print_to_file, const std::filesystem::path &file = {});
+  void print_consecuent_dist_NoBuriedORB(bool print_to_file, const std::filesystem::path &file = {});
+  // Which clone bears which marker, and the same with coordinates and places in the tiling path.
+  void print_markers(const std::filesystem::path &file = {});
+  void print_clones_indicateMTP_coordinates_and_markers(const std::filesystem::path &file = {});
+
+  // --- order of the clones, verified by a jackknife on bands ---
+  // All at once. False when the user stopped: there is no order then.
+  bool detail_control_of_clone_ordering(const ordering_options &options, std::uint64_t number);
+  // The same in two steps, so that contigs can be ordered side by side: what is to be computed, at the project's
+  // current cutoff, and what is done with the result. `number`: of the contig, for its generators.
+  ordering_task detail_control_task(std::uint64_t number) const;
+  void detail_control_done(const ordering_work &work);
+  const number_list &list_NoBuriedInit() const { return list_NoBuriedInit_; }
+  const number_list &list_NoBuriedORB() const { return list_NoBuriedORB_; }
+
   // Appends this cluster's tiling path to the two files of a run; a null file is skipped.
   void print_list_of_clones_MTP_update_files_with_all_MTPs(growing_file *file_names, growing_file *file_details);
   static std::string header_of_MTP_details();
   // Name, number of clones, gaps, radius, diam, width, gaps after ordering, long name. Which gaps stand there goes by
-  // the metric index: 2 and 6 for metrics 0 to 2, 4 for metric 3, none for the others.
+  // the family of the pair tables: metrics 2 and 6 for the families 0 to 2, 4 for family 3, none for others.
   std::string report_line_get() const;
 
 private:
@@ -100,6 +122,9 @@ private:
   void positions_of_MTP(number_list &positions) const;
   void gap_fields(const std::vector<std::int32_t> &gaps, std::string &line) const;
   std::filesystem::path report_path(const std::filesystem::path &file, const std::string &start) const;
+  void print_consecutive(const number_list &list, const std::string &start, const std::filesystem::path &file,
+                         bool print_to_file, std::vector<std::int32_t> &gaps) const;
+  number_list markers_by_coordinates() const;
   void print_list(const number_list &list, const std::filesystem::path &file) const;
   void print_details_of_MTP(growing_file &file) const;
 
@@ -118,8 +143,10 @@ private:
   number_list list_of_clones_far_NewCutoff_;
   std::vector<std::int32_t> coor_left_, coor_right_; // by position in list_of_clones, element 0 unused
   bool clone_coor_known_ = false;
-  std::vector<std::int32_t> gaps_initial_, gaps_NoBuriedORB_;
-  std::vector<std::int32_t> positions_by_clone_; // positions in the order of their clones; empty: the list ascends
+  std::vector<std::int32_t> gaps_MTP_, gaps_initial_, gaps_NoBuriedInit_, gaps_NoBuriedORB_; // by metric index, from 0
+  number_list order_init_, order_ORB_;               // places among the clones that aren't buried
+  number_list list_NoBuriedInit_, list_NoBuriedORB_; // clones that aren't buried, in list order and in that order
+  std::vector<std::int32_t> positions_by_clone_;     // positions in the order of their clones; empty: the list ascends
 };
 
 } // namespace orb

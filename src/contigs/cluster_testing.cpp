@@ -12,10 +12,9 @@ namespace {
 
 constexpr std::int32_t n_clones_for_status = 50;    // larger clusters are announced
 constexpr std::int32_t n_clones_for_all_dist = 200; // larger clusters get no pair table
-constexpr std::int32_t n_clones_for_ordering = 300; // larger ones are ordered only when narrow
-constexpr std::int32_t width_for_ordering = 3;      // narrow: below this width
 constexpr std::int32_t n_clones_for_contig_files = 3;
-constexpr std::int32_t n_far_accepted = 5; // clones off the path with which the cutoff needn't rise
+constexpr std::int32_t contigs_ordered_together = 64; // few enough for their files to come while the run goes on
+constexpr std::int32_t n_far_accepted = 5;            // clones off the path with which the cutoff needn't rise
 constexpr double step_for_MTP = 1.0;
 constexpr std::int32_t n_clones_for_question = 500; // contigs that are worth a question
 
@@ -56,15 +55,16 @@ void class_contig_adapt_clust::test_cluster(cluster_test &test, run_reports &rep
     return;
   }
   print_cluster_files(test, reports, registry);
-  const std::string row = cluster_row_text(row_of_test(test));
-  reports.clusters.line(row);
-  if (test.analysed)
-    print_contig_into_common_files(test, row, reports);
-  reports.flush();
+  if (stopped())
+    return;
+  tested_.push_back({row_of_test(test), test.contig, context.settings.cutoff, test.analysed, is_to_be_ordered(test)});
+  n_to_be_ordered_ += tested_.back().to_be_ordered ? 1 : 0;
+  if (n_to_be_ordered_ == 0 || n_to_be_ordered_ >= contigs_ordered_together)
+    report_tested_clusters(reports);
 }
 
 void class_contig_adapt_clust::make_contig_for_cluster(cluster_test &test, const class_FPCto_import &registry) {
-  test.contig = std::make_unique<class_contig_analysis>(*signif_);
+  test.contig = std::make_shared<class_contig_analysis>(*signif_);
   class_contig_analysis &contig = *test.contig;
   contig.cluster_name_set(test.name);
   contig.cluster_name_long_set(test.name_long);
@@ -99,7 +99,7 @@ void class_contig_adapt_clust::keep_largest_subcluster(cluster_test &test) {
   if (kept.count() < all.count())
     print_clones_not_in(all, kept, test.name);
   test.name_long += "_only_" + std::to_string(kept.count()) + "_of_" + std::to_string(all.count()) + "_not_all_linked";
-  test.contig = std::make_unique<class_contig_analysis>(*signif_);
+  test.contig = std::make_shared<class_contig_analysis>(*signif_);
   test.contig->cluster_name_set(test.name);
   test.contig->cluster_name_long_set(test.name_long);
   test.contig->list_of_clones_set(kept, kept.count());
@@ -190,12 +190,11 @@ void class_contig_adapt_clust::print_cluster_files(cluster_test &test, const run
   const bool is_heap = test.n_clones < minimal_cluster_size_;
   contig.dir_name_to_output_set(is_heap ? reports.folder_heaps : reports.folder_contigs, !is_heap);
   contig.print_clones_of_cluster();
-  if (stages_.print_markers)
-    stages_.print_markers(contig);
+  contig.print_markers();
   if (test.too_large)
     return;
-  if (print_all_dist_on_ && test.n_clones <= n_clones_for_all_dist && stages_.print_all_dist)
-    stages_.print_all_dist(contig);
+  if (print_all_dist_on_ && files_.pair_tables && test.n_clones <= n_clones_for_all_dist)
+    contig.print_all_dist(files_.pairs);
   if (!test.is_connected)
     return;
   print_contig_files(test.n_clones, contig);
@@ -204,33 +203,20 @@ void class_contig_adapt_clust::print_cluster_files(cluster_test &test, const run
                                             contig.coor_right_of_list());
     registry.make_min_and_max_coor_for_cluster(test.id);
   }
-  order_and_count_gaps(test);
 }
 
 void class_contig_adapt_clust::print_contig_files(std::int32_t n_clones, class_contig_analysis &contig) {
-  if (stages_.print_clones_indicateMTP_coordinates_and_markers)
-    stages_.print_clones_indicateMTP_coordinates_and_markers(contig);
+  contig.print_clones_indicateMTP_coordinates_and_markers();
   if (n_clones < n_clones_for_contig_files)
     return;
-  if (stages_.print_files_with_net_Pajek)
-    stages_.print_files_with_net_Pajek(contig);
   contig.print_list_of_clones_MTP();
   contig.print_list_of_clones_unoverlapped_with_diam_path();
   contig.print_list_of_clones_unoverlapped_with_diam_path_NewCutoff();
+  if (files_.pair_tables)
+    contig.print_consecuent_dist_MTP(true);
   contig.print_list_of_clones_with_coordinates();
-  if (stages_.print_consecuent_dist)
-    stages_.print_consecuent_dist(contig);
-}
-
-void class_contig_adapt_clust::order_and_count_gaps(cluster_test &test) {
-  if (!detail_control_ || !stages_.detail_control_of_clone_ordering)
-    return;
-  if (test.n_clones < n_clones_for_contig_files)
-    return;
-  if (test.n_clones > n_clones_for_ordering && test.width >= width_for_ordering)
-    return;
-  stages_.detail_control_of_clone_ordering(*test.contig);
-  test.n_gaps = test.contig->n_gaps_Sulston_get();
+  if (files_.pair_tables)
+    contig.print_consecuent_dist_initial_list_of_clones(true);
 }
 
 cluster_row class_contig_adapt_clust::row_of_test(const cluster_test &test) const {
@@ -247,17 +233,6 @@ cluster_row class_contig_adapt_clust::row_of_test(const cluster_test &test) cons
   row.remark = !test.is_connected ? remark_not_connected : test.too_large ? remark_too_large : "";
   row.full_name = test.name_long;
   return row;
-}
-
-void class_contig_adapt_clust::print_contig_into_common_files(const cluster_test &test, const std::string &row,
-                                                              run_reports &reports) {
-  reports.contigs.line(row);
-  test.contig->print_list_of_clones_MTP_update_files_with_all_MTPs(&reports.clones_in_MTP,
-                                                                   &reports.clones_in_MTP_details);
-  number_list important;
-  test.contig->list_of_clones_important_get(important, true);
-  for (const clone_number clone : important.members())
-    reports.clones_in_MTP_and_bridges.line(signif_->context().database.name_of_clone_get(clone));
 }
 
 } // namespace orb

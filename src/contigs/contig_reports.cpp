@@ -102,11 +102,12 @@ void class_contig_analysis::print_details_of_MTP(growing_file &file) const {
 
 void class_contig_analysis::gap_fields(const std::vector<std::int32_t> &gaps, std::string &line) const {
   const auto add = [&](std::size_t metric) { line += std::to_string(metric < gaps.size() ? gaps[metric] : 0) + '\t'; };
-  const std::int16_t metric = signif_->context().settings.distance_index;
-  if (metric >= 0 && metric <= 2) {
+  // The family of metrics is that of the pair tables: 3 shows the Sulston score, those below it the tables' scores.
+  const std::int16_t family = signif_->context().settings.table_format_column_subset;
+  if (family >= 0 && family <= 2) {
     add(2);
     add(6);
-  } else if (metric == 3) {
+  } else if (family == 3) {
     add(4);
   }
 }

@@ -16,8 +16,11 @@ void class_markers::list_of_markers_in_clone_get(clone_number clone, number_list
 
 number_list class_markers::list_of_clones_of_marker_get(std::int32_t marker) const {
   number_list clones;
-  for (const std::int32_t place : clones_of_marker_.set_get(marker))
-    clones.add(clones_with_markers_.member_of_list_antiadres_get(place));
+  for (const std::int32_t place : clones_of_marker_.set_get(marker)) {
+    const clone_number clone = clones_with_markers_.member_of_list_antiadres_get(place);
+    if (clones_with_markers_.element_adress_in_list_get(clone) == place)
+      clones.add(clone);
+  }
   return clones;
 }
 
@@ -59,9 +62,13 @@ void class_markers::add_clone_with_markers_new(process_frame &frame, clone_numbe
     marker_number_for_given_marker_name(names[static_cast<std::size_t>(i)], marker, true, new_name);
     is_new[static_cast<std::size_t>(i)] = new_name;
     numbers.add(marker);
-    clones_of_marker_.add_to_temp_list_of_elements_for_set(frame, marker, place);
   }
-  markers_of_clone_.add_set(numbers);
+  std::vector<std::int32_t> set(numbers.members().begin(), numbers.members().end());
+  std::sort(set.begin(), set.end());
+  set.erase(std::unique(set.begin(), set.end()), set.end()); // a name may stand twice on a line
+  for (const std::int32_t marker : set)
+    clones_of_marker_.add_to_temp_list_of_elements_for_set(frame, marker, place);
+  markers_of_clone_.add_set(set);
 }
 
 void class_markers::finish_of_adding() {
@@ -103,14 +110,19 @@ void class_markers::create_list_of_markers_for_list_of_clones(const number_list 
 void class_markers::create_marker_presence_for_clone_and_list_of_markers(process_frame &frame, clone_number clone,
                                                                          const number_list &markers,
                                                                          std::vector<bool> &present) const {
-  position_table place;
-  place.start(total_number_of_markers_get());
+  position_table place_of_marker;
+  place_of_marker.start(total_number_of_markers_get());
   for (std::int32_t i = markers.count(); i >= 1; --i)
-    place.set(markers(i), i);
+    place_of_marker.set(markers(i), i);
+  marker_presence(frame, clone, markers, place_of_marker, present);
+}
+
+void class_markers::marker_presence(process_frame &frame, clone_number clone, const number_list &markers,
+                                    const position_table &place_of_marker, std::vector<bool> &present) const {
   present.assign(static_cast<std::size_t>(markers.count()) + 1, false);
   for (const std::int32_t marker : markers_of_clone(clone)) {
-    if (place.has(marker))
-      present[static_cast<std::size_t>(place.get(marker))] = true;
+    if (place_of_marker.has(marker))
+      present[static_cast<std::size_t>(place_of_marker.get(marker))] = true;
     else
       frame.message("Marker " + name_of_marker_get(marker) + " of clone " + std::to_string(clone) +
                     " is not in list_of_markers()");
@@ -125,10 +137,14 @@ void class_markers::print_marker_presence_for_list_of_clones(process_frame &fram
     file = frame.path_in_working_folder("\\Consec_markers_" + caption + ".txt");
   number_list markers;
   create_list_of_markers_for_list_of_clones(list, n, markers);
+  position_table place_of_marker;
+  place_of_marker.start(total_number_of_markers_get());
+  for (std::int32_t k = 1; k <= markers.count(); ++k)
+    place_of_marker.set(markers(k), k);
   result_file table(file);
   std::vector<bool> present;
   for (std::int32_t i = 1; i <= n; ++i) {
-    create_marker_presence_for_clone_and_list_of_markers(frame, list(i), markers, present);
+    marker_presence(frame, list(i), markers, place_of_marker, present);
     std::string row = database.name_of_clone_get(list(i));
     for (std::int32_t k = 1; k <= markers.count(); ++k) {
       row += '\t';

@@ -10,8 +10,8 @@ namespace orb {
 
 namespace {
 
-// With so many rows a block takes 400 kB: it stays in the second-level cache while clones are scanned.
-constexpr double most_bins = 6000;
+// With so many rows a block takes 320 kB: it stays in the second-level cache while clones are scanned.
+constexpr double most_bins = 5000;
 constexpr band_value most_cells = 1 << 20;
 constexpr std::uint32_t most_kinds = 65535;
 
@@ -91,28 +91,39 @@ void pair_candidates::choose_bins() {
   lowest_band_ = lowest;
   highest_band_ = highest;
   cell_width_ = (highest - lowest) / most_cells + 1;
-  std::vector<double> n_bands(static_cast<std::size_t>((highest - lowest) / cell_width_) + 1, 0);
-  double n_all = 0;
+  std::vector<std::uint32_t> n_bands(static_cast<std::size_t>((highest - lowest) / cell_width_) + 1, 0);
   for (const clone_number clone : clone_)
-    for (const band_value band : kernel_.bands_compared(clone)) {
+    for (const band_value band : kernel_.bands_compared(clone))
       ++n_bands[static_cast<std::size_t>((band - lowest) / cell_width_)];
-      ++n_all;
-    }
-  // A bin gets the same share of the axis and of the bands: narrow where they crowd, since there a bin that is wider
-  // than the tolerance finds much that doesn't match.
-  row_of_cell_.reserve(n_bands.size());
-  const double n_cells = static_cast<double>(n_bands.size()), n_bins = std::min(n_cells, most_bins);
-  double cells = 0, bands = 0;
-  std::size_t share_row = 0;
-  for (const double n : n_bands) {
-    const double share = (cells / n_cells + (n_all > 0 ? bands / n_all : 0)) / 2;
-    const auto row = static_cast<std::size_t>(share * n_bins) + 1;
-    // no row stays unused, so that as many cells as there may be bins have one each
-    n_rows_ = row_of_cell_.empty() ? 2 : n_rows_ + (n_cells <= most_bins || row > share_row ? 1 : 0);
-    share_row = row;
-    row_of_cell_.push_back(static_cast<std::uint16_t>(n_rows_ - 1));
-    cells += 1;
-    bands += n;
+  unite_cells_to_bins(n_bands);
+}
+
+// A bin gets the same share of the axis and of the bands: narrow where they crowd, since there a bin that is wider than
+// the tolerance finds much that doesn't match.
+void pair_candidates::unite_cells_to_bins(const std::vector<std::uint32_t> &n_bands_in_cell) {
+  const std::size_t n_cells = n_bands_in_cell.size();
+  const double n_bins = std::min(static_cast<double>(n_cells), most_bins);
+  const bool one_cell_each = static_cast<double>(n_cells) <= most_bins;
+  double n_all = 0, n_before = 0;
+  for (const std::uint32_t n : n_bands_in_cell)
+    n_all += n;
+  rows_of_cell_.resize(n_cells);
+  n_rows_ = 1;
+  std::size_t bin_before = 0;
+  for (std::size_t cell = 0; cell < n_cells; ++cell) {
+    const double share =
+        (static_cast<double>(cell) / static_cast<double>(n_cells) + (n_all > 0 ? n_before / n_all : 0)) / 2;
+    const auto bin = static_cast<std::size_t>(share * n_bins);
+    if (cell == 0 || one_cell_each || bin > bin_before)
+      ++n_rows_;
+    bin_before = bin;
+    n_before += n_bands_in_cell[cell];
+    rows_of_cell_[cell].own = static_cast<std::uint16_t>(n_rows_ - 1);
+  }
+  const auto reach = static_cast<std::size_t>((std::max(kernel_.tolerance(), 0) + cell_width_ - 1) / cell_width_);
+  for (std::size_t cell = 0; cell < n_cells; ++cell) {
+    rows_of_cell_[cell].first = rows_of_cell_[cell - std::min(cell, reach)].own;
+    rows_of_cell_[cell].last = rows_of_cell_[std::min(cell + reach, n_cells - 1)].own;
   }
 }
 
@@ -130,23 +141,37 @@ void pair_candidates::list_rows(int threads) {
                   for (auto place = static_cast<std::size_t>(first); place <= static_cast<std::size_t>(last); ++place) {
                     std::uint16_t *row = word_of_band_.data() + first_row_[place];
                     for (const band_value band : kernel_.bands_compared(clone_[place]))
-                      *row++ = static_cast<std::uint16_t>(words_of_row * row_of(band));
+                      *row++ = static_cast<std::uint16_t>(words_of_row * rows_of(band).own);
                   }
                 },
                 {});
+}
+
+// Flips a partner's bit where its stretches begin and behind where they end; stretches that touch are one. Running down
+// the rows, each then takes over from the one before what wasn't flipped.
+void pair_candidates::mark_stretches(std::span<const band_value> bands, std::int32_t partner, block &made) const {
+  const auto word = static_cast<std::size_t>(partner) / 64;
+  const std::uint64_t bit = std::uint64_t{1} << partner % 64;
+  for (std::size_t i = 0; i < bands.size();) {
+    const std::size_t first = rows_of(bands[i]).first;
+    std::size_t last = rows_of(bands[i]).last;
+    for (++i; i < bands.size() && rows_of(bands[i]).first <= last + 1; ++i)
+      last = rows_of(bands[i]).last;
+    made.rows_[first].words[word] ^= bit;
+    if (last + 1 < n_rows_)
+      made.rows_[last + 1].words[word] ^= bit;
+  }
 }
 
 void pair_candidates::make_block(std::int32_t first, std::int32_t last, block &made) const {
   made.first = first;
   made.last = std::min(last, first + partners_of_block - 1);
   made.rows_.assign(n_rows_, {});
-  const std::int32_t t = std::max(kernel_.tolerance(), 0);
-  for (std::int32_t place = made.first; place <= made.last; ++place) {
-    const auto bit = static_cast<std::uint32_t>(place - made.first);
-    for (const band_value band : kernel_.bands_compared(clone_[static_cast<std::size_t>(place)]))
-      for (std::size_t row = row_of(band - t), last_row = row_of(band + t); row <= last_row; ++row)
-        made.rows_[row].words[bit / 64] |= std::uint64_t{1} << bit % 64;
-  }
+  for (std::int32_t place = made.first; place <= made.last; ++place)
+    mark_stretches(kernel_.bands_compared(clone_[static_cast<std::size_t>(place)]), place - made.first, made);
+  for (std::size_t row = 1; row < n_rows_; ++row)
+    for (int w = 0; w < words_of_row; ++w)
+      made.rows_[row].words[w] ^= made.rows_[row - 1].words[w];
   std::vector<std::size_t> sizes; // of the partners, as places in sizes_
   for (std::int32_t place = made.first; place <= made.last; ++place) {
     const std::int32_t size = kinds_[kind_of_place_[static_cast<std::size_t>(place)]].size;

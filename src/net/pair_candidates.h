@@ -59,12 +59,16 @@ private:
     std::int32_t n_bands, size;
     auto operator<=>(const kind &) const = default;
   };
-  // The row of the bin in which a place of the axis lies; bins are cells or several of them, so rows ascend with
-  // places.
-  std::size_t row_of(band_value place) const {
-    const auto cell = (std::clamp(place, lowest_band_, highest_band_) - lowest_band_) / cell_width_;
-    return row_of_cell_[static_cast<std::size_t>(cell)];
+  // Rows of bins: of the one in which a cell of the axis lies, and of the first and last that the stretch around a band
+  // of the cell reaches. Bins are cells or several of them, so rows ascend along the axis.
+  struct rows_of_cell {
+    std::uint16_t own = 0, first = 0, last = 0;
+  };
+  const rows_of_cell &rows_of(band_value band) const {
+    return rows_of_cell_[static_cast<std::size_t>((band - lowest_band_) / cell_width_)];
   }
+  void unite_cells_to_bins(const std::vector<std::uint32_t> &n_bands_in_cell);
+  void mark_stretches(std::span<const band_value> bands, std::int32_t partner, block &made) const;
   void order_places(const pair_elements &elements, std::span<const std::int32_t> first_of_chunk);
   void choose_bins();
   void list_rows(int threads);
@@ -83,7 +87,7 @@ private:
   std::vector<std::int32_t> least_of_sizes_; // for each pair of places in sizes_
   band_value lowest_band_ = 0, highest_band_ = 0;
   std::int32_t cell_width_ = 1;
-  std::vector<std::uint16_t> row_of_cell_;
+  std::vector<rows_of_cell> rows_of_cell_;
   std::size_t n_rows_ = 1;                  // row 0 is empty
   std::vector<std::uint16_t> word_of_band_; // where the rows of all places' bands begin, padded with row 0
   std::vector<std::uint32_t> first_row_;

@@ -175,7 +175,7 @@ void class_clone_ord_and_verif::prepare(const ordering_task &task, ordering_work
   work = {};
   work.task = task;
   work.distance_index = context_->settings.distance_index;
-  work.cutoff = context_->settings.cutoff;
+  work.cutoff = task.cutoff.value_or(context_->settings.cutoff);
   work.runs.resize(place(std::max(options_.t_JK_N, 0)) + 1);
   ordering_run &first = work.runs.front();
   process_frame own_frame(log_keeper(first.log));
@@ -353,7 +353,7 @@ bool class_clone_ord_and_verif::run_JK_on_bands_new(const number_list &list, std
   file_order.clear();
   clone_is_not_excluded.clear();
   order.clear();
-  const ordering_task task{number_list(list.members().first(place(n))), absorb, name, flag, folder, number};
+  const ordering_task task{number_list(list.members().first(place(n))), absorb, name, flag, folder, number, {}};
   std::vector<ordering_work> works;
   if (!compute_all(std::span(&task, 1), works))
     return false;

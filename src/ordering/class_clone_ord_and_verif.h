@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -41,6 +42,7 @@ struct ordering_task {
   bool flag = true;             // write "Input.dis" and its copies; off: consensus table and solution file instead
   std::filesystem::path folder; // of the files; empty: the working folder
   std::uint64_t number = 0;     // of the contig: its generators are streams of it
+  std::optional<double> cutoff; // unset: the project's when the computation starts
 };
 
 // One search: run 0 on all bands, the others on what the jackknife left.

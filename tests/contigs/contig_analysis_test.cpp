@@ -120,24 +120,36 @@ TEST(contig_analysis, single_linkage_and_one_cluster) {
   EXPECT_EQ(contig.clustering().number_of_clusters_get(), 1);
 }
 
-TEST(contig_analysis, report_line_has_the_gap_fields_of_its_metric) {
-  const library_data data = windows({{1, 20}, {11, 30}, {21, 40}});
+TEST(contig_analysis, report_line_has_the_gap_fields_of_its_family) {
+  // The list jumps from one end to the other and back: its first steps are weak, those of the order aren't.
+  const library_data data = windows({{1, 20}, {29, 48}, {8, 27}, {15, 34}, {22, 41}});
   contig_session session(data, 10);
+  session.settings.cutoff = 10;
   class_contig_analysis contig(*session.signif);
   contig.cluster_name_set("cl_1");
   contig.cluster_name_long_set("all");
-  contig.list_of_clones_set({1, 2, 3}, 3);
+  contig.list_of_clones_set(number_list::range(1, 5), 5);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
-  contig.gaps_initial_set({10, 11, 12, 13, 14, 15, 16});
-  contig.gaps_NoBuriedORB_set({20, 21, 22, 23, 24, 25, 26});
-  EXPECT_EQ(contig.n_gaps_Sulston_get(), 24);
-  for (const auto &[metric, line] :
-       std::vector<std::pair<int, std::string>>{{0, "cl_1\t3\t12\t16\t1\t3\t0\t22\t26\tall"},
-                                                {2, "cl_1\t3\t12\t16\t1\t3\t0\t22\t26\tall"},
-                                                {3, "cl_1\t3\t14\t1\t3\t0\t24\tall"},
-                                                {4, "cl_1\t3\t1\t3\t0\tall"},
-                                                {13, "cl_1\t3\t1\t3\t0\tall"}}) {
-    session.settings.distance_index = static_cast<std::int16_t>(metric);
+  EXPECT_EQ(contig.n_gaps_Sulston_get(), 0);
+  contig.dir_name_to_output_set(session.folder, true);
+  contig.print_consecuent_dist_initial_list_of_clones(false);
+  EXPECT_EQ(contig.gaps_initial()[4], 2);
+  ASSERT_TRUE(contig.detail_control_of_clone_ordering({}, 1));
+  contig.print_consecuent_dist_NoBuriedORB(false);
+  EXPECT_EQ(contig.n_gaps_Sulston_get(), 0);
+  EXPECT_EQ(contig.list_NoBuriedInit(), number_list::range(1, 5));
+  EXPECT_EQ(contig.list_NoBuriedORB(), (number_list{1, 3, 4, 5, 2}));
+  EXPECT_FALSE(std::filesystem::exists(session.folder / "cl_1" / "Consec_dist_cl_1.txt"));
+  const std::string shape = std::to_string(contig.net_radius_get()) + "\t" + std::to_string(contig.net_diam_get()) +
+                            "\t" + std::to_string(contig.net_width_get()) + "\t";
+  const auto two = [](const std::vector<std::int32_t> &gaps) {
+    return std::to_string(gaps[2]) + "\t" + std::to_string(gaps[6]) + "\t";
+  };
+  const std::string of_tables =
+      "cl_1\t5\t" + two(contig.gaps_initial()) + shape + two(contig.gaps_NoBuriedORB()) + "all";
+  for (const auto &[family, line] : std::vector<std::pair<int, std::string>>{
+           {0, of_tables}, {2, of_tables}, {3, "cl_1\t5\t2\t" + shape + "0\tall"}, {4, "cl_1\t5\t" + shape + "all"}}) {
+    session.settings.table_format_column_subset = static_cast<std::int16_t>(family);
     EXPECT_EQ(contig.report_line_get(), line);
   }
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "contigs/class_contig_adapt_clust.h"
+#include "database/band_statistics.h"
 #include "contigs/run_folder.h"
 #include "frame/random_source.h"
 
@@ -139,6 +140,7 @@ private:
   }
   void load(const library_data &data) {
     database.tollerance_parameters_set(data.t, 1);
+    database.total_number_of_different_bands_set_by_eff_len(1000000);
     database.inicalise_database(*frame, data.count(), 0);
     for (int c = 1; c <= data.count(); ++c) {
       const auto &bands = data.bands[static_cast<std::size_t>(c)];
@@ -147,6 +149,7 @@ private:
     }
     database.total_number_of_clones_set(data.count());
     database.sort_clones_by_name(*frame);
+    make_band_statistics(*frame, database, usable_values);
   }
   void load_net(const library_data &data, double cutoff) {
     class_net &net = signif->net();

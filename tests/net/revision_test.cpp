@@ -1,6 +1,7 @@
 // Q-overlaps and Q-clones against their definition, and the reports of a revision.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <set>
 
 #include "../../bench/plain_revision.h"
@@ -126,6 +127,47 @@ TEST(revision, the_form_refuses_and_proposes) {
   EXPECT_EQ(summary.n_q_overlaps, 2);
   EXPECT_EQ(net_noQQ_file_name(f.settings, 25), "net_signif_noQQ_15_25.ORBns");
   EXPECT_EQ(net_signif_file_name(f.settings), "net_signif_Sulston_1988_15.00.ORBns");
+}
+
+// Each vertex of a line is joined with the 120 before and behind it, so that a ball of rank 50 holds all of them.
+class_net wide_line(std::int32_t n) {
+  class_net net;
+  net.inicializate_net(n, std::int64_t{n} * 240);
+  for (vertex_number v = 1; v <= n; ++v) {
+    net.add_vertex_fast(0);
+    for (vertex_number w = std::max(1, v - 120); w <= std::min(n, v + 120); ++w)
+      if (w != v)
+        net.add_edge_fast(v, w, 40, 0, 0);
+  }
+  net.finish_of_adding();
+  net.test_neighbours_sorted();
+  return net;
+}
+
+TEST(revision, a_stop_takes_effect_at_once_and_leaves_nothing) {
+  net_fixture f({.n_clones = 900, .bands_in_clone = 4});
+  process_frame *frame = nullptr;
+  bool stop_soon = false;
+  front_end stopping = null_front_end();
+  stopping.yield = [&] { frame->stop_requested_set(stop_soon); };
+  process_frame stopped(stopping);
+  frame = &stopped;
+  metric_context context{stopped, f.settings, f.database, f.usable_values, f.table};
+  class_clone_net_signif signif(context);
+  signif.net() = wide_line(900); // fewer vertices than the workers take between two reports
+  const auto seconds_of_run = [&](bool expected) {
+    const auto start = std::chrono::steady_clock::now();
+    class_clone_net_signif::revision_summary summary;
+    EXPECT_EQ(signif.revise_connections({false, true, 50, "16", f.folder / "net.ORBns"}, summary), expected);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  const double whole = seconds_of_run(true);
+  std::filesystem::remove_all(f.folder);
+  create_folder(f.folder);
+  stop_soon = true;
+  EXPECT_LT(seconds_of_run(false), std::max(whole / 4, 0.1));
+  EXPECT_TRUE(std::filesystem::is_empty(f.folder));
+  EXPECT_EQ(signif.net().number_of_edges_get(), wide_line(900).number_of_edges_get());
 }
 
 } // namespace

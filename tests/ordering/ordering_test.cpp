@@ -191,7 +191,8 @@ TEST_F(ordering_fixture, AnyNumberOfThreadsGivesTheSameFiles) {
                      "c" + std::to_string(first),
                      true,
                      {},
-                     static_cast<std::uint64_t>(first)});
+                     static_cast<std::uint64_t>(first),
+                     {}});
   std::map<std::string, std::string> of_one_thread;
   for (const int threads : {1, 3}) {
     settings.threads = threads;

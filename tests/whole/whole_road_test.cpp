@@ -306,7 +306,7 @@ TEST_F(WholeRoad, ContigsHoldClonesOfOneStretchOfTheGenome) {
 TEST_F(WholeRoad, StagesOneByOneAndAnyNumberOfThreadsGiveTheSameBytes) {
   ASSERT_EQ(orb("assemble " + example + " --out d -t 1", pinned).status, 0);
   ASSERT_EQ(orb("assemble " + example + " --out e -t 4", pinned).status, 0);
-  EXPECT_EQ(results_below(folder / "d"), results_below(folder / "e"));
+  EXPECT_TRUE(results_below(folder / "d") == results_below(folder / "e"));
   fs::create_directories(folder / "s");
   ASSERT_EQ(orb("load " + example + " --out s/CloneBandSizes.ORBdb", pinned).status, 0);
   ASSERT_EQ(orb("net s/CloneBandSizes.ORBdb --out s/net_signif_Sulston_1988_15.00.ORBns", pinned).status, 0);
@@ -319,7 +319,7 @@ TEST_F(WholeRoad, StagesOneByOneAndAnyNumberOfThreadsGiveTheSameBytes) {
   auto stages = results_below(folder / "s");
   for (auto it = stages.begin(); it != stages.end();)
     it = it->first.ends_with(".run.json") ? stages.erase(it) : std::next(it);
-  EXPECT_EQ(stages, results_below(folder / "d"));
+  EXPECT_TRUE(stages == results_below(folder / "d"));
 }
 
 TEST_F(WholeRoad, ATextNetGivesTheSameNativeNet) {
@@ -353,12 +353,12 @@ TEST_F(WholeRoad, AFinishedRunIsSummarisedAgainAndOthersAreNotTouched) {
     return text.substr(text.find("\nContig "), text.find("\nORB ") - text.find("\nContig "));
   };
   EXPECT_EQ(figures(again.err), figures(first.err));
-  EXPECT_EQ(results_below(folder / "d"), before);
+  EXPECT_TRUE(results_below(folder / "d") == before);
   EXPECT_EQ(orb("assemble " + example + " --out d").status, 3) << "results exist";
   const outcome other = orb("assemble " + example + " --out d --resume --cutoff 20");
   EXPECT_EQ(other.status, 3);
   EXPECT_NE(other.err.find("cutoff"), std::string::npos) << other.err;
-  EXPECT_EQ(results_below(folder / "d"), before);
+  EXPECT_TRUE(results_below(folder / "d") == before);
 
   // What is lost is made again, what is there is kept.
   fs::remove_all(folder / "d" / run_name);
@@ -367,7 +367,7 @@ TEST_F(WholeRoad, AFinishedRunIsSummarisedAgainAndOthersAreNotTouched) {
   EXPECT_EQ(resumed.status, 0) << resumed.err;
   EXPECT_NE(resumed.err.find("Resumed: the net is there."), std::string::npos) << resumed.err;
   EXPECT_EQ(resumed.err.find("NB! Selected cutoff"), std::string::npos) << "the net was made at this very cutoff";
-  EXPECT_EQ(results_below(folder / "d"), before);
+  EXPECT_TRUE(results_below(folder / "d") == before);
   // A record that somebody edited is named, not taken for a fault of the program.
   auto record = nlohmann::json::parse(bytes_of(folder / "d" / "run.json"));
   EXPECT_EQ(record["results"]["q_clones"], 10);

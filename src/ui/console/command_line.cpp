@@ -66,6 +66,9 @@ void add_metric_options(CLI::App &app, command_options &options) {
       ->check(range(0.0, 1.0))
       ->capture_default_str()
       ->group("Overlaps");
+  app.add_option("--markers", options.markers, "markers of clones, or clones of markers")
+      ->type_name("FILE")
+      ->group("Overlaps");
 }
 
 void add_net_options(CLI::App &app, command_options &options) {
@@ -113,6 +116,26 @@ void add_contig_options(CLI::App &app, command_options &options) {
   app.add_flag("--no-ordering", options.no_ordering, "no ordering by jackknife")->group(group);
   app.add_flag("--no-pair-tables", options.no_pair_tables, "no tables of pairs")->group(group);
   app.add_flag("--no-drawings", options.no_drawings, "no drawings of nets")->group(group);
+}
+
+void add_ordering_options(CLI::App &app, command_options &options) {
+  const char *group = "Order of the clones";
+  app.add_option("--ordering-seconds", options.ordering_seconds, "limit of each search for an order")
+      ->check(range(0.0, 1e6))
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--ordering-steps", options.ordering_steps, "limit by steps in its place, the same on every machine")
+      ->check(range<std::int64_t>(0, 1000000000000))
+      ->default_str("none")
+      ->group(group);
+  app.add_option("--jackknife", options.jackknife, "runs with bands left out by chance")
+      ->check(range(0, 10000))
+      ->capture_default_str()
+      ->group(group);
+  app.add_option("--jackknife-alpha", options.jackknife_alpha, "chance of leaving a band out")
+      ->check(range(0.0, 0.8))
+      ->capture_default_str()
+      ->group(group);
 }
 
 void add_common_options(CLI::App &app, command_options &options) {
@@ -163,8 +186,10 @@ void add_options_of_command(CLI::App &app, command_options &options) {
     add_net_options(app, options);
   if (name == "revise" || name == "assemble")
     add_revision_options(app, options);
-  if (name == "contigs" || name == "assemble")
+  if (name == "contigs" || name == "assemble") {
     add_contig_options(app, options);
+    add_ordering_options(app, options);
+  }
   if (name == "assemble")
     app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
   add_common_options(app, options);
