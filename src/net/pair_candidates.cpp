@@ -15,6 +15,17 @@ constexpr double most_bins = 5000;
 constexpr band_value most_cells = 1 << 20;
 constexpr std::uint32_t most_kinds = 65535;
 
+// Merging fewer is cheaper than marking the axis.
+bool has_many_partners(const scan_survivor &survivor) {
+  constexpr int many = 8;
+  int n = 0;
+  for (const std::uint64_t word : survivor.partners)
+    for (std::uint64_t bits = word; bits != 0; bits &= bits - 1)
+      if (++n == many)
+        return true;
+  return false;
+}
+
 std::int32_t filled_up(std::int32_t n_bands) {
   return (n_bands + rows_added_at_once - 1) / rows_added_at_once * rows_added_at_once;
 }
@@ -82,9 +93,9 @@ void pair_candidates::find_least_counts(int threads) {
 void pair_candidates::choose_bins() {
   band_value lowest = std::numeric_limits<band_value>::max(), highest = std::numeric_limits<band_value>::min();
   for (const clone_number clone : clone_)
-    for (const band_value band : kernel_.bands_compared(clone)) {
-      lowest = std::min(lowest, band);
-      highest = std::max(highest, band);
+    if (const auto bands = kernel_.bands_compared(clone); !bands.empty()) { // they ascend
+      lowest = std::min(lowest, bands.front());
+      highest = std::max(highest, bands.back());
     }
   if (lowest > highest)
     lowest = highest = 0; // no bands at all
@@ -212,7 +223,6 @@ void pair_candidates::count_from_partners(const block &partners, scan_survivor &
 
 std::span<const scan_survivor> pair_candidates::scan(const block &partners, std::int32_t first, std::int32_t last,
                                                      scratch &room) const {
-  constexpr int many_partners = 8; // merging fewer is cheaper than marking the axis
   room.survivors.resize(static_cast<std::size_t>(last - first + 1));
   const scan_task task{partners.rows(),
                        word_of_band_.data(),
@@ -223,10 +233,7 @@ std::span<const scan_survivor> pair_candidates::scan(const block &partners, std:
                        last};
   const auto n = static_cast<std::size_t>(path_.scan(task, room.survivors.data()));
   for (std::size_t i = 0; i < n; ++i) {
-    int n_partners = 0;
-    for (const std::uint64_t word : room.survivors[i].partners)
-      n_partners += std::popcount(word);
-    if (n_partners >= many_partners)
+    if (has_many_partners(room.survivors[i]))
       count_from_partners(partners, room.survivors[i], room.met);
   }
   return {room.survivors.data(), n};
