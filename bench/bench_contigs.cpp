@@ -1,6 +1,7 @@
-// From a loaded net to the FPC-like files: adaptive clustering of a library at 15-fold coverage, with all its files.
+// From a loaded net to the FPC-like files: adaptive clustering of a library, with its files but without ordering, pair
+// tables and drawings.
 // The time has to grow no faster than the library: the ratio of the largest to the smallest is printed at the end.
-//   bench_contigs [options of Google Benchmark]
+//   bench_contigs [arguments of library_arguments.h] [options of Google Benchmark]
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -9,18 +10,25 @@
 
 #include "bench_library.h"
 #include "contigs/class_contig_adapt_clust.h"
+#include "library_arguments.h"
 
 namespace {
 
 using namespace orb;
 
+generated_library wanted;
 std::map<std::int64_t, std::map<std::int64_t, double>> seconds_by_clones; // by cutoff, then by number of clones
 
 void adaptive_clustering(benchmark::State &state) {
-  bench_library library({.n_clones = static_cast<std::int32_t>(state.range(0))}, static_cast<double>(state.range(1)));
+  wanted.n_clones = static_cast<std::int32_t>(state.range(0));
+  bench_library library(wanted, static_cast<double>(state.range(1)));
   for (auto _ : state) {
     const auto start = std::chrono::steady_clock::now();
-    class_contig_adapt_clust run(library.signif);
+    contig_files files;
+    files.pair_tables = files.drawings = false;
+    class_contig_adapt_clust run(library.signif, files);
+    run.detail_control_set(false);
+    run.print_all_dist_on_set(false);
     run.adaptive_clustering_all_run(library.database);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     state.SetIterationTime(took.count());
@@ -42,6 +50,7 @@ BENCHMARK(adaptive_clustering)
 } // namespace
 
 int main(int argc, char **argv) {
+  take_library_arguments(argc, argv, wanted);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))
     return 2;

@@ -1,6 +1,6 @@
 // Bytes a second of writing and reading a native net, beside writing and reading as many bytes and nothing else; the
 // ratios are printed at the end.
-//   bench_net_files [options of Google Benchmark]; argument of a row: clones (at 15-fold coverage)
+//   bench_net_files [arguments of library_arguments.h] [options of Google Benchmark]; argument of a row: clones
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -11,24 +11,25 @@
 #include <string>
 
 #include "bench_library.h"
+#include "library_arguments.h"
 
 namespace orb {
 namespace {
 
 namespace fs = std::filesystem;
 
+generated_library wanted;
 std::map<std::string, double> bytes_a_second;
 
 struct net_on_disk : bench_library {
   fs::path file = folder / "net.ORBns", copy = folder / "copy";
 
-  explicit net_on_disk(std::int32_t n_clones) : bench_library({.n_clones = n_clones}, 15) {
-    signif.net().save_net_type(frame, file);
-  }
+  net_on_disk() : bench_library(wanted, 15) { signif.net().save_net_type(frame, file); }
 };
 
 template <class work_type> void measure(benchmark::State &state, const char *name, work_type work) {
-  net_on_disk disk(static_cast<std::int32_t>(state.range(0)));
+  wanted.n_clones = static_cast<std::int32_t>(state.range(0));
+  net_on_disk disk;
   const auto size = static_cast<std::int64_t>(fs::file_size(disk.file));
   double best = 1e300;
   for (auto _ : state) {
@@ -80,6 +81,7 @@ BENCHMARK(read_bytes)->Arg(80000)->Unit(benchmark::kMillisecond);
 } // namespace orb
 
 int main(int argc, char **argv) {
+  orb::take_library_arguments(argc, argv, orb::wanted);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))
     return 2;

@@ -1,6 +1,6 @@
 // Bytes a second of reading fingerprints: a folder of .sizes files, a library file, and, as what can't be undercut, a
 // loop that only finds the lines of the same bytes. The ratios are printed at the end.
-//   bench_reading [options of Google Benchmark]
+//   bench_reading [arguments of library_arguments.h] [options of Google Benchmark]
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -14,14 +14,15 @@
 #include "database/class_DB_of_clones_read.h"
 #include "database/library_file.h"
 #include "frame/files.h"
-#include "frame/numbers.h"
-#include "frame/random_source.h"
+#include "library_arguments.h"
+#include "sizes_file.h"
 
 namespace {
 
 using namespace orb;
 namespace fs = std::filesystem;
 
+generated_library wanted{.n_clones = 20000};
 std::map<std::string, double> bytes_a_second;
 
 // One library as a folder with one .sizes file and as a library file; removed at the end.
@@ -31,26 +32,11 @@ struct generated_files {
 
   generated_files() {
     fs::create_directories(folder);
-    constexpr int n_clones = 20000, bands_of_clone = 100, gel_length = 60000;
-    result_file file(sizes);
-    random_source random(2);
-    std::string text;
-    for (int clone = 0; clone < n_clones; ++clone) {
-      text = 'P';
-      whole_number_append(text, clone / 384);
-      text += '_';
-      whole_number_append(text, clone);
-      text += "\t100\tGel\n";
-      double band = 500;
-      for (int i = 0; i < bands_of_clone; ++i) {
-        band += random.uniform() * 2 * (gel_length - 1000) / bands_of_clone * 0.9;
-        number_text_append(text, std::min<double>(band, gel_length), 1);
-        text += '\n';
-      }
-      text += "-1\n\n";
-      file.write(text);
-    }
-    file.commit();
+    process_frame frame;
+    class_usable_values usable_values;
+    class_DB_of_clones made;
+    generate_library(frame, wanted, made, usable_values);
+    write_sizes_file(sizes, made);
     class_DB_of_clones database;
     load(database);
     DataBase_in_typical_file_print(library, database);
@@ -143,6 +129,7 @@ BENCHMARK(write_library)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char **argv) {
+  take_library_arguments(argc, argv, wanted);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))
     return 1;

@@ -1,5 +1,5 @@
 // Q revision by rank, beside the definition taken literally on a sample of vertices; the ratio is printed at the end.
-//   bench_revision [options of Google Benchmark]; arguments of a row: clones (at 15-fold coverage), rank
+//   bench_revision [arguments of library_arguments.h] [options of Google Benchmark]; arguments of a row: clones, rank
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -7,10 +7,15 @@
 #include <map>
 
 #include "bench_library.h"
+#include "library_arguments.h"
 #include "plain_revision.h"
 
 namespace orb {
 namespace {
+
+generated_library wanted;
+constexpr double longest_sample = 5;                  // seconds
+constexpr double cutoff = 15, additional_cutoff = 25; // the second one as a revision proposes it
 
 struct seconds_of_all {
   double revision = 0, plain = 0;
@@ -24,14 +29,17 @@ double now() {
 const bench_library &library_of(std::int64_t n_clones) {
   static std::map<std::int64_t, std::unique_ptr<bench_library>> made;
   auto &library = made[n_clones];
+  wanted.n_clones = static_cast<std::int32_t>(n_clones);
   if (!library)
-    library = std::make_unique<bench_library>(generated_library{.n_clones = static_cast<std::int32_t>(n_clones)}, 15);
+    library = std::make_unique<bench_library>(wanted, cutoff);
   return *library;
 }
 
 void revision(benchmark::State &state) {
   auto &library = const_cast<bench_library &>(library_of(state.range(0)));
   const auto r = static_cast<std::int32_t>(state.range(1));
+  library.settings.QQ_use_additional_cutoff = true;
+  library.settings.QQ_additional_cutoff = additional_cutoff;
   class_net marked;
   std::int32_t n_Q = 0;
   for (auto _ : state) {
@@ -48,14 +56,14 @@ void revision(benchmark::State &state) {
 void definition_on_a_sample(benchmark::State &state) {
   const class_net &net = library_of(state.range(0)).signif.net();
   const auto r = static_cast<int>(state.range(1));
-  const std::int32_t n = net.number_of_vertices_get(), stride = std::max(n / 10, 1);
+  const std::int32_t n = net.number_of_vertices_get(), stride = std::max(n / 100, 1);
   for (auto _ : state) {
     const double start = now();
     std::int32_t n_looked_at = 0;
-    for (vertex_number v = 1; v <= n; v += stride, ++n_looked_at) {
+    for (vertex_number v = 1; v <= n && now() - start < longest_sample; v += stride, ++n_looked_at) {
       for (const net_edge &edge : net.edges_of_vertex(v))
         benchmark::DoNotOptimize(plain_revision::is_Q_overlap(net, v, edge.neighbour, r));
-      benchmark::DoNotOptimize(plain_revision::is_Q_clone(net, v, r, 0));
+      benchmark::DoNotOptimize(plain_revision::is_Q_clone(net, v, r, additional_cutoff));
     }
     const double took = now() - start;
     state.SetIterationTime(took);
@@ -74,6 +82,7 @@ BENCHMARK(definition_on_a_sample)
 } // namespace orb
 
 int main(int argc, char **argv) {
+  orb::take_library_arguments(argc, argv, orb::wanted);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))
     return 2;

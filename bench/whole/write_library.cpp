@@ -4,9 +4,8 @@
 #include <cstring>
 #include <iostream>
 
-#include "../library_generator.h"
-#include "frame/files.h"
-#include "frame/numbers.h"
+#include "library_generator.h"
+#include "sizes_file.h"
 
 int main(int argc, char **argv) {
   using namespace orb;
@@ -26,17 +25,6 @@ int main(int argc, char **argv) {
   class_DB_of_clones database;
   class_usable_values usable_values;
   generate_library(frame, wanted, database, usable_values);
-  result_file file(argv[1]);
-  std::string text;
-  for (clone_number clone = 1; clone <= wanted.n_clones; ++clone) {
-    const auto bands = database.bands_of_clone(clone);
-    text = database.name_of_clone_get(clone) + "\t" + std::to_string(bands.size()) + "\tGel\n";
-    for (const band_value band : bands) {
-      whole_number_append(text, band);
-      text += '\n';
-    }
-    file.write(text + "-1\n\n");
-  }
-  file.commit();
+  write_sizes_file(argv[1], database);
   return 0;
 }

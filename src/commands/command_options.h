@@ -10,7 +10,7 @@
 namespace orb {
 
 struct command_options {
-  std::string command;                   // "assemble", "load", "net", "revise", "contigs", "info"
+  std::string command;                   // by the table of commands
   std::vector<std::string> command_line; // as given, for run.json
 
   std::filesystem::path input; // INPUT or LIB
@@ -59,6 +59,10 @@ struct command_options {
   double jackknife_alpha = 0.05;   // chance of leaving a band out
 
   bool resume = false;
+
+  // lists of clones: order, draw
+  std::filesystem::path list, mark_1, mark_2;
+  std::string format = "net"; // of a drawing: "net", "graphml" or "both"
 
   // every command
   int threads = 0;

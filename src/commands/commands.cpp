@@ -8,7 +8,7 @@
 namespace orb {
 
 std::span<const command_row> table_of_commands() {
-  static constexpr std::array<command_row, 6> table{{
+  static constexpr std::array<command_row, 8> table{{
       {"assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
        "orb assemble examples/ecoli536 --out results/ecoli536", assemble_command},
       {"load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
@@ -19,6 +19,10 @@ std::span<const command_row> table_of_commands() {
        "orb revise library.ORBdb net.ORBns --out net_noQQ.ORBns", revise_command},
       {"contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
        "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", contigs_command},
+      {"order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
+       "orb order library.ORBdb contig.txt --out ordered --jackknife 20", order_command},
+      {"draw", "LIB NET LIST --out FILE.net", "draw the net of a list of clones, with lists marked in it",
+       "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt", draw_command},
       {"info", "FILE|FOLDER...", "say what a file or folder holds, or all about one clone",
        "orb info results/ecoli536 --clone EC001A01", info_command},
   }};

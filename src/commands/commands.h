@@ -32,6 +32,8 @@ exit_status load_command(orb_session &, const command_options &, const command_s
 exit_status net_command(orb_session &, const command_options &, const command_streams &);
 exit_status revise_command(orb_session &, const command_options &, const command_streams &);
 exit_status contigs_command(orb_session &, const command_options &, const command_streams &);
+exit_status order_command(orb_session &, const command_options &, const command_streams &);
+exit_status draw_command(orb_session &, const command_options &, const command_streams &);
 exit_status assemble_command(orb_session &, const command_options &, const command_streams &);
 exit_status info_command(orb_session &, const command_options &, const command_streams &);
 

@@ -156,8 +156,12 @@ void record_contig_options(const command_options &options, run_record &record) {
   record.parameter_set("steps", options.steps);
   record.parameter_set("ordering", !options.no_ordering);
   record.parameter_set("pair_tables", !options.no_pair_tables);
-  if (options.no_ordering)
-    return;
+  record.parameter_set("drawings", !options.no_drawings);
+  if (!options.no_ordering)
+    record_ordering_options(options, record);
+}
+
+void record_ordering_options(const command_options &options, run_record &record) {
   if (options.ordering_steps > 0)
     record.parameter_set("ordering_steps", options.ordering_steps);
   else
@@ -166,14 +170,21 @@ void record_contig_options(const command_options &options, run_record &record) {
   record.parameter_set("jackknife_alpha", options.jackknife_alpha);
 }
 
+ordering_options ordering_options_of(const command_options &options) {
+  ordering_options wanted;
+  wanted.seconds = options.ordering_seconds;
+  wanted.steps = options.ordering_steps;
+  wanted.t_JK_N = options.jackknife;
+  wanted.t_JK_alpha = options.jackknife_alpha;
+  return wanted;
+}
+
 // What is written of each contig. The question that each table of pairs would ask is asked once a run.
 static contig_files files_of_contigs(orb_session &session, const command_options &options) {
   contig_files files;
   files.pair_tables = !options.no_pair_tables;
-  files.ordering.seconds = options.ordering_seconds;
-  files.ordering.steps = options.ordering_steps;
-  files.ordering.t_JK_N = options.jackknife;
-  files.ordering.t_JK_alpha = options.jackknife_alpha;
+  files.drawings = !options.no_drawings;
+  files.ordering = ordering_options_of(options);
   if (!files.pair_tables)
     return files;
   question asked;

@@ -38,5 +38,13 @@ double additional_cutoff(const orb_session &session, const command_options &opti
 exit_status make_contigs(orb_session &session, const command_options &options, run_record &record,
                          const command_streams &streams);
 void record_contig_options(const command_options &options, run_record &record);
+void record_ordering_options(const command_options &options, run_record &record);
+ordering_options ordering_options_of(const command_options &options);
+
+// What every stage on a library begins with: the library and the metric, in the record too.
+exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
+                               const command_streams &streams);
+// Saves the record with the state that goes with the status.
+exit_status finish_record(run_record &record, exit_status status, const std::filesystem::path &file);
 
 } // namespace orb

@@ -36,9 +36,8 @@ static exit_status library_for_stage(orb_session &session, const command_options
   return exit_status::done;
 }
 
-// The same with the metric, for the stages that score pairs or cut nets.
-static exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
-                                      const command_streams &streams) {
+exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
+                               const command_streams &streams) {
   const exit_status loaded = library_for_stage(session, options, record, streams);
   if (loaded != exit_status::done)
     return loaded;
@@ -47,7 +46,7 @@ static exit_status library_and_metric(orb_session &session, const command_option
   return exit_status::done;
 }
 
-static exit_status finish_record(run_record &record, exit_status status, const fs::path &file) {
+exit_status finish_record(run_record &record, exit_status status, const fs::path &file) {
   record.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
   record.save(file);
   return status;

@@ -39,6 +39,8 @@ struct contig_files {
   bool pair_tables = true;                    // of all pairs and of consecutive clones
   pairs_of_table pairs = pairs_of_table::all; // of the tables of all pairs
   ordering_options ordering;
+  bool drawings = true; // of nets
+  drawing_options drawing;
 };
 
 // One entry of the work list on its way through a test.

@@ -11,6 +11,7 @@
 
 #include "clustering/class_clustering.h"
 #include "frame/files.h"
+#include "net/class_clone_net_draw.h"
 #include "net/class_clone_net_signif.h"
 #include "net/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
@@ -94,6 +95,11 @@ public:
   void print_markers(const std::filesystem::path &file = {});
   void print_clones_indicateMTP_coordinates_and_markers(const std::filesystem::path &file = {});
 
+  // Drawings of the cluster's net with its tiling path and the clones far from it marked, at the project's cutoff;
+  // `with_whole_cluster`: one of the whole cluster before. And the same at the cutoff of the last check.
+  void print_files_with_net_Pajek(bool with_whole_cluster, const drawing_options &options);
+  void check_contig_with_MTP_new_cutoff_print_net_Pajek(const drawing_options &options);
+
   // --- order of the clones, verified by a jackknife on bands ---
   // All at once. False when the user stopped: there is no order then.
   bool detail_control_of_clone_ordering(const ordering_options &options, std::uint64_t number);
@@ -122,6 +128,7 @@ private:
   void positions_of_MTP(number_list &positions) const;
   void gap_fields(const std::vector<std::int32_t> &gaps, std::string &line) const;
   std::filesystem::path report_path(const std::filesystem::path &file, const std::string &start) const;
+  void draw_with_MTP(const std::string &title, const number_list &far, const drawing_options &options) const;
   void print_consecutive(const number_list &list, const std::string &start, const std::filesystem::path &file,
                          bool print_to_file, std::vector<std::int32_t> &gaps) const;
   number_list markers_by_coordinates() const;

@@ -209,6 +209,10 @@ void class_contig_adapt_clust::print_contig_files(std::int32_t n_clones, class_c
   contig.print_clones_indicateMTP_coordinates_and_markers();
   if (n_clones < n_clones_for_contig_files)
     return;
+  if (files_.drawings) {
+    contig.print_files_with_net_Pajek(false, files_.drawing);
+    contig.check_contig_with_MTP_new_cutoff_print_net_Pajek(files_.drawing);
+  }
   contig.print_list_of_clones_MTP();
   contig.print_list_of_clones_unoverlapped_with_diam_path();
   contig.print_list_of_clones_unoverlapped_with_diam_path_NewCutoff();

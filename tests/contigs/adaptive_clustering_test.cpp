@@ -40,9 +40,11 @@ std::map<std::string, lines> files_of_contigs(const std::filesystem::path &run) 
   return found;
 }
 
-// Without the order of the clones unless asked: its rows would count gaps.
+// Without drawings and the order of the clones unless asked: its rows would count gaps.
 class_contig_adapt_clust make_run(contig_session &session, const slow_parameters &p, bool with_order = false) {
-  class_contig_adapt_clust run(*session.signif);
+  contig_files files;
+  files.drawings = with_order;
+  class_contig_adapt_clust run(*session.signif, files);
   run.detail_control_set(with_order);
   run.print_all_dist_on_set(with_order);
   run.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step, p.n_steps, false, 2, 3);
@@ -261,6 +263,8 @@ TEST(adaptive_clustering, every_file_of_a_cluster) {
            {std::string("Heaps/All_dist_cl_2.txt"), std::string("cl_1/All_dist_cl_1.txt"),
             std::string("cl_3/All_dist_cl_3.txt"), "cl_3/ORB_order_" + tail, "cl_3/order_control_" + tail,
             std::string("cl_3/Input.dis"), std::string("cl_3/Input0.dis"),
+            std::string("cl_3/Net_control_MTP_cl_3_Sulston_1988_8.net"),
+            std::string("cl_3/Net_control_MTP_cl_3_cutoff8.00_Sulston_1988_8.net"),
             std::string("cl_3/Consec_dist_NoBuriedInit_cl_3.txt"),
             std::string("cl_3/Consec_dist_NoBuriedORB_cl_3.txt")})
         expected.insert(name);

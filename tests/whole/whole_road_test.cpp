@@ -406,6 +406,58 @@ TEST_F(WholeRoad, AnInterruptKeepsWhatIsFinishedAndTheRunGoesOnLater) {
   EXPECT_NE(resumed.err.find("Resumed: the library is there."), std::string::npos) << resumed.err;
 }
 
+// One contig's list ordered and drawn; its order against the truth, its drawing through two graph libraries.
+TEST_F(WholeRoad, AListIsOrderedAndDrawn) {
+  ASSERT_EQ(orb("assemble " + example + " --out d --no-pair-tables --no-drawings --no-ordering", pinned).status, 0);
+  const std::string list = "d/" + run_name + "/cl_3/cl_3.txt", library = "d/CloneBandSizes.ORBdb ";
+  EXPECT_EQ(bytes_of(folder / list).find("Consec"), std::string::npos);
+  const outcome ordered = orb("order " + library + list + " --out o --ordering-steps 2000 --jackknife 2 -t 2", pinned);
+  ASSERT_EQ(ordered.status, 0) << ordered.err;
+  EXPECT_NE(ordered.err.find("of 150 clones ordered"), std::string::npos) << ordered.err;
+  const std::string tail = "cl_3_Sulston_1988_Cf15.0_p0.90.txt";
+  for (const char *file : {"ORB_order_", "order_control_", "consens_control_", "solution_DiagViewer_"})
+    EXPECT_TRUE(fs::exists(folder / "o" / (file + tail))) << file;
+  std::map<std::string, double> middle; // of clones in one part
+  std::istringstream truth(bytes_of(example + "/truth.tsv"));
+  for (std::string text; std::getline(truth, text);) {
+    std::istringstream fields(text);
+    std::string name, part, chromosome;
+    double start = 0, end = 0;
+    if (fields >> name >> part >> chromosome >> start >> end && !middle.count(name))
+      middle[name] = start + end;
+  }
+  int forward = 0, steps = 0;
+  std::string before;
+  for (const auto &line : table_of(folder / "o" / ("ORB_order_" + tail))) {
+    if (!before.empty()) {
+      forward += middle.at(before) < middle.at(line[0]) ? 1 : 0;
+      ++steps;
+    }
+    before = line[0];
+  }
+  EXPECT_GT(steps, 20);
+  EXPECT_LE(std::min(forward, steps - forward), steps / 5) << "of " << steps << " steps";
+  const outcome again = orb("order " + library + list + " --out p --ordering-steps 2000 --jackknife 2 -t 1", pinned);
+  ASSERT_EQ(again.status, 0);
+  for (const char *file : {"ORB_order_", "order_control_", "consens_control_", "solution_DiagViewer_"})
+    EXPECT_TRUE(bytes_of(folder / "o" / (file + tail)) == bytes_of(folder / "p" / (file + tail))) << file;
+
+  const std::string net = "d/net_signif_noQQ_15_25.ORBns ";
+  const outcome drawn = orb("draw " + library + net + list + " --out x.net --format both --mark " + list, pinned);
+  ASSERT_EQ(drawn.status, 0) << drawn.err;
+  EXPECT_EQ(drawn.out, "x.net\nx.graphml\n");
+  EXPECT_TRUE(bytes_of(folder / "x.net").starts_with("*Network cl_3\r\n*Vertices 150\r\n"));
+  const std::string check = std::string("/usr/bin/python3 ") + ORB_SOURCE_DIR + "/tests/whole/check_drawing.py " +
+                            (folder / "x.net").string() + " " + (folder / "x.graphml").string();
+  EXPECT_EQ(std::system(check.c_str()), 0);
+  EXPECT_EQ(orb("draw " + library + net + list + " --out x.net").status, 3) << "the drawing exists";
+  EXPECT_EQ(orb("order " + library + "none.txt --out q").status, 3);
+  whole::write_bytes(folder / "unknown.txt", "EC001A01, nobody\n");
+  const outcome unknown = orb("order " + library + "unknown.txt --out q --force");
+  EXPECT_NE(unknown.err.find("Clone (2) nobody not found!"), std::string::npos) << unknown.err;
+  EXPECT_NE(unknown.err.find("In total, 1 clones not found!"), std::string::npos) << unknown.err;
+}
+
 TEST_F(WholeRoad, InfoTellsWhatLiesThereAndFindsAClone) {
   ASSERT_EQ(orb("assemble " + example + " --out d", pinned).status, 0);
   const auto prints = nlohmann::json::parse(orb("info " + example + " --json").out)[0];

@@ -138,6 +138,14 @@ void add_ordering_options(CLI::App &app, command_options &options) {
       ->group(group);
 }
 
+void add_drawing_options(CLI::App &app, command_options &options) {
+  app.add_option("--mark", options.mark_1, "list of clones to be drawn red")->type_name("LIST");
+  app.add_option("--mark2", options.mark_2, "list of clones to be drawn as boxes")->type_name("LIST");
+  app.add_option("--format", options.format, "net, graphml, or both")
+      ->check(CLI::IsMember({"net", "graphml", "both"}).description(""))
+      ->capture_default_str();
+}
+
 void add_common_options(CLI::App &app, command_options &options) {
   const char *group = "General";
   app.add_option("-t,--threads", options.threads, "worker threads; the result is the same for any number")
@@ -169,15 +177,19 @@ void add_options_of_command(CLI::App &app, command_options &options) {
     app.add_flag("--json", options.json, "as JSON");
     return add_common_options(app, options);
   }
-  const bool with_net = name == "revise" || name == "contigs";
+  const bool with_net = name == "revise" || name == "contigs" || name == "draw";
+  const bool with_list = name == "order" || name == "draw";
   app.add_option("input", options.input, "folder of .sizes files, one such file, or a library file")
       ->type_name(name == "assemble" || name == "load" ? "INPUT" : "LIB")
       ->required();
   if (with_net)
     app.add_option("net", options.net, "native net")->type_name("NET")->required();
+  if (with_list)
+    app.add_option("list", options.list, "names of clones, one a line")->type_name("LIST")->required();
   add_output_options(app, options,
                      name == "load"                      ? "LIB.ORBdb"
                      : name == "net" || name == "revise" ? "NET.ORBns"
+                     : name == "draw"                    ? "FILE.net"
                                                          : "DIR");
   add_library_options(app, options);
   if (name != "load")
@@ -188,8 +200,11 @@ void add_options_of_command(CLI::App &app, command_options &options) {
     add_revision_options(app, options);
   if (name == "contigs" || name == "assemble") {
     add_contig_options(app, options);
-    add_ordering_options(app, options);
   }
+  if (name == "contigs" || name == "assemble" || name == "order")
+    add_ordering_options(app, options);
+  if (name == "draw")
+    add_drawing_options(app, options);
   if (name == "assemble")
     app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
   add_common_options(app, options);

@@ -1,0 +1,109 @@
+// The commands over one list of clones: order and draw.
+#include <fmt/format.h>
+
+#include "commands/commands.h"
+#include "commands/library_stage.h"
+#include "commands/net_stage.h"
+#include "net/class_clone_net_draw.h"
+#include "net/class_list_of_clones.h"
+#include "ordering/class_clone_ord_and_verif.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+static bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
+  return class_list_of_clones(session.frame(), session.settings())
+      .run_reading_file_with_list_of_clones(file, list, name, session.database());
+}
+
+static exit_status stopped_or_failed(orb_session &session) {
+  return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
+                                                                               : exit_status::run_failed;
+}
+
+static exit_status order_list(orb_session &session, const command_options &options, const command_streams &streams) {
+  number_list list;
+  std::string name;
+  if (!read_list(session, options.list, list, name))
+    return stopped_or_failed(session);
+  class_clone_ord_and_verif orderer(session.context(), nullptr, ordering_options_of(options));
+  ordering_task task;
+  task.list = list;
+  task.absorb = options.burying;
+  task.name = name;
+  task.flag = false; // the consensus and solution files
+  task.folder = options.out;
+  std::vector<ordering_work> works;
+  if (!orderer.compute_all(std::span(&task, 1), works))
+    return stopped_or_failed(session);
+  fs::path file_order;
+  orderer.write(works.front(), file_order);
+  const ordering_work &work = works.front();
+  streams.people(fmt::format(
+      "{} of {} clones ordered, {} are buried in others. {}", work.n_used(), list.count(), list.count() - work.n_used(),
+      work.proven() ? "No order has shorter steps." : "The search ended at its limit; a better order may exist."));
+  streams.results(file_order.string());
+  return exit_status::done;
+}
+
+exit_status order_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  const fs::path record_file = options.out / "run.json";
+  check_output(record_file, options.force);
+  work_in(session, options.out);
+  run_record record(options, session.frame().clock());
+  exit_status status = library_and_metric(session, options, record, streams);
+  if (status != exit_status::done)
+    return status;
+  record.input_add(options.list);
+  record_ordering_options(options, record);
+  record.stage_start("order");
+  status = order_list(session, options, streams);
+  record.stage_end();
+  return finish_record(record, status, record_file);
+}
+
+static exit_status draw_list(orb_session &session, const command_options &options, const command_streams &streams) {
+  number_list list, mark_1, mark_2;
+  std::string name, ignored;
+  if (!read_list(session, options.list, list, name) ||
+      (!options.mark_1.empty() && !read_list(session, options.mark_1, mark_1, ignored)) ||
+      (!options.mark_2.empty() && !read_list(session, options.mark_2, mark_2, ignored)))
+    return stopped_or_failed(session);
+  drawing_options wanted;
+  wanted.file = options.out;
+  wanted.write_pajek = options.format != "graphml";
+  wanted.write_graphml = options.format != "net";
+  class_clone_net_draw draw(session.signif());
+  draw.options_set(wanted);
+  draw.mark_names_set({"mark 1", "mark 2", ""});
+  const fs::path folder = options.out.parent_path().empty() ? fs::path(".") : options.out.parent_path();
+  if (!draw.quick_run_two_lists_of_marking(list, name, folder, options.burying, -1, mark_1, mark_2))
+    return stopped_or_failed(session);
+  for (const fs::path &file : draw.files_written())
+    streams.results(file.string());
+  return exit_status::done;
+}
+
+exit_status draw_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  check_output(options.out, options.force);
+  if (options.format == "both") // each form has its own extension then
+    for (const char *extension : {".net", ".graphml"})
+      check_output(fs::path(options.out).replace_extension(extension), options.force);
+  work_in(session, options.out.parent_path());
+  run_record record(options, session.frame().clock());
+  exit_status status = library_and_metric(session, options, record, streams);
+  if (status == exit_status::done) {
+    record.input_add(options.net);
+    record.input_add(options.list);
+    status = load_net(session, options.net, streams);
+  }
+  if (status != exit_status::done)
+    return status;
+  record.stage_start("draw");
+  status = draw_list(session, options, streams);
+  record.stage_end();
+  return finish_record(record, status, run_record_path(options.out));
+}
+
+} // namespace orb
