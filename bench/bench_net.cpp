@@ -13,7 +13,7 @@
 #include <string>
 
 #include "frame/worker_blocks.h"
-#include "library_generator.h"
+#include "library_arguments.h"
 #include "net/half_net.h"
 
 namespace orb {
@@ -159,23 +159,17 @@ void merge_without_jumps(benchmark::State &state) {
 
 // Takes this program's own arguments out of the list.
 void take_arguments(int &argc, char **argv) {
+  take_library_arguments(argc, argv, wanted);
   int kept = 1;
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
-    const auto value = [&](const char *name, auto &into) {
-      const std::string begin = std::string("--") + name + "=";
-      if (!argument.starts_with(begin))
-        return false;
-      into = static_cast<std::remove_reference_t<decltype(into)>>(std::atof(argument.c_str() + begin.size()));
-      return true;
-    };
-    if (argument == "--skewed")
-      wanted.skewed = true;
-    else if (argument == "--bins")
-      wanted.bin_numbers = true;
-    else if (!value("clones", wanted.n_clones) && !value("bands", wanted.bands_in_clone) &&
-             !value("coverage", wanted.coverage) && !value("spread", wanted.spread) &&
-             !value("tolerance", wanted.tolerance) && !value("cutoff", cutoff) && !value("threads", threads))
+    if (argument.starts_with("--clones="))
+      wanted.n_clones = std::atoi(argument.c_str() + 9);
+    else if (argument.starts_with("--cutoff="))
+      cutoff = std::atof(argument.c_str() + 9);
+    else if (argument.starts_with("--threads="))
+      threads = std::atoi(argument.c_str() + 10);
+    else
       argv[kept++] = argv[i];
   }
   argc = kept;
