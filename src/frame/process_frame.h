@@ -42,6 +42,11 @@ public:
   void all_panels_reset();
 
   bool stop_requested_get() const { return stop_requested_; }
+  // Yields first, so that a request from outside is seen: what a loop asks that shows nothing. False: stop.
+  bool goes_on() {
+    yield();
+    return !stop_requested_;
+  }
   void stop_requested_set(bool requested);
   // True once any process of this frame ended because of a stop request.
   bool was_stopped() const { return was_stopped_; }

@@ -1,10 +1,9 @@
 // An upper bound of the common bands of a clone with each of 512 partners, found for all of them together. Why it is a
 // bound, and how the counting works, is told in docs/pair-loop.md.
 //
-// The band axis is cut into bins at least as wide as the tolerance, so that two bands that match lie in the same bin or
-// in neighbouring ones. A block of partners has one row of 512 bits a bin: bit p is set when partner p has a band in
-// the bin or in one next to it. The rows of a clone's bands, added up bit by bit, count for each partner how many of
-// the clone's bands may have a match there: never fewer than the common bands.
+// The band axis is cut into bins. A block of partners has one row of 512 bits a bin: bit p is set when the stretch
+// within the tolerance of one of partner p's bands reaches into the bin. The rows of a clone's bands, added up bit by
+// bit, count for each partner how many of the clone's bands may have a match there: never fewer than the common bands.
 #pragma once
 
 #include <cstdint>

@@ -300,10 +300,7 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
     refused = !watch.clone_done(i, count);
     return !refused;
   };
-  const auto go_on = [&] {
-    frame.yield();
-    return !frame.stop_requested_get();
-  };
+  const auto go_on = [&] { return frame.goes_on(); };
   const auto chunk_done = [&](clone_number i) {
     writer.flush(); // a stopped run keeps what was written
     frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
@@ -391,10 +388,7 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
     pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying,
                        with_table ? &significant : nullptr, settings.threads);
     overlap_rows rows(kernel, elements, row_partners::of_higher_number, settings.threads);
-    const auto go_on = [&] {
-      frame.yield();
-      return !frame.stop_requested_get();
-    };
+    const auto go_on = [&] { return frame.goes_on(); };
     const auto chunk_done = [&](std::int32_t first, std::int32_t last) {
       for (clone_number i = first; i <= last && !refused; ++i) {
         for (const pair_record &record : half.row(i))

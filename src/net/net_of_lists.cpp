@@ -72,10 +72,7 @@ void compare_large_list(const metric_context &context, std::span<const clone_num
     const pair_elements elements = pair_elements::of_list(list);
     pair_kernel kernel(context, distance_index, cutoff, burying, with_table ? &significant : nullptr, threads);
     overlap_rows rows(kernel, elements, row_partners::of_higher_number, threads);
-    const auto go_on = [&] {
-      frame.yield();
-      return !frame.stop_requested_get();
-    };
+    const auto go_on = [&] { return frame.goes_on(); };
     const auto chunk_done = [&](std::int32_t, std::int32_t last) {
       frame.local_process_text_set(std::to_string(last) + " of " + std::to_string(list.size()));
       return go_on();

@@ -77,7 +77,7 @@ bool for_all_vertices(process_frame &frame, const class_net &net, int threads, j
       for (vertex_number v = begin; v <= std::min(last, begin + vertices_in_piece - 1) && !stopped; ++v)
         judge(v, static_cast<std::size_t>(v - first), spaces[static_cast<std::size_t>(worker)], stopped);
     };
-    if (!run_and_poll(n_pieces, threads, judge_piece, [&](std::int64_t) { return !frame.stop_requested_get(); }))
+    if (!run_and_poll(n_pieces, threads, judge_piece, [&](std::int64_t) { return frame.goes_on(); }))
       return false;
     for (vertex_number v = first; v <= last; ++v)
       report(v, static_cast<std::size_t>(v - first));

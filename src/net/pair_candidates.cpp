@@ -14,6 +14,7 @@ namespace {
 constexpr double most_bins = 5000;
 constexpr band_value most_cells = 1 << 20;
 constexpr std::uint32_t most_kinds = 65535;
+constexpr std::uint32_t most_sizes = 4096; // every pair of them has its least count
 
 // Merging fewer is cheaper than marking the axis.
 bool has_many_partners(const scan_survivor &survivor) {
@@ -39,6 +40,8 @@ pair_candidates::pair_candidates(const pair_kernel &kernel, const pair_elements 
   if (!possible_)
     return;
   find_least_counts(threads);
+  if (!possible_)
+    return;
   choose_bins();
   list_rows(threads);
 }
@@ -80,6 +83,9 @@ void pair_candidates::find_least_counts(int threads) {
   std::sort(sizes_.begin(), sizes_.end());
   sizes_.erase(std::unique(sizes_.begin(), sizes_.end()), sizes_.end());
   const std::size_t n = sizes_.size();
+  possible_ = n <= most_sizes;
+  if (!possible_)
+    return;
   least_of_sizes_.resize(n * n);
   run_in_blocks(0, static_cast<std::int64_t>(n) - 1, static_cast<std::int64_t>(n), 1, threads,
                 [&](std::int64_t first, std::int64_t, int) {

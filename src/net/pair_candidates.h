@@ -22,7 +22,7 @@ public:
   pair_candidates(const pair_kernel &kernel, const pair_elements &elements,
                   std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path = best_scan_path());
 
-  // False when a clone has too many bands for the scan.
+  // False when a clone has too many bands for the scan, or clones are of too many sizes.
   bool possible() const { return possible_; }
 
   // Places of clones run from 0.
