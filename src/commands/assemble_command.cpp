@@ -201,6 +201,18 @@ private:
 
 } // namespace
 
+void assemble_options(option_list &list, command_options &options) {
+  add_input_argument(list, options);
+  add_output_options(list, options, "DIR");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  add_revision_options(list, options);
+  add_contig_options(list, options);
+  add_ordering_options(list, options);
+  list.add("--resume", options.resume, "go on with an earlier run of the same kind");
+  add_common_options(list, options);
+}
+
 exit_status assemble_command(orb_session &session, const command_options &options, const command_streams &streams) {
   if (options.rank < 1 || options.rank > 50)
     throw usage_error("--rank takes a number from 1 to 50");

@@ -10,21 +10,22 @@ namespace orb {
 std::span<const command_row> table_of_commands() {
   static constexpr std::array<command_row, 8> table{{
       {"assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
-       "orb assemble examples/ecoli536 --out results/ecoli536", assemble_command},
+       "orb assemble examples/ecoli536 --out results/ecoli536", assemble_options, assemble_command},
       {"load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
-       "orb load plates/ --out library.ORBdb --preset 4", load_command},
+       "orb load plates/ --out library.ORBdb --preset 4", load_options, load_command},
       {"net", "LIB --out NET.ORBns", "compare all clones and save the net of significant overlaps",
-       "orb net library.ORBdb --out net.ORBns --cutoff 15", net_command},
+       "orb net library.ORBdb --out net.ORBns --cutoff 15", net_options, net_command},
       {"revise", "LIB NET --out NET2.ORBns", "remove false overlaps and chimeric clones from a net",
-       "orb revise library.ORBdb net.ORBns --out net_noQQ.ORBns", revise_command},
+       "orb revise library.ORBdb net.ORBns --out net_noQQ.ORBns", revise_options, revise_command},
       {"contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
-       "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", contigs_command},
+       "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", contigs_options, contigs_command},
       {"order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
-       "orb order library.ORBdb contig.txt --out ordered --jackknife 20", order_command},
+       "orb order library.ORBdb contig.txt --out ordered --jackknife 20", order_options, order_command},
       {"draw", "LIB NET LIST --out FILE.net", "draw the net of a list of clones, with lists marked in it",
-       "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt", draw_command},
+       "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt", draw_options,
+       draw_command},
       {"info", "FILE|FOLDER...", "say what a file or folder holds, or all about one clone",
-       "orb info results/ecoli536 --clone EC001A01", info_command},
+       "orb info results/ecoli536 --clone EC001A01", info_options, info_command},
   }};
   return table;
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "commands/command_options.h"
+#include "commands/option_rows.h"
 #include "commands/orb_session.h"
 #include "frame/failures.h"
 
@@ -19,22 +20,32 @@ struct command_streams {
 };
 
 struct command_row {
-  const char *name;
+  const char *name;      // one word, or a group and a word: "list sort"
   const char *arguments; // as shown in the help
   const char *purpose;
   const char *example;
+  void (*options)(option_list &, command_options &); // what the command takes
   exit_status (*handler)(orb_session &, const command_options &, const command_streams &);
 };
 
 std::span<const command_row> table_of_commands();
 
+// Each command: its options and its handler.
+void load_options(option_list &, command_options &);
 exit_status load_command(orb_session &, const command_options &, const command_streams &);
+void net_options(option_list &, command_options &);
 exit_status net_command(orb_session &, const command_options &, const command_streams &);
+void revise_options(option_list &, command_options &);
 exit_status revise_command(orb_session &, const command_options &, const command_streams &);
+void contigs_options(option_list &, command_options &);
 exit_status contigs_command(orb_session &, const command_options &, const command_streams &);
+void order_options(option_list &, command_options &);
 exit_status order_command(orb_session &, const command_options &, const command_streams &);
+void draw_options(option_list &, command_options &);
 exit_status draw_command(orb_session &, const command_options &, const command_streams &);
+void assemble_options(option_list &, command_options &);
 exit_status assemble_command(orb_session &, const command_options &, const command_streams &);
+void info_options(option_list &, command_options &);
 exit_status info_command(orb_session &, const command_options &, const command_streams &);
 
 // Runs one command with everything around it: start and end of the log, the stop flag, exceptions, exit status.

@@ -28,6 +28,13 @@ private:
 
 } // namespace
 
+void info_options(option_list &list, command_options &options) {
+  list.add("paths", options.info_paths, "libraries, nets, fingerprints, run folders").type("FILE|FOLDER").needed();
+  list.add("--clone", options.clone, "all about one clone").type("NAME");
+  list.add("--json", options.json, "as JSON");
+  add_common_options(list, options);
+}
+
 exit_status info_command(orb_session &session, const command_options &options, const command_streams &streams) {
   const passing_folder folder;
   session.frame().working_folder_set(folder.path());

@@ -47,6 +47,16 @@ static exit_status order_list(orb_session &session, const command_options &optio
   return exit_status::done;
 }
 
+void order_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_list_argument(list, options);
+  add_output_options(list, options, "DIR");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  add_ordering_options(list, options);
+  add_common_options(list, options);
+}
+
 exit_status order_command(orb_session &session, const command_options &options, const command_streams &streams) {
   const fs::path record_file = options.out / "run.json";
   check_output(record_file, options.force);
@@ -83,6 +93,19 @@ static exit_status draw_list(orb_session &session, const command_options &option
   for (const fs::path &file : draw.files_written())
     streams.results(file.string());
   return exit_status::done;
+}
+
+void draw_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_net_argument(list, options);
+  add_list_argument(list, options);
+  add_output_options(list, options, "FILE.net");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  list.add("--mark", options.mark_1, "list of clones to be drawn red").type("LIST");
+  list.add("--mark2", options.mark_2, "list of clones to be drawn as boxes").type("LIST");
+  list.add("--format", options.format, "net, graphml, or both").one_of({"net", "graphml", "both"});
+  add_common_options(list, options);
 }
 
 exit_status draw_command(orb_session &session, const command_options &options, const command_streams &streams) {

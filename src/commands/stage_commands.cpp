@@ -52,6 +52,13 @@ exit_status finish_record(run_record &record, exit_status status, const fs::path
   return status;
 }
 
+void load_options(option_list &list, command_options &options) {
+  add_input_argument(list, options);
+  add_output_options(list, options, "LIB.ORBdb");
+  add_library_options(list, options);
+  add_common_options(list, options);
+}
+
 exit_status load_command(orb_session &session, const command_options &options, const command_streams &streams) {
   check_output(options.out, options.force);
   work_in(session, options.out.parent_path());
@@ -114,6 +121,17 @@ static exit_status net_by_text(orb_session &session, const command_options &opti
   return exit_status::done;
 }
 
+void net_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_output_options(list, options, "NET.ORBns");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  list.add("--text", options.text, "write a text net too, and load the net from it").type("NET.txt");
+  list.add("--start", options.start, "first clone of the text net, to resume").limits(1, 2000000000);
+  list.add("--parts", options.parts, "text net in parts of 1000 clones");
+  add_common_options(list, options);
+}
+
 exit_status net_command(orb_session &session, const command_options &options, const command_streams &streams) {
   check_output(options.out, options.force);
   if (!options.text.empty())
@@ -133,6 +151,16 @@ exit_status net_command(orb_session &session, const command_options &options, co
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
   return finish_record(record, status, run_record_path(options.out));
+}
+
+void revise_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_net_argument(list, options);
+  add_output_options(list, options, "NET.ORBns");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  add_revision_options(list, options);
+  add_common_options(list, options);
 }
 
 exit_status revise_command(orb_session &session, const command_options &options, const command_streams &streams) {
@@ -160,6 +188,17 @@ exit_status revise_command(orb_session &session, const command_options &options,
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
   return finish_record(record, status, run_record_path(options.out));
+}
+
+void contigs_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_net_argument(list, options);
+  add_output_options(list, options, "DIR");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  add_contig_options(list, options);
+  add_ordering_options(list, options);
+  add_common_options(list, options);
 }
 
 exit_status contigs_command(orb_session &session, const command_options &options, const command_streams &streams) {

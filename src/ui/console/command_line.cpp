@@ -10,217 +10,66 @@ namespace orb {
 
 namespace {
 
-// A check of limits that doesn't clutter the help; its error message names them.
-template <class Number> CLI::Validator range(Number low, Number high) {
-  const CLI::Validator limits = CLI::Range(low, high);
-  return limits.description("");
-}
-
 // The line with the arguments comes from the table of commands.
 class plain_formatter : public CLI::Formatter {
 public:
   std::string make_usage(const CLI::App *, std::string) const override { return {}; }
 };
 
-// Takes what CLI11 can't hold in an optional by itself: checks the range as it reads.
-template <class Number>
-void add_optional(CLI::App &app, const std::string &name, std::optional<Number> &target, Number low, Number high,
-                  const std::string &meaning, const std::string &default_text) {
-  app.add_option_function<Number>(
-         name, [&target](const Number &value) { target = value; }, meaning)
-      ->check(range(low, high))
-      ->default_str(default_text)
-      ->type_name(std::is_floating_point_v<Number> ? "X" : "N");
+template <class Value> constexpr bool is_optional = false;
+template <class Value> constexpr bool is_optional<std::optional<Value>> = true;
+
+template <class Value> CLI::Option *add_value(CLI::App &app, const option_row &row, Value &target) {
+  if constexpr (std::is_same_v<Value, bool>)
+    return app.add_flag(row.name, target, row.meaning);
+  else if constexpr (is_optional<Value>) // CLI11 can't hold one by itself
+    return app.add_option_function<typename Value::value_type>(
+        row.name, [&target](const typename Value::value_type &value) { target = value; }, row.meaning);
+  else
+    return app.add_option(row.name, target, row.meaning);
 }
 
-void add_library_options(CLI::App &app, command_options &options) {
-  app.add_flag("--plain-text", options.plain_text, "INPUT is one text file of clones, kept in its own order")
-      ->group("Reading");
-  app.add_option("--capacity", options.capacity, "number of clones provided for")
-      ->check(range(1, 2000000000))
-      ->capture_default_str()
-      ->group("Reading");
-  app.add_option("--name-format-in", options.name_format_in, "clone name format of the input")
-      ->check(range(0, 8))
-      ->capture_default_str()
-      ->group("Reading");
-  app.add_option("--name-format-out", options.name_format_out, "clone name format of the library")
-      ->check(range(0, 8))
-      ->capture_default_str()
-      ->group("Reading");
-  add_optional<std::int16_t>(app, "--tolerance", options.tolerance, 0, 32000, "tolerance t, in band units", "12");
-  add_optional<std::int16_t>(app, "--tolerance-index", options.tolerance_index, 0, 1,
-                             "1 compares lengths within t, 0 compares bin numbers", "1");
-  add_optional<double>(app, "--gel-length", options.gel_length, 2.0, 1e7, "gel length L, in band units", "60000");
-  add_optional<std::int32_t>(app, "--n-bands", options.n_bands, 1, 10000000, "N_bands_Sulston", "2250");
-  add_optional<std::int32_t>(app, "--preset", options.preset, 1, 5,
-                             "tolerance, index, gel length and n-bands of a known kind of data", "none");
+// What the help calls a value: whole numbers are N, others X.
+template <class Value> const char *usual_type() {
+  if constexpr (is_optional<Value>)
+    return usual_type<typename Value::value_type>();
+  else if constexpr (std::is_floating_point_v<Value>)
+    return "X";
+  else if constexpr (std::is_integral_v<Value> || std::is_same_v<Value, std::vector<std::int32_t>>)
+    return "N";
+  else
+    return "NAME";
 }
 
-void add_metric_options(CLI::App &app, command_options &options) {
-  app.add_option("--metric", options.metric, "name or index")->capture_default_str()->group("Overlaps");
-  add_optional<double>(app, "--cutoff", options.cutoff, -1e300, 1e300, "least score of an overlap",
-                       "the metric's standard");
-  app.get_option("--cutoff")->group("Overlaps");
-  app.add_option("--burying", options.burying, "burying fraction")
-      ->check(range(0.0, 1.0))
-      ->capture_default_str()
-      ->group("Overlaps");
-  app.add_option("--markers", options.markers, "markers of clones, or clones of markers")
-      ->type_name("FILE")
-      ->group("Overlaps");
+// Checks of limits and words don't clutter the help; their error messages name them.
+void add_checks(CLI::Option &option, const option_row &row, bool whole) {
+  if (row.low && whole)
+    option.check(CLI::Range(static_cast<std::int64_t>(*row.low), static_cast<std::int64_t>(*row.high)).description(""));
+  else if (row.low)
+    option.check(CLI::Range(*row.low, *row.high).description(""));
+  if (!row.words.empty())
+    option.check(CLI::IsMember(row.words).description(""));
 }
 
-void add_net_options(CLI::App &app, command_options &options) {
-  app.add_option("--text", options.text, "write a text net too, and load the net from it")->type_name("NET.txt");
-  app.add_option("--start", options.start, "first clone of the text net, to resume")
-      ->check(range(1, 2000000000))
-      ->capture_default_str();
-  app.add_flag("--parts", options.parts, "text net in parts of 1000 clones");
-}
-
-void add_revision_options(CLI::App &app, command_options &options) {
-  const char *group = "Revision";
-  app.add_option("--rank", options.rank, "radius of a neighbourhood, in steps")->capture_default_str()->group(group);
-  app.add_option("--additional-cutoff", options.additional_cutoff, "cutoff of the neighbourhoods of Q-clones")
-      ->default_str("cutoff + 10")
-      ->type_name("X")
-      ->group(group);
-  app.add_flag("--no-overlaps", options.no_overlaps, "leave Q-overlaps in")->group(group);
-  app.add_flag("--no-clones", options.no_clones, "leave Q-clones in")->group(group);
-}
-
-void add_contig_options(CLI::App &app, command_options &options) {
-  const char *group = "Contigs";
-  const auto positive = range(0, 2000000000);
-  app.add_option("--max-clones", options.max_clones, "a larger cluster is cut")
-      ->check(positive)
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--min-size", options.min_size, "a smaller cluster is a heap")
-      ->check(positive)
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--max-width", options.max_width, "a wider cluster is cut")
-      ->check(positive)
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--step", options.step, "rise of the cutoff a level")
-      ->check(range(0.0, 1e6))
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--steps", options.steps, "levels above the base")
-      ->check(range(0, 10000))
-      ->capture_default_str()
-      ->group(group);
-  app.add_flag("--no-ordering", options.no_ordering, "no ordering by jackknife")->group(group);
-  app.add_flag("--no-pair-tables", options.no_pair_tables, "no tables of pairs")->group(group);
-  app.add_flag("--no-drawings", options.no_drawings, "no drawings of nets")->group(group);
-}
-
-void add_ordering_options(CLI::App &app, command_options &options) {
-  const char *group = "Order of the clones";
-  app.add_option("--ordering-seconds", options.ordering_seconds, "limit of each search for an order")
-      ->check(range(0.0, 1e6))
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--ordering-steps", options.ordering_steps, "limit by steps in its place, the same on every machine")
-      ->check(range<std::int64_t>(0, 1000000000000))
-      ->default_str("none")
-      ->group(group);
-  app.add_option("--jackknife", options.jackknife, "runs with bands left out by chance")
-      ->check(range(0, 10000))
-      ->capture_default_str()
-      ->group(group);
-  app.add_option("--jackknife-alpha", options.jackknife_alpha, "chance of leaving a band out")
-      ->check(range(0.0, 0.8))
-      ->capture_default_str()
-      ->group(group);
-}
-
-void add_drawing_options(CLI::App &app, command_options &options) {
-  app.add_option("--mark", options.mark_1, "list of clones to be drawn red")->type_name("LIST");
-  app.add_option("--mark2", options.mark_2, "list of clones to be drawn as boxes")->type_name("LIST");
-  app.add_option("--format", options.format, "net, graphml, or both")
-      ->check(CLI::IsMember({"net", "graphml", "both"}).description(""))
-      ->capture_default_str();
-}
-
-void add_common_options(CLI::App &app, command_options &options) {
-  const char *group = "General";
-  app.add_option("-t,--threads", options.threads, "worker threads; the result is the same for any number")
-      ->check(range(0, 4096))
-      ->default_str("all")
-      ->group(group);
-  app.add_option("--seed", options.seed, "of all chance")->capture_default_str()->group(group);
-  app.add_flag("-q,--quiet", options.quiet, "messages only")->group(group);
-  app.add_flag("-v,--verbose", options.verbose, "counters and log lines too")->group(group);
-  app.add_option("--log", options.log, "folder of ORB.log")->type_name("DIR")->group(group);
-  app.add_option("--answers", options.answers, "file of answers to questions: prompt start, tab, answer")
-      ->type_name("FILE")
-      ->group(group);
-  app.add_flag("--yes", options.yes, "answer questions so that the work goes on")->group(group);
-}
-
-void add_output_options(CLI::App &app, command_options &options, const char *type) {
-  app.add_option("--out", options.out, "where the result goes")->type_name(type)->required();
-  app.add_flag("--force", options.force, "overwrite results that exist");
-}
-
-void add_options_of_command(CLI::App &app, command_options &options) {
-  const std::string &name = app.get_name();
-  if (name == "info") {
-    app.add_option("paths", options.info_paths, "libraries, nets, fingerprints, run folders")
-        ->type_name("FILE|FOLDER")
-        ->required();
-    app.add_option("--clone", options.clone, "all about one clone")->type_name("NAME");
-    app.add_flag("--json", options.json, "as JSON");
-    return add_common_options(app, options);
-  }
-  const bool with_net = name == "revise" || name == "contigs" || name == "draw";
-  const bool with_list = name == "order" || name == "draw";
-  app.add_option("input", options.input, "folder of .sizes files, one such file, or a library file")
-      ->type_name(name == "assemble" || name == "load" ? "INPUT" : "LIB")
-      ->required();
-  if (with_net)
-    app.add_option("net", options.net, "native net")->type_name("NET")->required();
-  if (with_list)
-    app.add_option("list", options.list, "names of clones, one a line")->type_name("LIST")->required();
-  add_output_options(app, options,
-                     name == "load"                      ? "LIB.ORBdb"
-                     : name == "net" || name == "revise" ? "NET.ORBns"
-                     : name == "draw"                    ? "FILE.net"
-                                                         : "DIR");
-  add_library_options(app, options);
-  if (name != "load")
-    add_metric_options(app, options);
-  if (name == "net")
-    add_net_options(app, options);
-  if (name == "revise" || name == "assemble")
-    add_revision_options(app, options);
-  if (name == "contigs" || name == "assemble") {
-    add_contig_options(app, options);
-  }
-  if (name == "contigs" || name == "assemble" || name == "order")
-    add_ordering_options(app, options);
-  if (name == "draw")
-    add_drawing_options(app, options);
-  if (name == "assemble")
-    app.add_flag("--resume", options.resume, "go on with an earlier run of the same kind");
-  add_common_options(app, options);
-}
-
-// "N" for whole numbers and "X" for others in place of the names of C++ types.
-void short_type_names(CLI::App &app) {
-  for (CLI::Option *option : app.get_options()) {
-    const std::string type = option->get_type_name();
-    if (type == "INT" || type == "UINT")
-      option->type_name("N");
-    else if (type == "FLOAT")
-      option->type_name("X");
-    else if (type == "TEXT")
-      option->type_name("NAME");
-  }
+void add_row(CLI::App &app, const option_row &row) {
+  std::visit(
+      [&](auto *target) {
+        using value_type = std::remove_pointer_t<decltype(target)>;
+        CLI::Option *option = add_value(app, row, *target);
+        if (!row.group.empty())
+          option->group(row.group);
+        option->required(row.required);
+        if constexpr (!std::is_same_v<value_type, bool>) {
+          const std::string usual = usual_type<value_type>();
+          option->type_name(row.type_shown.empty() ? usual : row.type_shown);
+          add_checks(*option, row, usual == "N");
+          if (!row.default_shown.empty())
+            option->default_str(row.default_shown);
+          else if (std::is_arithmetic_v<value_type> || std::is_same_v<value_type, std::string>)
+            option->capture_default_str();
+        }
+      },
+      row.target);
 }
 
 std::size_t edit_distance(const std::string &a, const std::string &b) {
@@ -296,13 +145,45 @@ std::string unknown_command_text(const std::string &word) {
   return text + "\nSee orb --help.";
 }
 
-std::string general_help() {
-  std::string text = "ORB " ORB_VERSION ": from the restriction fingerprints of BAC clones to contigs\n\n"
-                     "Usage: orb COMMAND ... [options]\n\nCommands:\n";
+// The commands whose names begin with `start`, one a line.
+std::string list_of_commands(const std::string &start) {
+  std::size_t width = 0;
   for (const command_row &row : table_of_commands())
-    text += "  " + std::string(row.name) + std::string(10 - std::string(row.name).size(), ' ') + row.purpose + "\n";
-  return text + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " +
+    width = std::max(width, std::string(row.name).size());
+  std::string text;
+  for (const command_row &row : table_of_commands())
+    if (const std::string name = row.name; name.starts_with(start))
+      text += "  " + name + std::string(width + 2 - name.size(), ' ') + row.purpose + "\n";
+  return text;
+}
+
+std::string general_help() {
+  return "ORB " ORB_VERSION ": from the restriction fingerprints of BAC clones to contigs\n\n"
+         "Usage: orb COMMAND ... [options]\n\nCommands:\n" +
+         list_of_commands("") + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " +
          table_of_commands()[0].example + "\n";
+}
+
+// The row that the first one or two arguments name; nothing otherwise.
+const command_row *command_named(const std::vector<std::string> &arguments) {
+  for (const command_row &row : table_of_commands())
+    if (arguments[0] == row.name || (arguments.size() > 1 && arguments[0] + " " + arguments[1] == row.name))
+      return &row;
+  return nullptr;
+}
+
+// What is said when no command is named: help for a group of commands, or what is wrong.
+command_line_result no_command(const std::vector<std::string> &arguments) {
+  const std::string group = list_of_commands(arguments[0] + " ");
+  if (group.empty())
+    return {false, 2, unknown_command_text(arguments[0])};
+  const std::string second = arguments.size() > 1 ? arguments[1] : "";
+  const std::string help = "Usage: orb " + arguments[0] + " WORD ... [options]\n\nCommands:\n" + group;
+  if (second == "--help" || second == "-h")
+    return {false, 0, help};
+  if (second.empty() || second.starts_with("-"))
+    return {false, 2, "orb " + arguments[0] + ": a word is missing that says what to do\n" + help};
+  return {false, 2, unknown_command_text(arguments[0] + " " + second)};
 }
 
 } // namespace
@@ -315,10 +196,9 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
     return {false, 0, general_help()};
   if (first == "--version")
     return {false, 0, "ORB " ORB_VERSION "\n"};
-  const auto table = table_of_commands();
-  const auto row = std::find_if(table.begin(), table.end(), [&](const command_row &r) { return first == r.name; });
-  if (row == table.end())
-    return {false, 2, unknown_command_text(first)};
+  const command_row *row = command_named(arguments);
+  if (!row)
+    return no_command(arguments);
 
   CLI::App app(row->purpose, row->name);
   app.allow_windows_style_options(false);
@@ -327,9 +207,12 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
   app.get_formatter()->label("REQUIRED", "(required)");
   app.footer(std::string("Example:\n  ") + row->example);
   options.command = row->name;
-  add_options_of_command(app, options);
-  short_type_names(app);
-  std::vector<std::string> rest(arguments.rbegin(), arguments.rend() - 1);
+  option_list list;
+  row->options(list, options);
+  for (const option_row &taken : list.rows())
+    add_row(app, taken);
+  const auto words_of_name = first == row->name ? 1 : 2;
+  std::vector<std::string> rest(arguments.rbegin(), arguments.rend() - words_of_name);
   try {
     app.parse(rest);
   } catch (const CLI::CallForHelp &) {
