@@ -1,6 +1,6 @@
 // The contig registry: every cluster name ever entered, which clusters are in use (on), which cluster each clone
 // belongs to, and for clones and clusters the values that an .fpc file carries. Its printing half stands in
-// fpc_writing.cpp (.fpc files) and contig_statistics.cpp (tables).
+// fpc_writing.cpp (.fpc files) and contig_statistics.cpp and registry_tables.cpp (tables).
 #pragma once
 
 #include <cstdint>
@@ -43,6 +43,9 @@ struct fpc_clone_record {
   std::vector<std::string> markers;
   std::string creation_date, modification_date; // five numbers, without the leading "1"
 };
+
+// What stands between the clones of a marker in a table; `ask` puts the question, and a comma is the default.
+enum class marker_separator { ask, comma, blank };
 
 class class_FPCto_import {
 public:
@@ -136,6 +139,25 @@ public:
   void print_coordinates_of_clones(const number_list &list, const std::filesystem::path &file);
   // contig_statistics_<band size>.txt in the working folder.
   void print_N50_statistics();
+  // The tables below have a header line and fields separated by tabs unless another form is named; empty paths get the
+  // default names in the working folder. Clusters are those in use, coordinates are in bands with three decimals.
+  //
+  // Which contig each clone lies in: "clone", "contig" (empty for none). clones_in_contogs.txt.
+  void print_cluster_name_for_clones(const number_list &list, const std::filesystem::path &file = {});
+  // A new folder with the clones of each cluster from left to right: the names alone, with coordinates, and with their
+  // markers behind these, each in a folder of its own, and report.txt with a row a cluster. Returns the folder. Follows
+  // the stop flag between clusters.
+  std::filesystem::path print_FPC_clusters();
+  // Where markers lie, with commas between the fields: mmm.txt, a row for each marker (or for each list of clones in a
+  // line "clone_1,..,clone_k" of a file, after a question) and cluster that holds clones of it; and
+  // contigs_with_n_markers.txt, a row a cluster. False when the file of lists was cancelled or can't be read.
+  bool print_positon_of_markers();
+  // clones_for_each_marker.txt: a line a marker, with its clones and its position; the form in which lists of clones
+  // for each marker are read. A message when there are no markers.
+  void PrintClonesForMarkers(marker_separator separator = marker_separator::ask);
+  // New names for clusters from lines "name, tab, new name" of a file. Refused as a whole, with the line: an unknown
+  // name, a new name that another cluster has, a line that isn't two names.
+  bool rename_contigs(const std::filesystem::path &file);
 
 private:
   struct name_hash {

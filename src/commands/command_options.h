@@ -32,10 +32,11 @@ struct command_options {
   std::optional<std::int32_t> preset;
 
   // metric
-  std::string metric = "Sulston_1988"; // name or index
+  std::string metric; // name or index; empty: Sulston_1988, or what a run in hand was made with
   std::optional<double> cutoff;
-  double burying = 0.9;
-  std::filesystem::path markers; // of clones
+  std::optional<double> burying;            // unset: 0.9, or what a run in hand was made with
+  std::optional<std::int16_t> table_format; // columns of pair tables
+  std::filesystem::path markers;            // of clones
 
   // net
   std::filesystem::path text;
@@ -60,9 +61,24 @@ struct command_options {
 
   bool resume = false;
 
-  // lists of clones: order, draw
-  std::filesystem::path list, mark_1, mark_2;
-  std::string format = "net"; // of a drawing: "net", "graphml" or "both"
+  // lists of clones: order, draw, list, table
+  std::filesystem::path list, list_2, mark_1, mark_2;
+  std::string format = "net";                            // of a drawing: "net", "graphml" or "both"
+  std::filesystem::path fingerprints;                    // from which records are selected
+  std::string frequency_cutoff;                          // of their bands; empty: asked
+  bool only_consecutive = false, only_all_pairs = false; // which tables
+
+  // a finished run, read back: retain, report
+  std::filesystem::path run;
+  std::filesystem::path library; // empty: what the run's record names
+  std::filesystem::path old_MTP, sequenced;
+  std::optional<std::int32_t> which_clusters;
+  bool use_maximal_subcluster = false, increase_cutoff = false;
+  std::filesystem::path new_names;
+  bool separated_by_spaces = false;
+
+  // markers
+  std::filesystem::path positions; // of markers
 
   // every command
   int threads = 0;

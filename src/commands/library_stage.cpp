@@ -10,6 +10,8 @@
 #include "database/library_file.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
+#include "metrics/class_clone_text_distance.h"
+#include "net/class_list_of_clones.h"
 
 namespace orb {
 
@@ -184,16 +186,17 @@ void record_library(orb_session &session, run_record &record) {
 }
 
 void apply_metric(orb_session &session, const command_options &options) {
-  std::int16_t index = class_clone_dist_general::index_of_name(options.metric);
+  const std::string metric = options.metric.empty() ? "Sulston_1988" : options.metric;
+  std::int16_t index = class_clone_dist_general::index_of_name(metric);
   std::int32_t number = -1;
-  if (index < 0 && whole_number_parse(options.metric, number) && number >= 0 &&
+  if (index < 0 && whole_number_parse(metric, number) && number >= 0 &&
       number <= class_clone_dist_general::number_distance_index_get())
     index = static_cast<std::int16_t>(number);
   if (index < 0) {
     std::string names;
     for (std::int16_t i = 0; i <= class_clone_dist_general::number_distance_index_get(); ++i)
       names += (i ? ", " : "") + class_clone_dist_general::name_of_cutoff_distance(i);
-    throw usage_error("--metric: no metric \"" + options.metric + "\"; known are " + names);
+    throw usage_error("--metric: no metric \"" + metric + "\"; known are " + names);
   }
   const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
   const std::string useless =
@@ -206,9 +209,11 @@ void apply_metric(orb_session &session, const command_options &options) {
   project_settings &settings = session.settings();
   settings.distance_index = index;
   settings.cutoff = options.cutoff ? *options.cutoff : standard;
-  settings.burying = options.burying;
+  settings.burying = options.burying.value_or(0.9);
   if (class_clone_dist_general::need_take_band_abundances_into_account_get(index))
     settings.distance_table_full_mode = true;
+  if (options.table_format)
+    class_clone_text_distance::table_format_select(settings, *options.table_format);
 }
 
 void record_metric(orb_session &session, run_record &record) {
@@ -216,6 +221,18 @@ void record_metric(orb_session &session, run_record &record) {
   record.parameter_set("metric", class_clone_dist_general::name_of_cutoff_distance(settings.distance_index));
   record.parameter_set("cutoff", settings.cutoff);
   record.parameter_set("burying", settings.burying);
+  if (settings.table_format_text != project_settings().table_format_text)
+    record.parameter_set("table_format", settings.table_format_text);
+}
+
+bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
+  return class_list_of_clones(session.frame(), session.settings())
+      .run_reading_file_with_list_of_clones(file, list, name, session.database());
+}
+
+exit_status stopped_or_failed(orb_session &session) {
+  return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
+                                                                               : exit_status::run_failed;
 }
 
 } // namespace orb

@@ -1,9 +1,10 @@
-// The commands over one list of clones: order and draw.
+// The commands over one list of clones that score pairs: order, draw and table.
 #include <fmt/format.h>
 
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
+#include "metrics/class_clone_text_distance.h"
 #include "net/class_clone_net_draw.h"
 #include "net/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
@@ -11,16 +12,6 @@
 namespace orb {
 
 namespace fs = std::filesystem;
-
-static bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
-  return class_list_of_clones(session.frame(), session.settings())
-      .run_reading_file_with_list_of_clones(file, list, name, session.database());
-}
-
-static exit_status stopped_or_failed(orb_session &session) {
-  return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
-                                                                               : exit_status::run_failed;
-}
 
 static exit_status order_list(orb_session &session, const command_options &options, const command_streams &streams) {
   number_list list;
@@ -30,7 +21,7 @@ static exit_status order_list(orb_session &session, const command_options &optio
   class_clone_ord_and_verif orderer(session.context(), nullptr, ordering_options_of(options));
   ordering_task task;
   task.list = list;
-  task.absorb = options.burying;
+  task.absorb = session.settings().burying;
   task.name = name;
   task.flag = false; // the consensus and solution files
   task.folder = options.out;
@@ -82,13 +73,12 @@ static exit_status draw_list(orb_session &session, const command_options &option
     return stopped_or_failed(session);
   drawing_options wanted;
   wanted.file = options.out;
-  wanted.write_pajek = options.format != "graphml";
-  wanted.write_graphml = options.format != "net";
+  set_drawing_format(options, wanted);
   class_clone_net_draw draw(session.signif());
   draw.options_set(wanted);
   draw.mark_names_set({"mark 1", "mark 2", ""});
   const fs::path folder = options.out.parent_path().empty() ? fs::path(".") : options.out.parent_path();
-  if (!draw.quick_run_two_lists_of_marking(list, name, folder, options.burying, -1, mark_1, mark_2))
+  if (!draw.quick_run_two_lists_of_marking(list, name, folder, session.settings().burying, -1, mark_1, mark_2))
     return stopped_or_failed(session);
   for (const fs::path &file : draw.files_written())
     streams.results(file.string());
@@ -127,6 +117,72 @@ exit_status draw_command(orb_session &session, const command_options &options, c
   status = draw_list(session, options, streams);
   record.stage_end();
   return finish_record(record, status, run_record_path(options.out));
+}
+
+// ---- table ---------------------------------------------------------------------------------------------------------
+
+void table_options(option_list &list, command_options &options) {
+  add_library_argument(list, options);
+  add_list_argument(list, options);
+  add_output_options(list, options, "DIR");
+  list.add("--consecutive", options.only_consecutive, "only the table of each clone with the one before it");
+  list.add("--all-pairs", options.only_all_pairs, "only the table of all pairs");
+  list.add("--net", options.net, "of all pairs only those that this net joins").type("NET");
+  std::string formats;
+  for (std::int32_t format = 0; format < class_clone_text_distance::table_format_n_text_get(); ++format)
+    formats += fmt::format(" {} {};", format, class_clone_text_distance::table_format_text_get(format));
+  formats.pop_back();
+  list.add("--table-format", options.table_format, "columns:" + formats).limits(0, 4).shown_default("0");
+  add_library_options(list, options);
+  add_metric_options(list, options);
+  add_common_options(list, options);
+}
+
+static exit_status print_tables(orb_session &session, const command_options &options, const command_streams &streams) {
+  number_list list;
+  std::string name;
+  if (!read_list(session, options.list, list, name))
+    return stopped_or_failed(session);
+  class_list_of_clones tables(session.frame(), session.settings());
+  const bool both = options.only_consecutive == options.only_all_pairs;
+  const fs::path consecutive = options.out / ("Consec_dist_" + name + ".txt");
+  const fs::path all_pairs = options.out / ("All_dist_" + name + ".txt");
+  if (both || options.only_consecutive) {
+    std::vector<std::int32_t> gaps;
+    if (!tables.print_consecuent_dist(list.count(), list, name, consecutive, gaps, true, session.context()))
+      return stopped_or_failed(session);
+    const std::int32_t weak = gaps[static_cast<std::size_t>(session.settings().distance_index)];
+    streams.people(fmt::format("Steps below the cutoff: {} of {}.", weak, std::max(list.count() - 1, 0)));
+    streams.results(consecutive.string());
+  }
+  if (both || options.only_all_pairs) {
+    const pairs_of_table pairs = options.net.empty() ? pairs_of_table::all : pairs_of_table::from_net_only;
+    if (!tables.print_all_dist(list, name, all_pairs, session.context(), &session.signif().net(), pairs))
+      return stopped_or_failed(session);
+    streams.results(all_pairs.string());
+  }
+  return exit_status::done;
+}
+
+exit_status table_command(orb_session &session, const command_options &options, const command_streams &streams) {
+  const fs::path record_file = options.out / "run.json";
+  check_output(record_file, options.force);
+  work_in(session, options.out);
+  run_record record(options, session.frame().clock());
+  exit_status status = library_and_metric(session, options, record, streams);
+  if (status == exit_status::done) {
+    record.input_add(options.list);
+    if (!options.net.empty()) {
+      record.input_add(options.net);
+      status = load_net(session, options.net, streams);
+    }
+  }
+  if (status != exit_status::done)
+    return status;
+  record.stage_start("table");
+  status = print_tables(session, options, streams);
+  record.stage_end();
+  return finish_record(record, status, record_file);
 }
 
 } // namespace orb

@@ -157,6 +157,8 @@ void record_contig_options(const command_options &options, run_record &record) {
   record.parameter_set("ordering", !options.no_ordering);
   record.parameter_set("pair_tables", !options.no_pair_tables);
   record.parameter_set("drawings", !options.no_drawings);
+  if (!options.no_drawings && options.format != "net")
+    record.parameter_set("drawing_format", options.format);
   if (!options.no_ordering)
     record_ordering_options(options, record);
 }
@@ -179,11 +181,16 @@ ordering_options ordering_options_of(const command_options &options) {
   return wanted;
 }
 
-// What is written of each contig. The question that each table of pairs would ask is asked once a run.
-static contig_files files_of_contigs(orb_session &session, const command_options &options) {
+void set_drawing_format(const command_options &options, drawing_options &drawing) {
+  drawing.write_pajek = options.format != "graphml";
+  drawing.write_graphml = options.format != "net";
+}
+
+contig_files files_of_contigs(orb_session &session, const command_options &options) {
   contig_files files;
   files.pair_tables = !options.no_pair_tables;
   files.drawings = !options.no_drawings;
+  set_drawing_format(options, files.drawing);
   files.ordering = ordering_options_of(options);
   if (!files.pair_tables)
     return files;

@@ -35,13 +35,20 @@ exit_status revise_net(orb_session &session, const command_options &options, con
 // The additional cutoff as a number, after the form's rules; usage_error with the form's text otherwise.
 double additional_cutoff(const orb_session &session, const command_options &options);
 
+// Which of the forms "net", "graphml" or "both" a drawing takes.
+void set_drawing_format(const command_options &options, drawing_options &drawing);
+// What is written of each contig. The question that each table of pairs would ask is asked once a run.
+contig_files files_of_contigs(orb_session &session, const command_options &options);
 exit_status make_contigs(orb_session &session, const command_options &options, run_record &record,
                          const command_streams &streams);
 void record_contig_options(const command_options &options, run_record &record);
 void record_ordering_options(const command_options &options, run_record &record);
 ordering_options ordering_options_of(const command_options &options);
 
-// What every stage on a library begins with: the library and the metric, in the record too.
+// Every stage begins with a library; its inputs, parameters and time enter the record.
+exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
+                              const command_streams &streams);
+// The library and the metric.
 exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
                                const command_streams &streams);
 // Saves the record with the state that goes with the status.

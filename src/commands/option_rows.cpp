@@ -47,12 +47,12 @@ void add_library_options(option_list &list, command_options &options) {
 
 void add_metric_options(option_list &list, command_options &options) {
   const char *group = "Overlaps";
-  list.add("--metric", options.metric, "name or index").in_group(group);
+  list.add("--metric", options.metric, "name or index").shown_default("Sulston_1988").in_group(group);
   list.add("--cutoff", options.cutoff, "least score of an overlap")
       .limits(-1e300, 1e300)
       .shown_default("the metric's standard")
       .in_group(group);
-  list.add("--burying", options.burying, "burying fraction").limits(0, 1).in_group(group);
+  list.add("--burying", options.burying, "burying fraction").limits(0, 1).shown_default("0.9").in_group(group);
   list.add("--markers", options.markers, "markers of clones, or clones of markers").type("FILE").in_group(group);
 }
 
@@ -74,9 +74,21 @@ void add_contig_options(option_list &list, command_options &options) {
   list.add("--max-width", options.max_width, "a wider cluster is cut").limits(0, most).in_group(group);
   list.add("--step", options.step, "rise of the cutoff a level").limits(0, 1e6).in_group(group);
   list.add("--steps", options.steps, "levels above the base").limits(0, 10000).in_group(group);
+  add_contig_file_options(list, options);
+}
+
+void add_contig_file_options(option_list &list, command_options &options) {
+  const char *group = "Files of a contig";
   list.add("--no-ordering", options.no_ordering, "no ordering by jackknife").in_group(group);
   list.add("--no-pair-tables", options.no_pair_tables, "no tables of pairs").in_group(group);
   list.add("--no-drawings", options.no_drawings, "no drawings of nets").in_group(group);
+  list.add("--drawing-format", options.format, "of drawings: net, graphml, or both")
+      .one_of({"net", "graphml", "both"})
+      .in_group(group);
+  list.add("--table-format", options.table_format, "columns of pair tables, see orb table --help")
+      .limits(0, 4)
+      .shown_default("0")
+      .in_group(group);
 }
 
 void add_ordering_options(option_list &list, command_options &options) {

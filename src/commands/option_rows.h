@@ -86,6 +86,8 @@ void add_metric_options(option_list &list, command_options &options);
 void add_revision_options(option_list &list, command_options &options);
 void add_contig_options(option_list &list, command_options &options);
 void add_ordering_options(option_list &list, command_options &options);
+// Which files a contig gets, and in which form; the contig options have them too.
+void add_contig_file_options(option_list &list, command_options &options);
 void add_common_options(option_list &list, command_options &options);
 
 } // namespace orb

@@ -20,9 +20,8 @@ static void say_what_was_loaded(orb_session &session, const command_streams &str
   streams.people("Library: " + text_of_library(session) + ".");
 }
 
-// Every stage begins with a library; its inputs, parameters and time enter the record.
-static exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
-                                     const command_streams &streams) {
+exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
+                              const command_streams &streams) {
   record.stage_start("load");
   const exit_status loaded = load_library(session, options, streams);
   if (loaded != exit_status::done)

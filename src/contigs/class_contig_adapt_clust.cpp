@@ -62,7 +62,7 @@ void class_contig_adapt_clust::adaptive_clustering_all_run(class_DB_of_clones &d
 // end unless the user stopped.
 void class_contig_adapt_clust::in_a_process(const std::string &process_name, const std::string &end_message,
                                             class_DB_of_clones &database,
-                                            const std::function<void(run_reports &)> &work) {
+                                            const std::function<void(run_reports &)> &work, bool with_FPC_files) {
   process_frame &frame = signif_->context().frame;
   result_ = {};
   cutoff_start_ = signif_->context().settings.cutoff;
@@ -85,8 +85,10 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
   }
   frame.message(end_message);
   frame.all_panels_reset();
-  database.contigs()->print_FPC_like_file_run(reports.folder_contigs / "FPC_like.fpc",
-                                              reports.folder_contigs / "FPC_like_pp.fpc", reports.folder_contigs, true);
+  if (with_FPC_files)
+    database.contigs()->print_FPC_like_file_run(reports.folder_contigs / "FPC_like.fpc",
+                                                reports.folder_contigs / "FPC_like_pp.fpc", reports.folder_contigs,
+                                                true);
   print_library_reports(reports, database);
   result_.completed = true;
 }
@@ -186,14 +188,21 @@ void class_contig_adapt_clust::add_subclusters_as_clusters(std::int32_t parent, 
   registry.add_new_cluster_finish();
 }
 
+std::vector<std::string>
+class_contig_adapt_clust::names_of_clusters_in_use(const std::function<bool(cluster_id)> &is_wanted) const {
+  const class_FPCto_import &registry = *signif_->context().database.contigs();
+  std::vector<std::string> names{""};
+  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members())
+    if (is_wanted(id))
+      names.push_back(registry.name_of_cluster_get(id));
+  return names;
+}
+
 void class_contig_adapt_clust::process_clusters_without_adaptive_clustering_all_run() {
   class_DB_of_clones &database = signif_->context().database;
   if (database.contigs() == nullptr)
     return;
-  const class_FPCto_import &registry = *database.contigs();
-  std::vector<std::string> names{""};
-  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members())
-    names.push_back(registry.name_of_cluster_get(id));
+  const std::vector<std::string> names = names_of_clusters_in_use([](cluster_id) { return true; });
   process_clusters_without_adaptive_clustering(names, static_cast<std::int32_t>(names.size()) - 1, database);
 }
 
@@ -202,20 +211,35 @@ void class_contig_adapt_clust::process_clusters_without_adaptive_clustering(cons
                                                                             class_DB_of_clones &database) {
   if (signif_->context().frame.process_is_running() || database.contigs() == nullptr)
     return;
-  in_a_process("Test of given clusters", "Test of clusters is completed", database,
-               [&](run_reports &reports) { given_clusters_loop(names, n, reports, database); });
+  in_a_process("Test of given clusters", "Test of clusters is completed", database, [&](run_reports &reports) {
+    given_clusters_loop(names, n, reports, database, [](std::int32_t, const cluster_test &) {});
+  });
 }
 
-void class_contig_adapt_clust::given_clusters_loop(const std::vector<std::string> &names, std::int32_t n,
-                                                   run_reports &reports, class_DB_of_clones &database) {
-  process_frame &frame = signif_->context().frame;
-  const class_FPCto_import &registry = *database.contigs();
+void class_contig_adapt_clust::given_clusters_answers_set(std::optional<bool> use_maximal_subcluster,
+                                                          std::optional<bool> increase_cutoff) {
+  answers_ = {use_maximal_subcluster, increase_cutoff};
+}
+
+class_contig_adapt_clust::given_clusters_answers class_contig_adapt_clust::answers_of_given_clusters() {
+  given_clusters_answers answers = answers_;
   question asked;
   asked.to_go_on = answer::no; // a yes changes what is tested
   asked.text = "Use maximal connected subcluster?";
-  const bool use_maximal_subcluster = frame.yes(asked);
+  if (!answers.use_maximal_subcluster)
+    answers.use_maximal_subcluster = signif_->context().frame.yes(asked);
   asked.text = "Increase cutoff to make cluster linear (for MTP selection)?";
-  const bool increase_cutoff = frame.yes(asked);
+  if (!answers.increase_cutoff)
+    answers.increase_cutoff = signif_->context().frame.yes(asked);
+  return answers;
+}
+
+void class_contig_adapt_clust::given_clusters_loop(
+    const std::vector<std::string> &names, std::int32_t n, run_reports &reports, class_DB_of_clones &database,
+    const std::function<void(std::int32_t, const cluster_test &)> &tested) {
+  process_frame &frame = signif_->context().frame;
+  const class_FPCto_import &registry = *database.contigs();
+  const given_clusters_answers answers = answers_of_given_clusters();
   reports.clones_in_MTP_details.line(class_contig_analysis::header_of_MTP_details());
   for (std::int32_t i = 1; !stopped() && i <= n; ++i) {
     cluster_test test;
@@ -233,11 +257,13 @@ void class_contig_adapt_clust::given_clusters_loop(const std::vector<std::string
     // The number of clones stands where the level is expected, so that a ladder of several steps would be climbed to
     // its top: deliberate.
     test.level = n_clones;
-    test.use_maximal_subcluster = use_maximal_subcluster;
-    test.increase_cutoff = increase_cutoff;
+    test.use_maximal_subcluster = *answers.use_maximal_subcluster;
+    test.increase_cutoff = *answers.increase_cutoff;
     test_cluster(test, reports, database);
-    if (!stopped())
+    if (!stopped()) {
       note_result(test, registry);
+      tested(i, test);
+    }
     if (shown)
       frame.control_text_set(std::to_string(i) + " contigs done.");
   }

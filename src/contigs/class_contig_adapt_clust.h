@@ -7,11 +7,13 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "clustering/class_FPCto_import.h"
 #include "contigs/class_contig_analysis.h"
+#include "contigs/retained_tiling_path.h"
 #include "contigs/run_reports.h"
 
 namespace orb {
@@ -88,6 +90,29 @@ public:
   // The same for given names (from 1, element 0 unused); a name that isn't in the registry is passed over.
   void process_clusters_without_adaptive_clustering(const std::vector<std::string> &names, std::int32_t n,
                                                     class_DB_of_clones &database);
+  // The two questions that the runs over given clusters ask; once set they aren't asked.
+  void given_clusters_answers_set(std::optional<bool> use_maximal_subcluster, std::optional<bool> increase_cutoff);
+
+  // Re-analysis of the clusters in use with an older tiling path: which of its clones, and of the clones sequenced
+  // since, make a path through each cluster. Asks for what `options` leaves open. Writes the reports of a run, four
+  // tables in the working folder, see retained_tiling_path.h, and a drawing of each contig. False when cancelled.
+  bool process_clusters_without_adaptive_clustering_Retain_run(const retained_path_options &options);
+  // The same for given names (from 1, element 0 unused), with preferences by clone number.
+  void process_clusters_without_adaptive_clustering_Retain(const std::vector<std::string> &names, std::int32_t n,
+                                                           const std::vector<std::int16_t> &index_inMTPpreference);
+  // Reads the two lists; a clone of both is preferred. `allowed`: both lists together, ascending, without repeats.
+  bool
+  find_MTP_maximally_using_clones_from_list_make_index_inMTPpreference(const retained_path_options &options,
+                                                                       std::vector<std::int16_t> &index_inMTPpreference,
+                                                                       number_list &sequenced, number_list &allowed);
+  // A path through the contig's clones of preference above 0, at the project's cutoff, from the leftmost to the
+  // rightmost one and through preferred ones where it can; `not_used`: the others of them. `unlinked`: there is none,
+  // and then all of them are the path. The pairs of these clones go to `file` unless it is null.
+  void find_MTP_maximally_using_clones_from_list(const class_contig_analysis &contig,
+                                                 const std::vector<std::int16_t> &index_inMTPpreference,
+                                                 number_list &MTP, number_list &not_used, growing_file *file,
+                                                 bool &unlinked);
+
   // One cluster through the decision table of the method, with its files. Its rows in the reports and the order of its
   // clones follow with report_tested_clusters: contigs are ordered side by side. A stop request ends it early, and then
   // nothing of it will be in the reports.
@@ -116,13 +141,22 @@ private:
   };
   bool stopped() const { return signif_->context().frame.stop_requested_get(); }
   void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
-                    const std::function<void(run_reports &)> &work);
+                    const std::function<void(run_reports &)> &work, bool with_FPC_files = true);
   void open_contig_folder_and_reports(run_reports &reports);
   void adaptive_clustering_loop(work_list &work, run_reports &reports, class_DB_of_clones &database);
   void add_subclusters_as_clusters(std::int32_t parent, work_list &work, class_contig_analysis &contig,
                                    class_FPCto_import &registry);
+  struct given_clusters_answers {
+    std::optional<bool> use_maximal_subcluster, increase_cutoff;
+  };
+  given_clusters_answers answers_of_given_clusters();
+  // Tests clusters by name; `tested` follows each. The reports are finished.
   void given_clusters_loop(const std::vector<std::string> &names, std::int32_t n, run_reports &reports,
-                           class_DB_of_clones &database);
+                           class_DB_of_clones &database,
+                           const std::function<void(std::int32_t, const cluster_test &)> &tested);
+  std::vector<std::string> names_of_clusters_in_use(const std::function<bool(cluster_id)> &is_wanted) const;
+  void retain_in_contig(std::int32_t i, const cluster_test &test, const std::vector<std::int16_t> &index,
+                        retain_files &files);
   void make_contig_for_cluster(cluster_test &test, const class_FPCto_import &registry);
   void keep_largest_subcluster(cluster_test &test);
   void print_clones_not_in(const number_list &all, const number_list &kept, const std::string &name);
@@ -140,6 +174,7 @@ private:
 
   class_clone_net_signif *signif_;
   contig_files files_;
+  given_clusters_answers answers_;
   std::vector<tested_cluster> tested_;
   std::int32_t n_to_be_ordered_ = 0; // of these
   std::int32_t n_clones_max_ = 1200, minimal_cluster_size_ = 6, width_max_ = 1;

@@ -99,6 +99,8 @@ public:
   // `with_whole_cluster`: one of the whole cluster before. And the same at the cutoff of the last check.
   void print_files_with_net_Pajek(bool with_whole_cluster, const drawing_options &options);
   void check_contig_with_MTP_new_cutoff_print_net_Pajek(const drawing_options &options);
+  // Another tiling path (red), clones that it could have used (green), and the contig's own path (boxes).
+  void draw_retained_MTP(const number_list &MTP, const number_list &not_used, const drawing_options &options) const;
 
   // --- order of the clones, verified by a jackknife on bands ---
   // All at once. False when the user stopped: there is no order then.
@@ -113,6 +115,12 @@ public:
   // Appends this cluster's tiling path to the two files of a run; a null file is skipped.
   void print_list_of_clones_MTP_update_files_with_all_MTPs(growing_file *file_names, growing_file *file_details);
   static std::string header_of_MTP_details();
+  // Appends the pairs of `list` (clones of this cluster) that the whole net joins, both ways round, each clone with
+  // whether it is sequenced and whether it lies on `MTP`. `index`: preference by clone number, see
+  // retained_tiling_path.h; `cutoff` tells significant pairs from others; `unlinked`: said in every line.
+  void print_coordinates_of_selected_clones_for_Retain(const number_list &list, const std::vector<std::int16_t> &index,
+                                                       growing_file &file, const number_list &MTP, double cutoff,
+                                                       bool unlinked) const;
   // Name, number of clones, gaps, radius, diam, width, gaps after ordering, long name. Which gaps stand there goes by
   // the family of the pair tables: metrics 2 and 6 for the families 0 to 2, 4 for family 3, none for others.
   std::string report_line_get() const;

@@ -38,4 +38,16 @@ void class_contig_analysis::check_contig_with_MTP_new_cutoff_print_net_Pajek(con
                 list_of_clones_far_NewCutoff_, options);
 }
 
+void class_contig_analysis::draw_retained_MTP(const number_list &MTP, const number_list &not_used,
+                                              const drawing_options &options) const {
+  constexpr double absorb = 0.9; // whatever the run's own burying fraction is
+  class_clone_net_draw draw(*signif_);
+  draw.options_set(options);
+  draw.mark_names_set({"new tiling path", "not used", "tiling path"});
+  if (clone_coor_known_)
+    draw.quick_run_coordinates_set(coor_left_of_list(), coor_right_of_list());
+  draw.quick_run_three_lists_of_marking(list_of_clones_, "MTP_new_" + cluster_file_name(cluster_name_),
+                                        dir_name_to_output_ok_, absorb, -1, MTP, not_used, list_of_clones_MTP_);
+}
+
 } // namespace orb

@@ -66,17 +66,6 @@ void run_reports::close() {
       file->close();
 }
 
-std::string cluster_file_name(std::string_view name) {
-  std::string file_name(name);
-  for (char &c : file_name) {
-    if (c == '/' || c == '\\' || static_cast<unsigned char>(c) < 32)
-      c = '_';
-  }
-  if (file_name.empty() || file_name == "." || file_name == "..")
-    return std::string(1, '_');
-  return file_name;
-}
-
 std::string cluster_report_header() {
   return "i\tcluster\tn_clones\tcontig\tcutoff\tdiam\twidth\tn_gaps\tn_rank_MTP>1\tUser_remark\tfull_name";
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "clustering/cluster_file_name.h"
 #include "contigs/run_folder.h"
 #include "frame/files.h"
 #include "frame/process_frame.h"
@@ -29,9 +30,6 @@ struct run_reports {
   void flush(); // after each cluster
   void close();
 };
-
-// The cluster's name as a file name: what can't stand in one becomes "_", so that no name leads out of the folder.
-std::string cluster_file_name(std::string_view name);
 
 // Cluster report: header, a row, and a row read back (false: damaged; `why` says what is wrong with it).
 std::string cluster_report_header();

@@ -48,13 +48,14 @@ public:
   bool select_clones_from_database(class_DB_of_clones &database, const std::filesystem::path &file_with_list = {},
                                    const std::filesystem::path &file_with_bands = {},
                                    const std::filesystem::path &result = {});
-  // Copies the records of clones list(1..n) from a file of fingerprint records, line by line as they are, leaving out
-  // each band whose frequency among the clones of the database is above a cutoff that is asked for (1.00: all stay).
-  // An empty `result`: selected_clones_NAME.txt of the working folder. One pass over the file, whatever its size. False
-  // also after a stop request; no file is left then.
+  // Copies the records of clones list(1..n) from a file of fingerprint records, or a folder of .sizes files, line by
+  // line as they are, leaving out each band whose frequency among the clones of the database is above a cutoff, which
+  // is asked for when it is empty (1.00: all stay). An empty `result`: selected_clones_NAME.txt of the working folder.
+  // One pass over the file, whatever its size. False also after a stop request; no file is left then.
   bool create_file_with_clons_with_list_of_bands(const number_list &list, std::int32_t n,
                                                  const class_DB_of_clones &database, std::filesystem::path file = {},
-                                                 std::filesystem::path result = {});
+                                                 std::filesystem::path result = {},
+                                                 std::string frequency_cutoff_text = {});
 
   // ---- lists as sets -------------------------------------------------------------------------------------------
 

@@ -104,6 +104,16 @@ record_copier::ending record_copier::copy(line_reader &lines, result_file &outpu
   return ending::done;
 }
 
+// The .sizes files of a folder in their order, or the one file.
+std::vector<std::filesystem::path> files_with_bands(const std::filesystem::path &file) {
+  if (!std::filesystem::is_directory(file))
+    return {file};
+  std::vector<std::filesystem::path> files;
+  for (const std::string &name : class_serv_raznoe::create_ordered_list_of_files_in_folder(file, "sizes"))
+    files.push_back(file / name);
+  return files;
+}
+
 } // namespace
 
 void class_list_of_clones::print_list_of_clones(const number_list &list, const std::filesystem::path &file,
@@ -142,7 +152,8 @@ bool class_list_of_clones::select_clones_from_database(class_DB_of_clones &datab
 bool class_list_of_clones::create_file_with_clons_with_list_of_bands(const number_list &list, std::int32_t n,
                                                                      const class_DB_of_clones &database,
                                                                      std::filesystem::path file,
-                                                                     std::filesystem::path result) {
+                                                                     std::filesystem::path result,
+                                                                     std::string frequency_cutoff_text) {
   if (file.empty())
     file = frame_.open_file_dialog("Open file with bands (containing selected clones)");
   if (file.empty())
@@ -151,27 +162,30 @@ bool class_list_of_clones::create_file_with_clons_with_list_of_bands(const numbe
     result = frame_.path_in_working_folder("\\selected_clones_" +
                                            class_serv_raznoe::extract_pure_file_name(file.string()) + ".txt");
   frame_.process_start("Selecting clones and bands");
-  const std::string cutoff = frame_.input({"Input cutoff for band frequency (among clones)", {}, "1.00"});
-  if (cutoff.empty()) {
+  if (frequency_cutoff_text.empty())
+    frequency_cutoff_text = frame_.input({"Input cutoff for band frequency (among clones)", {}, "1.00"});
+  if (frequency_cutoff_text.empty()) {
     frame_.process_canceled();
     return false;
   }
-  const double frequency_cutoff = number_from_text(frame_, cutoff);
+  const double frequency_cutoff = number_from_text(frame_, frequency_cutoff_text);
   std::unordered_set<std::string> names;
   for (std::int32_t i = 1; i <= n; ++i)
     names.insert(database.name_of_clone_get(list(i)));
-  line_reader lines(file);
   result_file output(result);
   record_copier copier(frame_, settings_, database, names, frequency_cutoff);
-  const record_copier::ending ending = copier.copy(lines, output);
-  if (ending == record_copier::ending::stopped) {
-    frame_.process_stopped_manually();
-    return false;
-  }
-  if (ending == record_copier::ending::no_text) {
-    refuse("File " + file.string() + " is no text: " + copier.problem() + " of the line\r\n" + lines.place());
-    frame_.process_aborted();
-    return false;
+  for (const std::filesystem::path &source : files_with_bands(file)) {
+    line_reader lines(source);
+    const record_copier::ending ending = copier.copy(lines, output);
+    if (ending == record_copier::ending::stopped) {
+      frame_.process_stopped_manually();
+      return false;
+    }
+    if (ending == record_copier::ending::no_text) {
+      refuse("File " + source.string() + " is no text: " + copier.problem() + " of the line\r\n" + lines.place());
+      frame_.process_aborted();
+      return false;
+    }
   }
   output.commit();
   frame_.local_process_text_set(std::to_string(copier.n_copied()) + " clones copied");
