@@ -226,8 +226,12 @@ void record_metric(orb_session &session, run_record &record) {
 }
 
 bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
-  return class_list_of_clones(session.frame(), session.settings())
-      .run_reading_file_with_list_of_clones(file, list, name, session.database());
+  if (!class_list_of_clones(session.frame(), session.settings())
+           .run_reading_file_with_list_of_clones(file, list, name, session.database()))
+    return false;
+  if (list.empty())
+    session.frame().message("List " + file.string() + " holds no clone of the library.");
+  return true;
 }
 
 exit_status stopped_or_failed(orb_session &session) {

@@ -9,17 +9,15 @@
 // alone, inside a piece, or its end, and then where the other end is.
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
-#include <limits>
 
+#include "ordering/open_graph.h"
 #include "ordering/tour_proof.h"
+#include "ordering/vertex_order.h"
 
 namespace orb {
 
 namespace {
-
-using reduced_cost = double; // whole numbers of 1 / scale: exact
 
 constexpr std::size_t most_slots = 28;          // of the frontier
 constexpr std::int32_t poll_stride = 256;       // states
@@ -28,234 +26,6 @@ constexpr std::size_t states_beyond = 1000;     // of a layer, once there are so
 
 std::size_t place(std::int32_t i) {
   return static_cast<std::size_t>(i);
-}
-
-struct kept_edge {
-  std::int32_t a, b; // a < b
-  reduced_cost cost;
-  reduced_cost excess; // how much dearer a 1-tree gets that must hold it
-};
-
-// What passes the test of the bound.
-struct open_graph {
-  std::vector<kept_edge> edges;
-  std::vector<std::uint8_t> may_end;               // by vertex: it may be an end of a piece
-  std::vector<std::vector<std::int32_t>> touching; // by vertex: numbers of its edges
-  std::int32_t longest = 0;                        // M
-  reduced_cost smallest_joint = 0;                 // least reduced cost of a step of length M
-};
-
-class reduced_instance {
-public:
-  reduced_instance(const square_array<std::int32_t> &distances, std::int32_t n_vertices, const path_bound &of_all)
-      : dist(distances), n(n_vertices), bound(of_all) {
-    const std::vector<double> &m = bound.multiplier;
-    for (std::int32_t i = 1; i <= n; ++i) {
-      for (std::int32_t j = i + 1; j <= n; ++j)
-        longest = std::max(longest, dist(i, j));
-      twice_multipliers += 2 * m[place(i)];
-    }
-    std::vector<double> sorted(m.begin() + 1, m.end());
-    std::partial_sort(sorted.begin(), sorted.begin() + 2, sorted.end());
-    smallest = sorted[0];
-    second = sorted[1];
-  }
-  reduced_cost edge(std::int32_t a, std::int32_t b) const { return with_length(dist(a, b), a, b); }
-  reduced_cost joint(std::int32_t a, std::int32_t b) const { return with_length(longest, a, b); }
-  reduced_cost end(std::int32_t v) const { return longest * (path_bound::scale / 2) + bound.multiplier[place(v)]; }
-
-  const square_array<std::int32_t> &dist;
-  std::int32_t n;
-  const path_bound &bound;
-  std::int32_t longest = std::numeric_limits<std::int32_t>::min();
-  reduced_cost twice_multipliers = 0, smallest = 0, second = 0;
-
-private:
-  reduced_cost with_length(std::int32_t length, std::int32_t a, std::int32_t b) const {
-    return length * path_bound::scale + bound.multiplier[place(a)] + bound.multiplier[place(b)];
-  }
-};
-
-// Edges and ends whose 1-tree stays `room` above the bound or nearer. O(n^2): for each vertex the dearest edge on the
-// way through the tree to every other one.
-open_graph open_part(const reduced_instance &instance, reduced_cost room) {
-  const std::int32_t n = instance.n;
-  const path_bound &bound = instance.bound;
-  open_graph graph;
-  graph.longest = instance.longest;
-  graph.may_end.assign(place(n) + 1, 0);
-  graph.touching.resize(place(n) + 1);
-  square_array<double> dearest(n, -std::numeric_limits<double>::max());
-  for (std::size_t k = 1; k < bound.sequence.size(); ++k) {
-    const std::int32_t v = bound.sequence[k], parent = bound.parent[place(v)];
-    const reduced_cost own = instance.edge(v, parent);
-    for (std::size_t earlier = 0; earlier < k; ++earlier) {
-      const std::int32_t u = bound.sequence[earlier];
-      dearest(u, v) = dearest(v, u) = u == parent ? own : std::max(own, dearest(u, parent));
-    }
-  }
-  graph.smallest_joint = instance.longest * path_bound::scale + instance.smallest + instance.second;
-  for (std::int32_t a = 1; a <= n; ++a) {
-    if (bound.multiplier[place(a)] - instance.second <= room)
-      graph.may_end[place(a)] = 1;
-    for (std::int32_t b = a + 1; b <= n; ++b) {
-      if (instance.joint(a, b) - dearest(a, b) <= room)
-        graph.may_end[place(a)] = graph.may_end[place(b)] = 1;
-      const reduced_cost cost = instance.edge(a, b), excess = std::max(cost - dearest(a, b), 0.0);
-      if (instance.dist(a, b) < instance.longest && excess <= room)
-        graph.edges.push_back({a, b, cost, excess});
-    }
-  }
-  for (std::size_t e = 0; e < graph.edges.size(); ++e) {
-    graph.touching[place(graph.edges[e].a)].push_back(static_cast<std::int32_t>(e));
-    graph.touching[place(graph.edges[e].b)].push_back(static_cast<std::int32_t>(e));
-  }
-  return graph;
-}
-
-std::int32_t other_end(const kept_edge &e, std::int32_t v) {
-  return e.a == v ? e.b : e.a;
-}
-
-// The order in which the vertices are taken, with the size of the frontier after each.
-struct vertex_order {
-  path_order vertices;
-  std::size_t widest = 0;
-  double weight = 0; // grows with the number of states to be expected
-};
-
-// Numbers of neighbours that aren't taken yet, and which vertices stand in the frontier.
-class frontier_walk {
-public:
-  explicit frontier_walk(const open_graph &graph) : graph_(graph), taken(graph.touching.size(), 0) {
-    for (const auto &edges : graph.touching)
-      n_open.push_back(static_cast<std::int32_t>(edges.size()));
-  }
-  // Takes v; what leaves the frontier by that goes to `left`, v itself last.
-  void take(std::int32_t v, std::vector<std::int32_t> &left) {
-    left.clear();
-    taken[place(v)] = 1;
-    for (const std::int32_t e : graph_.touching[place(v)]) {
-      const std::int32_t w = other_end(graph_.edges[place(e)], v);
-      if (--n_open[place(w)] == 0 && taken[place(w)] != 0)
-        left.push_back(w);
-    }
-    if (n_open[place(v)] == 0)
-      left.push_back(v);
-  }
-
-private:
-  const open_graph &graph_;
-
-public:
-  std::vector<std::uint8_t> taken;
-  std::vector<std::int32_t> n_open; // edges to vertices that aren't taken
-};
-
-void measure(const open_graph &graph, vertex_order &order) {
-  frontier_walk walk(graph);
-  std::vector<std::int32_t> left;
-  std::size_t width = 0;
-  for (const std::int32_t v : order.vertices) {
-    walk.take(v, left);
-    order.widest = std::max(order.widest, ++width);
-    width -= left.size();
-    order.weight += std::exp2(static_cast<double>(width));
-  }
-}
-
-// Takes next what leaves the smallest frontier; where nothing hangs on it, the next vertex of `path`.
-vertex_order narrow_order(const open_graph &graph, const path_order &path) {
-  vertex_order order;
-  frontier_walk walk(graph);
-  std::vector<std::int32_t> frontier, left; // the oldest first
-  std::size_t next_of_path = 0;
-  while (order.vertices.size() < path.size()) {
-    std::int32_t best = 0, best_growth = 0;
-    for (const std::int32_t u : frontier)
-      for (const std::int32_t e : graph.touching[place(u)]) {
-        const std::int32_t v = other_end(graph.edges[place(e)], u);
-        if (walk.taken[place(v)] != 0)
-          continue;
-        std::int32_t growth = walk.n_open[place(v)] > 0 ? 1 : 0;
-        for (const std::int32_t f : graph.touching[place(v)]) {
-          const std::int32_t w = other_end(graph.edges[place(f)], v);
-          growth -= walk.taken[place(w)] != 0 && walk.n_open[place(w)] == 1 ? 1 : 0;
-        }
-        if (best == 0 || growth < best_growth) {
-          best = v;
-          best_growth = growth;
-        }
-      }
-    while (best == 0) {
-      const std::int32_t v = path[next_of_path++];
-      best = walk.taken[place(v)] == 0 ? v : 0;
-    }
-    walk.take(best, left);
-    order.vertices.push_back(best);
-    frontier.push_back(best);
-    for (const std::int32_t v : left)
-      frontier.erase(std::find(frontier.begin(), frontier.end(), v));
-  }
-  measure(graph, order);
-  return order;
-}
-
-vertex_order best_vertex_order(const open_graph &graph, const path_order &path) {
-  vertex_order along{path, 0, 0};
-  measure(graph, along);
-  vertex_order best = along;
-  for (const path_order &start : {path, path_order(path.rbegin(), path.rend())}) {
-    vertex_order order = narrow_order(graph, start);
-    if (order.weight < best.weight)
-      best = std::move(order);
-  }
-  return best;
-}
-
-// By number of vertices taken: what the rest costs at least.
-struct rest_costs {
-  std::vector<reduced_cost> tree; // a spanning tree of the rest and of all that was taken, as one vertex
-  std::vector<reduced_cost> edge; // the cheapest edge of the rest
-};
-
-rest_costs costs_of_rests(const open_graph &graph, const path_order &order) {
-  std::vector<const kept_edge *> edges;
-  for (const kept_edge &e : graph.edges)
-    edges.push_back(&e);
-  std::sort(edges.begin(), edges.end(),
-            [](const kept_edge *x, const kept_edge *y) { return x->cost != y->cost ? x->cost < y->cost : x < y; });
-  const auto n = static_cast<std::int32_t>(order.size());
-  std::vector<std::int32_t> when(place(n) + 1);
-  for (std::int32_t k = 0; k < n; ++k)
-    when[place(order[place(k)])] = k + 1;
-  rest_costs out;
-  std::vector<std::int32_t> root(place(n) + 1);
-  const auto root_of = [&](std::int32_t v) {
-    while (root[place(v)] != v)
-      v = root[place(v)] = root[place(root[place(v)])];
-    return v;
-  };
-  for (std::int32_t taken = 0; taken <= n; ++taken) {
-    for (std::int32_t v = 1; v <= n; ++v)
-      root[place(v)] = when[place(v)] <= taken ? order[0] : v;
-    reduced_cost tree = 0, cheapest = graph.smallest_joint;
-    std::int32_t to_join = n - taken - (taken == 0 ? 1 : 0);
-    for (const kept_edge *e : edges) {
-      if (std::max(when[place(e->a)], when[place(e->b)]) <= taken)
-        continue;
-      cheapest = std::min(cheapest, e->cost);
-      const std::int32_t a = root_of(e->a), b = root_of(e->b);
-      if (a == b || e->cost >= graph.smallest_joint)
-        continue;
-      root[place(a)] = b;
-      tree += e->cost;
-      --to_join;
-    }
-    out.tree.push_back(tree + to_join * graph.smallest_joint);
-    out.edge.push_back(cheapest);
-  }
-  return out;
 }
 
 // What stands in a slot of the frontier, besides the slot of the other end of its piece (its own: it is alone).
@@ -503,27 +273,6 @@ std::vector<std::int32_t> frontier_search::edges() const {
         out.push_back(back_edges_of_layer_[layer][place(choice)]);
   }
   return out;
-}
-
-// The pieces of a linear forest one behind the other.
-path_order path_of_edges(const open_graph &graph, const std::vector<std::int32_t> &edges, std::int32_t n) {
-  std::vector<std::array<std::int32_t, 2>> joined(place(n) + 1, {0, 0});
-  for (const std::int32_t e : edges)
-    for (const std::int32_t v : {graph.edges[place(e)].a, graph.edges[place(e)].b}) {
-      auto &at = joined[place(v)];
-      (at[0] == 0 ? at[0] : at[1]) = other_end(graph.edges[place(e)], v);
-    }
-  path_order order;
-  std::vector<std::uint8_t> taken(place(n) + 1, 0);
-  for (std::int32_t v = 1; v <= n; ++v)
-    for (std::int32_t before = 0, here = joined[place(v)][1] == 0 && taken[place(v)] == 0 ? v : 0; here != 0;) {
-      order.push_back(here);
-      taken[place(here)] = 1;
-      const std::int32_t onward = joined[place(here)][0] != before ? joined[place(here)][0] : joined[place(here)][1];
-      before = here;
-      here = onward;
-    }
-  return order;
 }
 
 } // namespace
