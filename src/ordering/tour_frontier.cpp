@@ -285,15 +285,20 @@ search_outcome search_below(const square_array<std::int32_t> &dist, std::int32_t
   if (room < 0)
     return {true, 0};
   bool complete = true;
-  open_graph graph = open_part(instance, room);
-  vertex_order vertices = best_vertex_order(graph, order);
-  while (vertices.widest > most_slots) { // too much is open: a part of it may still hold a better path
+  open_graph graph;
+  vertex_order vertices;
+  while (true) {
     if (clock.over())
       return {false, 1};
-    complete = false;
-    room /= 2;
     graph = open_part(instance, room);
-    vertices = best_vertex_order(graph, order);
+    // Each vertex has at most as many edges to those taken before as the frontier has slots.
+    if (graph.edges.size() <= most_slots * place(n)) {
+      vertices = best_vertex_order(graph, order, clock);
+      if (vertices.widest <= most_slots)
+        break;
+    }
+    complete = false; // too much is open: a part of it may still hold a better path
+    room /= 2;
   }
   frontier_search search(instance, graph, std::move(vertices), limit, static_cast<std::size_t>(most_states), clock);
   if (!search.run())

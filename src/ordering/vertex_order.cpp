@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace orb {
 
@@ -22,12 +23,16 @@ static void measure(const open_graph &graph, vertex_order &order) {
 }
 
 // Takes next what leaves the smallest frontier; where nothing hangs on it, the next vertex of `path`.
-static vertex_order narrow_order(const open_graph &graph, const path_order &path) {
+static vertex_order narrow_order(const open_graph &graph, const path_order &path, const search_clock &clock) {
   vertex_order order;
   frontier_walk walk(graph);
   std::vector<std::int32_t> frontier, left; // the oldest first
   std::size_t next_of_path = 0;
   while (order.vertices.size() < path.size()) {
+    if (clock.over()) {
+      order.weight = std::numeric_limits<double>::infinity();
+      return order;
+    }
     std::int32_t best = 0, best_growth = 0;
     for (const std::int32_t u : frontier)
       for (const std::int32_t e : graph.touching[place(u)]) {
@@ -58,12 +63,12 @@ static vertex_order narrow_order(const open_graph &graph, const path_order &path
   return order;
 }
 
-vertex_order best_vertex_order(const open_graph &graph, const path_order &path) {
+vertex_order best_vertex_order(const open_graph &graph, const path_order &path, const search_clock &clock) {
   vertex_order along{path, 0, 0};
   measure(graph, along);
   vertex_order best = along;
   for (const path_order &start : {path, path_order(path.rbegin(), path.rend())}) {
-    vertex_order order = narrow_order(graph, start);
+    vertex_order order = narrow_order(graph, start, clock);
     if (order.weight < best.weight)
       best = std::move(order);
   }

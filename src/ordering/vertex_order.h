@@ -43,8 +43,8 @@ public:
   std::vector<std::int32_t> n_open; // edges to vertices that aren't taken
 };
 
-// The better one of a walk along a path and of walks that keep the frontier small.
-vertex_order best_vertex_order(const open_graph &graph, const path_order &path);
+// The better one of a walk along a path and of walks that keep the frontier small; when the time is over, the former.
+vertex_order best_vertex_order(const open_graph &graph, const path_order &path, const search_clock &clock);
 
 // By number of vertices taken: what the rest costs at least.
 struct rest_costs {

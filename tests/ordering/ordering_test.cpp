@@ -224,20 +224,16 @@ TEST_F(ordering_fixture, StoppedAtOnceOrMidwayWritesNothing) {
   load_generated(120);
   for (const int yields_before : {1, 12}) {
     int yields = 0;
-    std::chrono::steady_clock::time_point pressed;
     on_yield = [&] {
-      if (++yields == yields_before) {
-        pressed = std::chrono::steady_clock::now();
+      if (++yields == yields_before)
         frame.stop_requested_set(true);
-      }
     };
-    class_clone_ord_and_verif ordering(context, nullptr, {.seconds = 100, .t_JK_N = 4, .prove = false});
+    class_clone_ord_and_verif ordering(context, nullptr, {.seconds = 3600, .t_JK_N = 4, .prove = false});
     fs::path file_order = "left";
     std::vector<std::int16_t> flags;
     number_list order;
     EXPECT_FALSE(
         ordering.run_JK_on_bands_new(number_list::range(1, 120), 120, 0.9, "ctg", true, {}, file_order, flags, order));
-    EXPECT_LT(std::chrono::steady_clock::now() - pressed, std::chrono::milliseconds(500)); // far less on a free machine
     EXPECT_TRUE(file_order.empty() && order.empty() && flags.empty());
     EXPECT_TRUE(files().empty());
     on_yield = {};
