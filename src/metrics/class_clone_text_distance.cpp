@@ -123,8 +123,11 @@ void class_clone_text_distance::choose_metrics() {
   for (std::int16_t j = 0; j < n_metrics; ++j) {
     const bool weights_are_there =
         context_->settings.distance_table_full_mode || !family::need_take_band_abundances_into_account_get(j);
-    const bool at_hand = cutoff_[place(j)] > 0 && weights_are_there &&
-                         family::why_only_zero(j, context_->table.is_loaded(), markers_are_loaded).empty();
+    const bool at_hand =
+        cutoff_[place(j)] > 0 && weights_are_there &&
+        family::why_only_zero(j, context_->table.is_loaded(j == family::DISTANCE_INDEX_Nof_get() ? 0 : 1),
+                              markers_are_loaded)
+            .empty();
     is_judged_[place(j)] = column_of_metric_is_on(j) || j == metric_of_mark_ || at_hand;
   }
 }

@@ -62,6 +62,17 @@ least_common_bands::least_common_bands(const metric_context &context, std::int16
   case family::DISTANCE_INDEX_Sulston_1988_frec_get():
     least_ = scaled_sulston(significant, largest_weight);
     break;
+  case family::DISTANCE_INDEX_Nof_get():
+    least_ = simulated(cutoff);
+    break;
+  case family::DISTANCE_INDEX_Lnn_get():
+  case family::DISTANCE_INDEX_LnnCuted_get():
+    least_ = simulated_weighted(cutoff, largest_weight * rounding_margin);
+    break;
+  case family::DISTANCE_INDEX_LnnMarkers_get(): // what the table must bring when all markers agree
+    least_ =
+        simulated_weighted(cutoff - 100.0 * most_markers_of_clone(context.database), largest_weight * rounding_margin);
+    break;
   default:
     break;
   }
@@ -111,6 +122,33 @@ least_common_bands::rule least_common_bands::share_of_bands(double cutoff, doubl
   return [=](std::int32_t a, std::int32_t b) {
     return first_count(std::min(a, b),
                        [&](std::int32_t k) { return 1000 * share_of_common(k * largest_weight, a, b) >= cutoff; });
+  };
+}
+
+// The value may fall while k rises where simulated counts and curve meet: the first k of all that reaches the cutoff.
+least_common_bands::rule least_common_bands::simulated(double cutoff) const {
+  const class_clone_dist_table &table = context_.table;
+  if (!table.is_loaded(0) || !(cutoff > 0))
+    return {};
+  return [cutoff, &table](std::int32_t a, std::int32_t b) {
+    std::int32_t k = 0;
+    while (k <= std::min(a, b) && !(table.minus_log10_p_value_get(k, a, b, 0) >= cutoff))
+      ++k;
+    return k;
+  };
+}
+
+// k bands weigh at most k times the largest weight. That bounds the value only where no curve falls.
+least_common_bands::rule least_common_bands::simulated_weighted(double cutoff, double largest_weight) const {
+  const class_clone_dist_table &table = context_.table;
+  if (!(cutoff > 0) || !(largest_weight > 0) || !table.curves_rise(1))
+    return {};
+  return [=, &table](std::int32_t a, std::int32_t b) {
+    if (table.minus_log10_p_value_get(0, a, b, 1) >= cutoff)
+      return 0;
+    return first_count(std::min(a, b), [&](std::int32_t k) {
+      return table.minus_log10_p_value_get(k * largest_weight, a, b, 1) >= cutoff;
+    });
   };
 }
 

@@ -31,6 +31,8 @@ private:
   rule sulston(double cutoff, const class_clone_dist_FPC *significant);
   rule soderlund(double cutoff) const;
   rule share_of_bands(double cutoff, double largest_weight) const;
+  rule simulated(double cutoff) const;
+  rule simulated_weighted(double cutoff, double largest_weight) const;
   rule scaled_sulston(const class_clone_dist_FPC *significant, double largest_weight);
 
   const metric_context &context_;

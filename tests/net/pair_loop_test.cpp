@@ -6,6 +6,7 @@
 
 #include "database/class_markers.h"
 #include "metrics/class_clone_dist_general.h"
+#include "metrics/class_clone_dist_simul.h"
 #include "net/overlap_rows.h"
 #include "net_fixture.h"
 
@@ -22,7 +23,19 @@ struct loop_case {
   bool preprocessed = true; // the scores know the table of the least significant k
   double excluded = 0;
   bool limited = true; // the metric and cutoff set a limit, so that the scan runs
+  enum { none, made, read } tables = none;
 };
+
+// Tables for clones of 10 to 50 bands; read ones hold the fits alone.
+void make_tables(net_fixture &f, const loop_case &c) {
+  if (c.tables == loop_case::none)
+    return;
+  f.table.table_parameters_set(10, 20, 2, 1);
+  ASSERT_TRUE(f.table.create_tables_of_both_modes(4000, f.database, {f.frame, f.usable_values, 1, 2}));
+  if (c.tables == loop_case::read) {
+    ASSERT_TRUE(f.table.run_read_tables(f.frame, f.folder));
+  }
+}
 
 const loop_case loop_cases[] = {
     {"Sulston", 4, 5, {.n_clones = 560, .bands_in_clone = 30}},
@@ -66,6 +79,25 @@ const loop_case loop_cases[] = {
      0.1},
     {"SulstonFrec", 13, 6, {.n_clones = 300, .bands_in_clone = 30, .skewed = true, .seed = 20}},
     {"SulstonFrec, excluded bands", 13, 4, {.n_clones = 300, .bands_in_clone = 30, .seed = 21}, true, 0.04},
+    {"Nof, sizes outside", 1, 9, {.n_clones = 540, .bands_in_clone = 36, .seed = 25}, false, 0, true, loop_case::made},
+    {"Nof, read", 1, 5, {.n_clones = 300, .bands_in_clone = 30, .seed = 26}, false, 0, true, loop_case::read},
+    {"Nof, everything is kept",
+     1,
+     0,
+     {.n_clones = 60, .bands_in_clone = 20, .seed = 27},
+     false,
+     0,
+     false,
+     loop_case::made},
+    {"Lnn", 2, 8, {.n_clones = 540, .bands_in_clone = 30, .seed = 28}, false, 0, true, loop_case::read},
+    {"Lnn with simulated counts, excluded bands",
+     2,
+     5,
+     {.n_clones = 200, .bands_in_clone = 30, .skewed = true, .seed = 29},
+     false,
+     0.04,
+     false,
+     loop_case::made},
     {"LnnSulston", 8, 2, {.n_clones = 25, .bands_in_clone = 8, .seed = 22}, true, 0, false},
 };
 
@@ -111,6 +143,7 @@ TEST(pair_loop, the_scan_keeps_the_pairs_of_the_plain_kernel_on_every_path) {
     SCOPED_TRACE(c.what);
     net_fixture f(c.library);
     metric_is_selected(f.settings, c.metric);
+    make_tables(f, c);
     if (c.excluded > 0) {
       random_source chance(1);
       f.usable_values.create_band_is_not_excluded(f.frame, c.excluded, f.database, chance);
