@@ -1,0 +1,58 @@
+// Reads DNA as letter numbers, block by block, from plain or gzip files in FASTA form or without any headers.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct gzFile_s;
+
+namespace orb {
+
+class sequence_reader {
+public:
+  // Throws file_error when the file can't be opened.
+  explicit sequence_reader(const std::filesystem::path &file);
+  ~sequence_reader();
+  sequence_reader(const sequence_reader &) = delete;
+  sequence_reader &operator=(const sequence_reader &) = delete;
+
+  enum class piece {
+    record,  // a record begins: `name`
+    letters, // the next letters of the record
+    refused, // this is no DNA sequence: `problem`
+    end
+  };
+  // Letters before the first header belong to a record named by the file. Throws file_error when reading fails or a
+  // gzip stream is damaged or cut off.
+  piece next();
+
+  const std::string &name() const { return name_; } // first word of the header, at most 1000 characters
+  // 1 A, 2 C, 3 G, 4 T; 0 N, ",", and the letters of IUPAC-IUB 1984 that stand for more than one base.
+  const std::vector<std::uint8_t> &letters() const { return letters_; }
+  const std::string &problem() const { return problem_; } // what stands where: "... in file NAME, line N"
+  std::string place() const;                              // "file NAME, line N"
+  std::int64_t position() const;                          // bytes of the file consumed so far
+  std::int64_t size() const { return size_; }             // of the file
+
+private:
+  bool fill();
+  piece take_header();
+  piece take_letters();
+  void line_ended(char end);
+  piece refuse(unsigned char character);
+
+  std::filesystem::path path_;
+  gzFile_s *file_ = nullptr;
+  std::int64_t size_ = 0, line_ = 1;
+  std::vector<char> buffer_;
+  std::size_t at_ = 0, end_ = 0;
+  std::vector<std::uint8_t> letters_;
+  std::string name_, problem_;
+  bool line_begins_ = true, in_header_ = false, name_is_whole_ = false, has_record_ = false;
+  char last_line_end_ = 0;
+};
+
+} // namespace orb
