@@ -34,6 +34,9 @@ public:
       record_.inputs_add(options_.input);
     if (!options_.markers.empty())
       record_.input_add(options_.markers);
+    const exit_status tables = load_pvalue_tables(session_, options_, record_, streams_);
+    if (tables != exit_status::done)
+      return tables;
     record_wishes();
     if (!settle_earlier_run())
       return exit_status::no_input_or_output;
@@ -163,6 +166,7 @@ private:
     }
     streams_.people("Library: " + text_of_library(session_) + ".");
     apply_metric(session_, options_);
+    say_what_tables_leave_out(session_, streams_);
     return exit_status::done;
   }
 

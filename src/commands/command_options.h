@@ -7,6 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "commands/evaluate_options.h"
+#include "commands/pvalue_options.h"
+#include "commands/simulate_options.h"
+
 namespace orb {
 
 struct command_options {
@@ -37,6 +41,7 @@ struct command_options {
   std::optional<double> burying;            // unset: 0.9, or what a run in hand was made with
   std::optional<std::int16_t> table_format; // columns of pair tables
   std::filesystem::path markers;            // of clones
+  std::filesystem::path pvalue_tables;      // folder
 
   // net
   std::filesystem::path text;
@@ -79,6 +84,10 @@ struct command_options {
 
   // markers
   std::filesystem::path positions; // of markers
+
+  evaluation_options evaluate;
+  pvalue_options pvalue;
+  simulate_options simulate;
 
   // every command
   int threads = 0;

@@ -8,7 +8,7 @@
 namespace orb {
 
 std::span<const command_row> table_of_commands() {
-  static constexpr std::array<command_row, 20> table{{
+  static constexpr std::array<command_row, 27> table{{
       {"assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
        "orb assemble examples/ecoli536 --out results/ecoli536", assemble_options, assemble_command},
       {"load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
@@ -53,6 +53,23 @@ std::span<const command_row> table_of_commands() {
       {"markers print", "LIB MARKERS LIST --out TABLE", "which clones of a list bear which markers",
        "orb markers print library.ORBdb markers.txt contig.txt --out table.txt", markers_print_options,
        markers_print_command},
+      {"simulate library", "GENOME.fa[.gz] --out DIR",
+       "draw a library of clones from a sequence, with their true places",
+       "orb simulate library genome.fa.gz --out simulated --coverage 10", simulate_library_options,
+       simulate_library_command},
+      {"simulate digest", "GENOME.fa[.gz] --out DIR", "cut a sequence by the enzymes: cuts, bands, fingerprints",
+       "orb simulate digest genome.fa.gz --out digest", simulate_digest_options, simulate_digest_command},
+      {"evaluate", "RUN --truth FILE", "say how good contigs are where the true places of their clones are known",
+       "orb evaluate results/ecoli536 --truth examples/ecoli536/truth.tsv", evaluate_options, evaluate_command},
+      {"pvalue score", "N1 N2 K", "score of K common bands of clones with N1 and N2 bands, by the closed formula",
+       "orb pvalue score 100 90 40 --n-bands 2250", pvalue_score_options, pvalue_score_command},
+      {"pvalue estimate", "LIB N1 N2 --out DIR", "simulate the common bands of clones with N1 and N2 bands",
+       "orb pvalue estimate library.ORBdb 100 90 --runs 100000 --out estimate", pvalue_estimate_options,
+       pvalue_estimate_command},
+      {"pvalue table", "LIB --out DIR", "make the tables of simulated p-values that the metrics Nof and Lnn need",
+       "orb pvalue table library.ORBdb --out tables --runs 10000", pvalue_table_options, pvalue_table_command},
+      {"pvalue lookup", "DIR N1 N2", "read tables of simulated p-values, from a count or from a value",
+       "orb pvalue lookup tables 100 90 --count 40", pvalue_lookup_options, pvalue_lookup_command},
       {"info", "FILE|FOLDER...", "say what a file or folder holds, or all about one clone",
        "orb info results/ecoli536 --clone EC001A01", info_options, info_command},
   }};

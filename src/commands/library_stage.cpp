@@ -34,7 +34,7 @@ void apply_parameters(class_DB_of_clones &database, parameter_fields &fields, bo
   database.total_number_of_different_bands_set_by_eff_len(fields.gel_length);
 }
 
-static parameter_fields fields_from_options(const command_options &options) {
+parameter_fields fields_from_options(const command_options &options) {
   parameter_fields fields = options.preset ? preset_parameters(*options.preset) : parameter_fields{};
   if (options.tolerance)
     fields.tolerance = *options.tolerance;
@@ -185,6 +185,64 @@ void record_library(orb_session &session, run_record &record) {
   record.library_set(database.total_number_of_clones_get(), library_checksum(database));
 }
 
+exit_status load_pvalue_tables(orb_session &session, const command_options &options, run_record &record,
+                               const command_streams &streams) {
+  if (options.pvalue_tables.empty())
+    return exit_status::done;
+  class_clone_dist_table &table = session.context().table;
+  if (!table.run_read_tables(session.frame(), options.pvalue_tables))
+    return exit_status::run_failed;
+  record.input_add(process_frame::path_in_folder(options.pvalue_tables, class_clone_dist_table::name_of_sizes_file()));
+  for (const int mode : {0, 1})
+    for (const char *const p : {"a0", "a1", "a2"})
+      if (table.is_loaded(mode))
+        record.input_add(
+            process_frame::path_in_folder(options.pvalue_tables, class_clone_dist_table::name_of_file(p, mode)));
+  streams.people(fmt::format("Tables of p-values: clones of {} to {} bands, in steps of {}{}.", table.min_n_bands_get(),
+                             table.size(table.n_steps_get()), table.step_get(),
+                             !table.is_loaded(0)   ? "; mode fr only"
+                             : !table.is_loaded(1) ? "; mode iid only"
+                                                   : ""));
+  return exit_status::done;
+}
+
+// The mode of the tables that a metric reads; -1: it reads none.
+static int mode_of_metric(std::int16_t index) {
+  using family = class_clone_dist_general;
+  switch (index) {
+  case family::DISTANCE_INDEX_Nof_get():
+    return 0;
+  case family::DISTANCE_INDEX_Lnn_get():
+  case family::DISTANCE_INDEX_LnnCuted_get():
+  case family::DISTANCE_INDEX_LnnMarkers_get():
+    return 1;
+  default:
+    return -1;
+  }
+}
+
+static bool tables_serve_metric(orb_session &session, std::int16_t index) {
+  return session.context().table.is_loaded(mode_of_metric(index));
+}
+
+void say_what_tables_leave_out(orb_session &session, const command_streams &streams) {
+  const class_clone_dist_table &table = session.context().table;
+  const class_DB_of_clones &database = session.database();
+  if (!tables_serve_metric(session, session.settings().distance_index))
+    return;
+  const std::int32_t least = table.min_n_bands_get(), most = table.size(table.n_steps_get());
+  std::int32_t n_outside = 0;
+  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone) {
+    const std::int32_t n = database.number_of_bands_in_clone_get(clone);
+    n_outside += n < least || n > most;
+  }
+  if (n_outside > 0)
+    streams.people(fmt::format("{} of {} clones have fewer than {} or more than {} bands: the tables know nothing of "
+                               "them, and their overlaps score 0.",
+                               number_text_thousands(n_outside),
+                               number_text_thousands(database.total_number_of_clones_get()), least, most));
+}
+
 void apply_metric(orb_session &session, const command_options &options) {
   const std::string metric = options.metric.empty() ? "Sulston_1988" : options.metric;
   std::int16_t index = class_clone_dist_general::index_of_name(metric);
@@ -200,7 +258,7 @@ void apply_metric(orb_session &session, const command_options &options) {
   }
   const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
   const std::string useless =
-      class_clone_dist_general::why_only_zero(index, session.context().table.is_loaded(), !options.markers.empty());
+      class_clone_dist_general::why_only_zero(index, tables_serve_metric(session, index), !options.markers.empty());
   if (!useless.empty())
     throw usage_error("--metric " + name + ": " + useless);
   const double standard = class_clone_dist_general::standard_cutoff(index);
@@ -235,8 +293,10 @@ bool read_list(orb_session &session, const fs::path &file, number_list &list, st
 }
 
 exit_status stopped_or_failed(orb_session &session) {
-  return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
-                                                                               : exit_status::run_failed;
+  process_frame &frame = session.frame();
+  if (frame.stop_requested_get() && frame.process_is_running())
+    frame.process_stopped_manually();
+  return frame.was_stopped() || frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
 }
 
 } // namespace orb

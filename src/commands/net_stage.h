@@ -45,10 +45,10 @@ void record_contig_options(const command_options &options, run_record &record);
 void record_ordering_options(const command_options &options, run_record &record);
 ordering_options ordering_options_of(const command_options &options);
 
-// Every stage begins with a library; its inputs, parameters and time enter the record.
+// What every stage on a library begins with: the library, in the record too.
 exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
                               const command_streams &streams);
-// The library and the metric.
+// The same with the metric and the tables that it may need.
 exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
                                const command_streams &streams);
 // Saves the record with the state that goes with the status.

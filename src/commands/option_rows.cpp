@@ -34,6 +34,10 @@ void add_library_options(option_list &list, command_options &options) {
   list.add("--name-format-out", options.name_format_out, "clone name format of the library")
       .limits(0, 8)
       .in_group(group);
+  add_parameter_options(list, options);
+}
+
+void add_parameter_options(option_list &list, command_options &options) {
   list.add("--tolerance", options.tolerance, "tolerance t, in band units").limits(0, 32000).shown_default("12");
   list.add("--tolerance-index", options.tolerance_index, "1 compares lengths within t, 0 compares bin numbers")
       .limits(0, 1)
@@ -54,6 +58,9 @@ void add_metric_options(option_list &list, command_options &options) {
       .in_group(group);
   list.add("--burying", options.burying, "burying fraction").limits(0, 1).shown_default("0.9").in_group(group);
   list.add("--markers", options.markers, "markers of clones, or clones of markers").type("FILE").in_group(group);
+  list.add("--pvalue-tables", options.pvalue_tables, "folder of tables of simulated p-values, for Nof and Lnn")
+      .type("DIR")
+      .in_group(group);
 }
 
 void add_revision_options(option_list &list, command_options &options) {

@@ -82,6 +82,7 @@ void add_net_argument(option_list &list, command_options &options);
 void add_list_argument(option_list &list, command_options &options);
 void add_output_options(option_list &list, command_options &options, const char *type); // --out, --force
 void add_library_options(option_list &list, command_options &options);
+void add_parameter_options(option_list &list, command_options &options); // of band comparison; in the group above
 void add_metric_options(option_list &list, command_options &options);
 void add_revision_options(option_list &list, command_options &options);
 void add_contig_options(option_list &list, command_options &options);

@@ -37,11 +37,14 @@ exit_status library_for_stage(orb_session &session, const command_options &optio
 
 exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
                                const command_streams &streams) {
-  const exit_status loaded = library_for_stage(session, options, record, streams);
+  exit_status loaded = library_for_stage(session, options, record, streams);
+  if (loaded == exit_status::done)
+    loaded = load_pvalue_tables(session, options, record, streams);
   if (loaded != exit_status::done)
     return loaded;
   apply_metric(session, options);
   record_metric(session, record);
+  say_what_tables_leave_out(session, streams);
   return exit_status::done;
 }
 
