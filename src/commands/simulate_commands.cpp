@@ -46,18 +46,6 @@ void add_reading_options(option_list &list, simulate_options &options) {
 }
 
 void check_band_options(const simulate_options &options) {
-  for (const auto &[name, value] : {std::pair{"--coverage", options.coverage.value_or(1)},
-                                    {"--mean-length", options.mean_length},
-                                    {"--length-deviation", options.length_deviation},
-                                    {"--chimeras", options.chimeras},
-                                    {"--error", options.error},
-                                    {"--lost", options.lost},
-                                    {"--min-band-length", options.min_band_length},
-                                    {"--max-band-length", options.max_band_length},
-                                    {"--scale", options.scale},
-                                    {"--merge", options.merge}})
-    if (!std::isfinite(value)) // "nan" lies within any limits
-      throw usage_error(std::string(name) + " takes a number");
   if (options.min_band_length >= options.max_band_length)
     throw usage_error("--min-band-length must be below --max-band-length");
   if (3.0 * options.shift + options.max_band_length * options.scale > longest_gel)

@@ -13,6 +13,7 @@
 #include "frame/lists.h"
 #include "frame/process_frame.h"
 #include "simulation/class_Simul_CutEnzyme.h"
+#include "simulation/folder_of_contigs_test.h"
 #include "simulation/simul_clone.h"
 
 namespace orb {
@@ -69,6 +70,11 @@ public:
   // Reads a table of clones as clones.txt is one (an empty path asks): its clones replace those here. False with a
   // message (file and line) when it is damaged; the clones stay as they were. Throws file_error.
   bool file_clones_with_parts_read_run(std::filesystem::path file = {});
+
+  // Sets the contigs of a run against these clones; see folder_of_contigs_test.h.
+  bool test_folder_of_contigs(const std::filesystem::path &folder, const std::vector<std::string> &Q_clones) const {
+    return orb::test_folder_of_contigs(frame_, folder, placed_, Q_clones);
+  }
 
   // Files of a list, in the working folder or under a full path.
   void print_table_of_clones(const number_list &list, const std::string &name) const;

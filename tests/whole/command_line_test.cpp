@@ -47,6 +47,7 @@ TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
       {"assemble " + example + " --out d --additional-cutoff x",
        "Additional cutoff has to be numeric and more than current cutoff"},
       {"assemble " + example + " --out d --preset 6", "--preset"},
+      {"assemble " + example + " --out d --step nan", "Value nan is no number"},
   };
   for (const auto &c : cases) {
     const outcome seen = orb(c.arguments);

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "commands/commands.h"
@@ -41,12 +42,19 @@ template <class Value> const char *usual_type() {
     return "NAME";
 }
 
+// "nan" lies within any limits, by the way that comparisons go.
+std::string no_nan(const std::string &value) {
+  double number = 0;
+  const bool read = CLI::detail::lexical_cast(value, number);
+  return read && std::isnan(number) ? "Value " + value + " is no number" : "";
+}
+
 // Checks of limits and words don't clutter the help; their error messages name them.
 void add_checks(CLI::Option &option, const option_row &row, bool whole) {
   if (row.low && whole)
     option.check(CLI::Range(static_cast<std::int64_t>(*row.low), static_cast<std::int64_t>(*row.high)).description(""));
   else if (row.low)
-    option.check(CLI::Range(*row.low, *row.high).description(""));
+    option.check(CLI::Range(*row.low, *row.high).description(""))->check(no_nan);
   if (!row.words.empty())
     option.check(CLI::IsMember(row.words).description(""));
 }
