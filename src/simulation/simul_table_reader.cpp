@@ -73,7 +73,7 @@ private:
     const std::size_t width = has_chromosomes_ ? 3 : 2;
     for (std::int32_t k = 0; k < n_parts; ++k)
       if (!read_part(first_part_field + static_cast<std::size_t>(k) * width, clone))
-        return "Clone " + clone.name + " has no start and end that fit in its part " + std::to_string(k + 1) + ".";
+        return "Clone " + clone.name + " has no start and end that fit in its stretch " + std::to_string(k + 1) + ".";
     if (clone.length != length)
       return "The parts of clone " + clone.name + " don't add up to its length.";
     placed_.clones.push_back(std::move(clone));

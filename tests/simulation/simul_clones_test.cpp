@@ -337,13 +337,13 @@ TEST_F(SimulatedLibrary, TableOfClonesIsReadBackAndBadOnesAreRefused) {
       {"N_clones\t2000000000\n" + row, "The table of clones says N_clones = 2000000000 and holds 1.\rfile @, line 2"},
       {row + "\n" + row, "Clone C1 stands there twice.\rfile @, line 2"},
       {row + "\nend", "A line of the table of clones doesn't begin with a number.\rfile @, line 2"},
-      {row.substr(0, row.rfind('\t')), "Clone C1 has no start and end that fit in its part 2.\rfile @, line 1"},
+      {row.substr(0, row.rfind('\t')), "Clone C1 has no start and end that fit in its stretch 2.\rfile @, line 1"},
       {"1\tC1\t1\t9", "A row of the table of clones is too short.\rfile @, line 1"},
       {"1\tC1\t1\t9\t-1\t5\t5\t5\t10\t1\t10\t20",
        "A count in the table of clones is no whole number from 0 on.\rfile @, line 1"},
       {"1\tC1\t1\t9\t1\t5\t5\t5\t10\t2000000000\t10\t20", "The number of parts is none from 1 to 100.\rfile @, line 1"},
       {"1\tC1\t1\t9\t1\t5\t5\t5\t10\t1\t20\t10",
-       "Clone C1 has no start and end that fit in its part 1.\rfile @, line 1"},
+       "Clone C1 has no start and end that fit in its stretch 1.\rfile @, line 1"},
       {"1\tC1\t1\t9\t1\t5\t5\t5\t11\t1\t10\t20", "The parts of clone C1 don't add up to its length.\rfile @, line 1"}};
   for (auto [bytes, message] : bad) {
     write_bytes(folder / "bad.txt", bytes);
