@@ -160,7 +160,7 @@ bool class_Simul_CutEnzyme::read_sequence_and_create_real_band_map(const std::fi
     if (piece == sequence_reader::piece::record) {
       const std::string name = reader.name().empty() ? fmt::format("record_{}", names.size() + 1) : reader.name();
       if (!names.insert(name).second)
-        return refuse(fmt::format("Two records are called {}: {}", name, reader.place()));
+        return refuse(fmt::format("Two records are called {}: {}", name, reader.place_of_record()));
       digest.begin(name);
       continue;
     }

@@ -68,8 +68,8 @@ std::int64_t sequence_reader::position() const {
   return static_cast<std::int64_t>(::gzoffset(file_));
 }
 
-std::string sequence_reader::place() const {
-  return fmt::format("file {}, line {}", path_.string(), line_);
+std::string sequence_reader::place_of_line(std::int64_t line) const {
+  return fmt::format("file {}, line {}", path_.string(), line);
 }
 
 bool sequence_reader::fill() {
@@ -111,6 +111,7 @@ sequence_reader::piece sequence_reader::take_header() {
     if (c == '\n' || c == '\r') {
       in_header_ = false;
       has_record_ = true;
+      line_of_record_ = line_;
       line_ended(c);
       return piece::record;
     }

@@ -32,12 +32,14 @@ public:
   const std::string &name() const { return name_; } // first word of the header, at most 1000 characters
   // 1 A, 2 C, 3 G, 4 T; 0 N, ",", and the letters of IUPAC-IUB 1984 that stand for more than one base.
   const std::vector<std::uint8_t> &letters() const { return letters_; }
-  const std::string &problem() const { return problem_; } // what stands where: "... in file NAME, line N"
-  std::string place() const;                              // "file NAME, line N"
-  std::int64_t position() const;                          // bytes of the file consumed so far
-  std::int64_t size() const { return size_; }             // of the file
+  const std::string &problem() const { return problem_; }    // what stands where: "... in file NAME, line N"
+  std::string place() const { return place_of_line(line_); } // "file NAME, line N"
+  std::string place_of_record() const { return place_of_line(line_of_record_); } // of its header
+  std::int64_t position() const;                                                 // bytes of the file consumed so far
+  std::int64_t size() const { return size_; }                                    // of the file
 
 private:
+  std::string place_of_line(std::int64_t line) const;
   bool fill();
   piece take_header();
   piece take_letters();
@@ -46,7 +48,7 @@ private:
 
   std::filesystem::path path_;
   gzFile_s *file_ = nullptr;
-  std::int64_t size_ = 0, line_ = 1;
+  std::int64_t size_ = 0, line_ = 1, line_of_record_ = 1;
   std::vector<char> buffer_;
   std::size_t at_ = 0, end_ = 0;
   std::vector<std::uint8_t> letters_;

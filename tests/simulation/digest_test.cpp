@@ -372,7 +372,7 @@ TEST_F(Digest, RefusesWhatIsNoSequence) {
       {std::string(">a\0b\nAC", 7), "This is no DNA sequence: the byte 0 in file @, line 1"},
       {"\x89PNG\r\n\x1a\n", "This is no DNA sequence: the byte 137 in file @, line 1"},
       {"@read\nACGT\n+\nIIII\n", "This is no DNA sequence: \"@\" in file @, line 1"},
-      {">a\nAC\n>a\nGT\n", "Two records are called a: file @, line 4"}};
+      {">a\nAC\n>a\nGT\n", "Two records are called a: file @, line 3"}};
   write_bytes(folder / "good", "\xef\xbb\xbf> \nGAATTCaagg ccTT\n>two\n\n>three\nR,\n");
   ASSERT_TRUE(cutter.read_sequence_and_create_real_band_map(folder / "good", true));
   const auto names = [this] {
