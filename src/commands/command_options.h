@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/draw_options.h"
 #include "commands/evaluate_options.h"
 #include "commands/pvalue_options.h"
 #include "commands/simulate_options.h"
@@ -67,7 +68,8 @@ struct command_options {
   bool resume = false;
 
   // lists of clones: order, draw, list, table
-  std::filesystem::path list, list_2, mark_1, mark_2;
+  std::filesystem::path list, list_2;
+  draw_wishes draw;
   std::string format = "net";                            // of a drawing: "net", "graphml" or "both"
   std::filesystem::path fingerprints;                    // from which records are selected
   std::string frequency_cutoff;                          // of their bands; empty: asked

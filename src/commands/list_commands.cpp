@@ -1,11 +1,10 @@
-// The commands over one list of clones that score pairs: order, draw and table.
+// The commands over one list of clones that score pairs: order and table.
 #include <fmt/format.h>
 
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
 #include "metrics/class_clone_text_distance.h"
-#include "net/class_clone_net_draw.h"
 #include "net/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
 
@@ -62,61 +61,6 @@ exit_status order_command(orb_session &session, const command_options &options, 
   status = order_list(session, options, streams);
   record.stage_end();
   return finish_record(record, status, record_file);
-}
-
-static exit_status draw_list(orb_session &session, const command_options &options, const command_streams &streams) {
-  number_list list, mark_1, mark_2;
-  std::string name, ignored;
-  if (!read_list(session, options.list, list, name) ||
-      (!options.mark_1.empty() && !read_list(session, options.mark_1, mark_1, ignored)) ||
-      (!options.mark_2.empty() && !read_list(session, options.mark_2, mark_2, ignored)))
-    return stopped_or_failed(session);
-  drawing_options wanted;
-  wanted.file = options.out;
-  set_drawing_format(options, wanted);
-  class_clone_net_draw draw(session.signif());
-  draw.options_set(wanted);
-  draw.mark_names_set({"mark 1", "mark 2", ""});
-  const fs::path folder = options.out.parent_path().empty() ? fs::path(".") : options.out.parent_path();
-  if (!draw.quick_run_two_lists_of_marking(list, name, folder, session.settings().burying, -1, mark_1, mark_2))
-    return stopped_or_failed(session);
-  for (const fs::path &file : draw.files_written())
-    streams.results(file.string());
-  return exit_status::done;
-}
-
-void draw_options(option_list &list, command_options &options) {
-  add_library_argument(list, options);
-  add_net_argument(list, options);
-  add_list_argument(list, options);
-  add_output_options(list, options, "FILE.net");
-  add_library_options(list, options);
-  add_metric_options(list, options);
-  list.add("--mark", options.mark_1, "list of clones to be drawn red").type("LIST");
-  list.add("--mark2", options.mark_2, "list of clones to be drawn as boxes").type("LIST");
-  list.add("--format", options.format, "net, graphml, or both").one_of({"net", "graphml", "both"});
-  add_common_options(list, options);
-}
-
-exit_status draw_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  check_output(options.out, options.force);
-  if (options.format == "both") // each form has its own extension then
-    for (const char *extension : {".net", ".graphml"})
-      check_output(fs::path(options.out).replace_extension(extension), options.force);
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
-  exit_status status = library_and_metric(session, options, record, streams);
-  if (status == exit_status::done) {
-    record.input_add(options.net);
-    record.input_add(options.list);
-    status = load_net(session, options.net, streams);
-  }
-  if (status != exit_status::done)
-    return status;
-  record.stage_start("draw");
-  status = draw_list(session, options, streams);
-  record.stage_end();
-  return finish_record(record, status, run_record_path(options.out));
 }
 
 // ---- table ---------------------------------------------------------------------------------------------------------

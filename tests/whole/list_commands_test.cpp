@@ -219,3 +219,34 @@ TEST_F(Lists, AnOldTilingPathIsKeptInUse) {
   EXPECT_TRUE(fs::exists(folder / "k" / run_name / "cl_3/Net_control_MTP_new_cl_3_Sulston_1988_15.graphml"));
   EXPECT_EQ(orb("retain d --old-mtp old.txt --out k").status, 3) << "there is a run already";
 }
+
+TEST_F(Lists, DrawingsFollowTheControlPanel) {
+  assemble();
+  const std::string draw = "draw " + library + "d/net_signif_noQQ_15_25.ORBns d/" + run_name + "/cl_4/cl_4.txt --out ";
+  const std::string tiling_path = "d/" + run_name + "/cl_4/MTP_cl_4.txt";
+  ASSERT_EQ(orb(draw + "a.net --mark " + tiling_path).status, 0);
+  const std::vector<std::string> plain = lines_of(folder / "a.net");
+  EXPECT_EQ(plain[2], "1 \"EC001A06[66]<1>\" sh ellipse x_fact 1 y_fact 1 ic Red bc Black");
+  EXPECT_EQ(plain[25], "*Arcs 0");
+  ASSERT_EQ(orb(draw + "b.net --mark3 " + tiling_path + " --mark2 " + tiling_path +
+                " --no-names --numbers --no-burial --relations --black --no-scores")
+                .status,
+            0);
+  const std::vector<std::string> other = lines_of(folder / "b.net");
+  EXPECT_EQ(other[2], "1 \"[66]<1>(4)(4)\" sh box x_fact 1 y_fact 1 ic Green bc Black");
+  EXPECT_EQ(other.size() - plain.size(), std::size_t(std::stoi(other[25].substr(6)))) << "relations are arcs";
+  EXPECT_NE(other.size(), plain.size());
+  for (const std::string &line : other)
+    EXPECT_FALSE(line.find(" c Blue ") != std::string::npos && line.find(" l \"\"") == std::string::npos) << line;
+  const outcome series = orb(draw + "s.net --cutoffs");
+  EXPECT_EQ(std::count(series.out.begin(), series.out.end(), '\n'), 11) << series.out;
+  std::size_t before = 1u << 30; // at rising cutoffs ever fewer overlaps
+  std::istringstream files(series.out);
+  for (std::string file; std::getline(files, file);) {
+    const std::size_t n = lines_of(folder / file).size();
+    EXPECT_LE(n, before) << file;
+    before = n;
+  }
+  EXPECT_EQ(orb(draw + "s.net --cutoffs").status, 3) << "drawings of the series exist";
+  EXPECT_EQ(orb(draw + "t.net --table").status, 0);
+}
