@@ -89,7 +89,6 @@ static exit_status draw_list(orb_session &session, const command_options &option
 
 // Several drawings get longer names that begin as the file does: none of these may be there.
 static void check_drawings(const command_options &options) {
-  check_output(options.out, options.force);
   if (options.format == "both") // each form has its own extension then
     for (const char *extension : {".net", ".graphml"})
       check_output(fs::path(options.out).replace_extension(extension), options.force);
@@ -106,8 +105,7 @@ static void check_drawings(const command_options &options) {
 
 exit_status draw_command(orb_session &session, const command_options &options, const command_streams &streams) {
   check_drawings(options);
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status == exit_status::done) {
     for (const fs::path &file :
@@ -121,7 +119,7 @@ exit_status draw_command(orb_session &session, const command_options &options, c
   record.stage_start("draw");
   status = draw_list(session, options, streams);
   record.stage_end();
-  return finish_record(record, status, run_record_path(options.out));
+  return finish_record(record, status);
 }
 
 } // namespace orb

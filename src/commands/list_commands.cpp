@@ -48,10 +48,7 @@ void order_options(option_list &list, command_options &options) {
 }
 
 exit_status order_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  const fs::path record_file = options.out / "run.json";
-  check_output(record_file, options.force);
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
@@ -60,7 +57,7 @@ exit_status order_command(orb_session &session, const command_options &options, 
   record.stage_start("order");
   status = order_list(session, options, streams);
   record.stage_end();
-  return finish_record(record, status, record_file);
+  return finish_record(record, status);
 }
 
 // ---- table ---------------------------------------------------------------------------------------------------------
@@ -109,10 +106,7 @@ static exit_status print_tables(orb_session &session, const command_options &opt
 }
 
 exit_status table_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  const fs::path record_file = options.out / "run.json";
-  check_output(record_file, options.force);
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status == exit_status::done) {
     record.input_add(options.list);
@@ -126,7 +120,7 @@ exit_status table_command(orb_session &session, const command_options &options, 
   record.stage_start("table");
   status = print_tables(session, options, streams);
   record.stage_end();
-  return finish_record(record, status, record_file);
+  return finish_record(record, status);
 }
 
 } // namespace orb

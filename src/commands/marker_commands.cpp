@@ -26,9 +26,7 @@ using marker_work = std::function<bool()>;
 // The library with its markers is loaded, positions are added, `work` writes the result; the record goes beside it.
 static exit_status with_markers(orb_session &session, const command_options &options, const command_streams &streams,
                                 const marker_work &work) {
-  check_output(options.out, options.force);
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   const exit_status status = library_for_stage(session, options, record, streams);
   if (status != exit_status::done)
     return status;
@@ -41,7 +39,7 @@ static exit_status with_markers(orb_session &session, const command_options &opt
   if (!work())
     return stopped_or_failed(session);
   streams.results(options.out.string());
-  return finish_record(record, exit_status::done, run_record_path(options.out));
+  return finish_record(record, exit_status::done);
 }
 
 void markers_read_options(option_list &list, command_options &options) {

@@ -51,7 +51,11 @@ exit_status library_for_stage(orb_session &session, const command_options &optio
 // The same with the metric and the tables that it may need.
 exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
                                const command_streams &streams);
-// Saves the record with the state that goes with the status.
-exit_status finish_record(run_record &record, exit_status status, const std::filesystem::path &file);
+// Begins the record of a command whose results go into the folder --out, or into the file --out: nothing may be there
+// yet unless --force was given, and the folder becomes the working folder. Throws file_error.
+run_record record_in_folder(orb_session &session, const command_options &options);
+run_record record_beside_file(orb_session &session, const command_options &options);
+// Saves such a record with the state that goes with the status, which is passed on.
+exit_status finish_record(run_record &record, exit_status status);
 
 } // namespace orb

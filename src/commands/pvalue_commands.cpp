@@ -99,10 +99,7 @@ static std::string text_of_situation(const p_value_situation &made) {
 
 exit_status pvalue_estimate_command(orb_session &session, const command_options &options,
                                     const command_streams &streams) {
-  const fs::path record_file = options.out / "run.json";
-  check_output(record_file, options.force);
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   const exit_status loaded = begin(session, options, record, streams);
   if (loaded != exit_status::done)
     return loaded;
@@ -130,7 +127,7 @@ exit_status pvalue_estimate_command(orb_session &session, const command_options 
   record.output_set("report", report);
   streams.people(text_of_situation(made));
   streams.results(report.string());
-  return finish_record(record, exit_status::done, record_file);
+  return finish_record(record, exit_status::done);
 }
 
 // ---- table ---------------------------------------------------------------------------------------------------------
@@ -224,11 +221,8 @@ void say_what_has_no_curve(const class_clone_dist_table &table, const command_st
 } // namespace
 
 exit_status pvalue_table_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  const fs::path record_file = options.out / "run.json";
-  check_output(record_file, options.force);
-  work_in(session, options.out);
+  run_record record = record_in_folder(session, options);
   check_output(session.frame().path_in_working_folder(class_clone_dist_table::name_of_sizes_file()), options.force);
-  run_record record(options, session.frame().clock());
   const exit_status loaded = begin(session, options, record, streams);
   if (loaded != exit_status::done)
     return loaded;
@@ -251,7 +245,7 @@ exit_status pvalue_table_command(orb_session &session, const command_options &op
   say_what_has_no_curve(session.context().table, streams);
   record.output_set("tables", session.frame().path_in_working_folder(class_clone_dist_table::name_of_sizes_file()));
   streams.results(options.out.string());
-  return finish_record(record, exit_status::done, record_file);
+  return finish_record(record, exit_status::done);
 }
 
 // ---- lookup --------------------------------------------------------------------------------------------------------

@@ -94,14 +94,11 @@ static exit_status retain_clones(orb_session &session, const command_options &op
 }
 
 exit_status retain_command(orb_session &session, const command_options &given, const command_streams &streams) {
-  const fs::path record_file = given.out / "run.json";
-  check_output(record_file, given.force);
   command_options options = given;
   run_source source = source_of_run(options);
   if (source.net.empty())
     throw usage_error("no record of " + options.run.string() + " names a net; give one with --net");
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   exit_status status = load_run(session, options, source, record, streams);
   if (status != exit_status::done)
     return status;
@@ -111,7 +108,7 @@ exit_status retain_command(orb_session &session, const command_options &given, c
   status = load_net(session, source.net, streams);
   if (status == exit_status::done)
     status = retain_clones(session, options, record, streams);
-  return finish_record(record, status, record_file);
+  return finish_record(record, status);
 }
 
 // ---- report --------------------------------------------------------------------------------------------------------
@@ -166,19 +163,16 @@ static exit_status print_report(orb_session &session, const command_options &opt
 }
 
 exit_status report_command(orb_session &session, const command_options &given, const command_streams &streams) {
-  const fs::path record_file = given.out / "run.json";
-  check_output(record_file, given.force);
   command_options options = given;
   run_source source = source_of_run(options);
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   exit_status status = load_run(session, options, source, record, streams);
   if (status != exit_status::done)
     return status;
   record.stage_start("report");
   status = print_report(session, options, streams);
   record.stage_end();
-  return finish_record(record, status, record_file);
+  return finish_record(record, status);
 }
 
 } // namespace orb

@@ -30,12 +30,16 @@ public:
   void continue_from(const nlohmann::json &earlier);
   void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
   void state_set(const std::string &state) { json_["state"] = state; } // "running", "stopped", "failed", "complete"
+  // Where `finish_record` saves it.
+  const std::filesystem::path &file() const { return file_; }
+  void file_set(std::filesystem::path file) { file_ = std::move(file); }
   // Written through a temporary name; throws file_error.
   void save(const std::filesystem::path &file) const;
   const nlohmann::json &json() const { return json_; }
 
 private:
   nlohmann::json json_;
+  std::filesystem::path file_;
   std::string stage_;
   std::chrono::steady_clock::time_point stage_began_;
 };

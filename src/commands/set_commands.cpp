@@ -17,9 +17,7 @@ using list_work = std::function<bool(class_list_of_clones &)>;
 // leaves its record beside the result. `work` makes the file.
 static exit_status make_list(orb_session &session, const command_options &options, const command_streams &streams,
                              const list_work &work) {
-  check_output(options.out, options.force);
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   if (!options.input.empty()) {
     const exit_status status = library_for_stage(session, options, record, streams);
     if (status != exit_status::done)
@@ -34,7 +32,7 @@ static exit_status make_list(orb_session &session, const command_options &option
   const exit_status status = work(lists) ? exit_status::done : stopped_or_failed(session);
   if (status == exit_status::done)
     streams.results(options.out.string());
-  return finish_record(record, status, run_record_path(options.out));
+  return finish_record(record, status);
 }
 
 static void say_count(const command_streams &streams, const number_list &list) {

@@ -105,6 +105,7 @@ public:
                                                      wanted_.clone_site))
       throw usage_error("--clone-site takes a site of the letters A, C, G and T");
     record_options();
+    record_.file_set(options_.out / "run.json");
     for (const char *name : {"run.json", "DataBase_Simul.txt", "DataBase_Simul.sizes", "truth.tsv", "all_clones.txt"})
       check_output(options_.out / name, options_.force);
     frame_.working_folder_set(options_.out);
@@ -112,7 +113,7 @@ public:
     if (!make())
       return stopped_or_failed(session_);
     say_what_was_made();
-    return finish_record(record_, exit_status::done, options_.out / "run.json");
+    return finish_record(record_, exit_status::done);
   }
 
 private:
@@ -369,9 +370,9 @@ exit_status simulate_digest_command(orb_session &session, const command_options 
                                     const command_streams &streams) {
   const simulate_options &wanted = options.simulate;
   check_band_options(wanted);
-  const fs::path record_file = options.out / "run.json";
   run_record record(options, session.frame().clock());
-  record.input_add(wanted.genome);
+  record.file_set(options.out / "run.json");
+  record.input_add(wanted.genome); // one that can't be read leaves no folder
   for (const char *name : {"run.json", "digest.txt", "bands.txt", "fingerprints.sizes"})
     check_output(options.out / name, options.force);
   work_in(session, options.out);
@@ -404,7 +405,7 @@ exit_status simulate_digest_command(orb_session &session, const command_options 
   record.result_set("chromosomes", bands.chromosomes().size());
   record.result_set("cuts", bands.n_cuts_get());
   streams.results(options.out.string());
-  return finish_record(record, exit_status::done, record_file);
+  return finish_record(record, exit_status::done);
 }
 
 } // namespace orb

@@ -48,9 +48,27 @@ exit_status library_and_metric(orb_session &session, const command_options &opti
   return exit_status::done;
 }
 
-exit_status finish_record(run_record &record, exit_status status, const fs::path &file) {
+static run_record begun_record(orb_session &session, const command_options &options, const fs::path &folder,
+                               const fs::path &file) {
+  work_in(session, folder);
+  run_record record(options, session.frame().clock());
+  record.file_set(file);
+  return record;
+}
+
+run_record record_in_folder(orb_session &session, const command_options &options) {
+  check_output(options.out / "run.json", options.force);
+  return begun_record(session, options, options.out, options.out / "run.json");
+}
+
+run_record record_beside_file(orb_session &session, const command_options &options) {
+  check_output(options.out, options.force);
+  return begun_record(session, options, options.out.parent_path(), run_record_path(options.out));
+}
+
+exit_status finish_record(run_record &record, exit_status status) {
   record.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
-  record.save(file);
+  record.save(record.file());
   return status;
 }
 
@@ -62,9 +80,7 @@ void load_options(option_list &list, command_options &options) {
 }
 
 exit_status load_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  check_output(options.out, options.force);
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   const exit_status loaded = library_for_stage(session, options, record, streams);
   if (loaded != exit_status::done)
     return loaded;
@@ -73,7 +89,7 @@ exit_status load_command(orb_session &session, const command_options &options, c
   record.stage_end();
   record.output_set("library", options.out);
   streams.people("Saved: " + options.out.string());
-  return finish_record(record, exit_status::done, run_record_path(options.out));
+  return finish_record(record, exit_status::done);
 }
 
 // Reads a text net, or the parts of one joined in name order, as the current net.
@@ -135,13 +151,11 @@ void net_options(option_list &list, command_options &options) {
 }
 
 exit_status net_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  check_output(options.out, options.force);
   if (!options.text.empty())
     check_output(options.text, options.force);
   if (options.text.empty() && (options.start != 1 || options.parts))
     throw usage_error("--start and --parts belong to --text");
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
@@ -152,7 +166,7 @@ exit_status net_command(orb_session &session, const command_options &options, co
     return status;
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
-  return finish_record(record, status, run_record_path(options.out));
+  return finish_record(record, status);
 }
 
 void revise_options(option_list &list, command_options &options) {
@@ -166,13 +180,11 @@ void revise_options(option_list &list, command_options &options) {
 }
 
 exit_status revise_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  check_output(options.out, options.force);
   if (options.rank < 1 || options.rank > 50)
     throw usage_error("--rank takes a number from 1 to 50");
   if (options.no_overlaps && options.no_clones)
     throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
-  work_in(session, options.out.parent_path());
-  run_record record(options, session.frame().clock());
+  run_record record = record_beside_file(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
@@ -189,7 +201,7 @@ exit_status revise_command(orb_session &session, const command_options &options,
     return status;
   record.output_set("net", options.out);
   streams.people("Saved: " + options.out.string());
-  return finish_record(record, status, run_record_path(options.out));
+  return finish_record(record, status);
 }
 
 void contigs_options(option_list &list, command_options &options) {
@@ -204,10 +216,7 @@ void contigs_options(option_list &list, command_options &options) {
 }
 
 exit_status contigs_command(orb_session &session, const command_options &options, const command_streams &streams) {
-  const fs::path record_file = options.out / "run.json";
-  check_output(record_file, options.force);
-  work_in(session, options.out);
-  run_record record(options, session.frame().clock());
+  run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
     return status;
@@ -217,7 +226,7 @@ exit_status contigs_command(orb_session &session, const command_options &options
   if (status != exit_status::done)
     return status;
   status = make_contigs(session, options, record, streams);
-  return finish_record(record, status, record_file);
+  return finish_record(record, status);
 }
 
 } // namespace orb
