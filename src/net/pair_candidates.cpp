@@ -14,6 +14,7 @@ namespace {
 constexpr double most_bins = 5000;
 constexpr band_value most_cells = 1 << 20;
 constexpr std::uint32_t most_kinds = 65535;
+constexpr std::size_t clones_in_sample = 2000;
 constexpr std::uint32_t most_sizes = 4096; // every pair of them has its least count
 
 // Merging fewer is cheaper than marking the axis.
@@ -25,6 +26,17 @@ bool has_many_partners(const scan_survivor &survivor) {
       if (++n == many)
         return true;
   return false;
+}
+
+// Rows are added by eights. A few left over are cheaper taken for matches than added: the bound stays one, and the
+// count that the others must reach is still far from what unrelated clones have.
+void leave_rest_of_rows_out(std::int32_t n_bands, scan_plan &plan) {
+  constexpr std::int32_t large_enough = 4;
+  const std::int32_t rest = n_bands % rows_added_at_once;
+  if (plan.out || large_enough * rest > plan.least)
+    return;
+  plan.n_rows = n_bands - rest;
+  plan.least -= rest;
 }
 
 std::int32_t filled_up(std::int32_t n_bands) {
@@ -109,8 +121,10 @@ void pair_candidates::choose_bins() {
   highest_band_ = highest;
   cell_width_ = (highest - lowest) / most_cells + 1;
   std::vector<std::uint32_t> n_bands(static_cast<std::size_t>((highest - lowest) / cell_width_) + 1, 0);
-  for (const clone_number clone : clone_)
-    for (const band_value band : kernel_.bands_compared(clone))
+  // Any bins are right; a sample of the clones tells where bands crowd.
+  const std::size_t stride = clone_.size() / clones_in_sample + 1;
+  for (std::size_t place = 0; place < clone_.size(); place += stride)
+    for (const band_value band : kernel_.bands_compared(clone_[place]))
       ++n_bands[static_cast<std::size_t>((band - lowest) / cell_width_)];
   unite_cells_to_bins(n_bands);
 }
@@ -124,7 +138,9 @@ void pair_candidates::unite_cells_to_bins(const std::vector<std::uint32_t> &n_ba
   double n_all = 0, n_before = 0;
   for (const std::uint32_t n : n_bands_in_cell)
     n_all += n;
-  rows_of_cell_.resize(n_cells);
+  reach_ = (std::max(kernel_.tolerance(), 0) + cell_width_ - 1) / cell_width_;
+  row_of_cell_.reserve(n_cells + 2 * static_cast<std::size_t>(reach_));
+  row_of_cell_.assign(static_cast<std::size_t>(reach_), 1);
   n_rows_ = 1;
   std::size_t bin_before = 0;
   for (std::size_t cell = 0; cell < n_cells; ++cell) {
@@ -135,13 +151,9 @@ void pair_candidates::unite_cells_to_bins(const std::vector<std::uint32_t> &n_ba
       ++n_rows_;
     bin_before = bin;
     n_before += n_bands_in_cell[cell];
-    rows_of_cell_[cell].own = static_cast<std::uint16_t>(n_rows_ - 1);
+    row_of_cell_.push_back(static_cast<std::uint16_t>(n_rows_ - 1));
   }
-  const auto reach = static_cast<std::size_t>((std::max(kernel_.tolerance(), 0) + cell_width_ - 1) / cell_width_);
-  for (std::size_t cell = 0; cell < n_cells; ++cell) {
-    rows_of_cell_[cell].first = rows_of_cell_[cell - std::min(cell, reach)].own;
-    rows_of_cell_[cell].last = rows_of_cell_[std::min(cell + reach, n_cells - 1)].own;
-  }
+  row_of_cell_.insert(row_of_cell_.end(), static_cast<std::size_t>(reach_), row_of_cell_.back());
 }
 
 void pair_candidates::list_rows(int threads) {
@@ -157,8 +169,10 @@ void pair_candidates::list_rows(int threads) {
                 [&](std::int64_t first, std::int64_t last, int) {
                   for (auto place = static_cast<std::size_t>(first); place <= static_cast<std::size_t>(last); ++place) {
                     std::uint16_t *row = word_of_band_.data() + first_row_[place];
-                    for (const band_value band : kernel_.bands_compared(clone_[place]))
-                      *row++ = static_cast<std::uint16_t>(words_of_row * rows_of(band).own);
+                    const auto bands = kernel_.bands_compared(clone_[place]);
+                    // Backwards: what is left out are the shortest bands, which crowd in most libraries.
+                    for (std::size_t i = bands.size(); i-- > 0;)
+                      *row++ = static_cast<std::uint16_t>(words_of_row * rows_of(bands[i]).own);
                   }
                 },
                 {});
@@ -170,10 +184,13 @@ void pair_candidates::mark_stretches(std::span<const band_value> bands, std::int
   const auto word = static_cast<std::size_t>(partner) / 64;
   const std::uint64_t bit = std::uint64_t{1} << partner % 64;
   for (std::size_t i = 0; i < bands.size();) {
-    const std::size_t first = rows_of(bands[i]).first;
-    std::size_t last = rows_of(bands[i]).last;
-    for (++i; i < bands.size() && rows_of(bands[i]).first <= last + 1; ++i)
-      last = rows_of(bands[i]).last;
+    auto [own, first, last] = rows_of(bands[i]);
+    for (++i; i < bands.size(); ++i) {
+      const rows_of_band next = rows_of(bands[i]);
+      if (next.first > last + 1)
+        break;
+      last = next.last;
+    }
     made.rows_[first].words[word] ^= bit;
     if (last + 1 < n_rows_)
       made.rows_[last + 1].words[word] ^= bit;
@@ -204,6 +221,7 @@ void pair_candidates::make_block(std::int32_t first, std::int32_t last, block &m
     for (const std::size_t size : sizes)
       plan.least = std::min(plan.least, least_of_sizes_[own + size]);
     plan.out = plan.least > kinds_[k].n_bands;
+    leave_rest_of_rows_out(kinds_[k].n_bands, plan);
   }
 }
 

@@ -59,13 +59,14 @@ private:
     std::int32_t n_bands, size;
     auto operator<=>(const kind &) const = default;
   };
-  // Rows of bins: of the one in which a cell of the axis lies, and of the first and last that the stretch around a band
-  // of the cell reaches. Bins are cells or several of them, so rows ascend along the axis.
-  struct rows_of_cell {
-    std::uint16_t own = 0, first = 0, last = 0;
+  // Rows of bins: of the one in which a band lies, and of the first and last that the stretch around it reaches. Bins
+  // are cells of the axis or several of them, so rows ascend along it.
+  struct rows_of_band {
+    std::size_t own, first, last;
   };
-  const rows_of_cell &rows_of(band_value band) const {
-    return rows_of_cell_[static_cast<std::size_t>((band - lowest_band_) / cell_width_)];
+  rows_of_band rows_of(band_value band) const {
+    const std::uint16_t *own = row_of_cell_.data() + reach_ + (band - lowest_band_) / cell_width_;
+    return {*own, *(own - reach_), *(own + reach_)};
   }
   void unite_cells_to_bins(const std::vector<std::uint32_t> &n_bands_in_cell);
   void mark_stretches(std::span<const band_value> bands, std::int32_t partner, block &made) const;
@@ -87,7 +88,8 @@ private:
   std::vector<std::int32_t> least_of_sizes_; // for each pair of places in sizes_
   band_value lowest_band_ = 0, highest_band_ = 0;
   std::int32_t cell_width_ = 1;
-  std::vector<rows_of_cell> rows_of_cell_;
+  std::ptrdiff_t reach_ = 0;                // of a stretch to either side, in cells
+  std::vector<std::uint16_t> row_of_cell_;  // with as many cells more at either end, which belong to the outermost bins
   std::size_t n_rows_ = 1;                  // row 0 is empty
   std::vector<std::uint16_t> word_of_band_; // where the rows of all places' bands begin, padded with row 0
   std::vector<std::uint32_t> first_row_;
