@@ -1,6 +1,7 @@
 // The whole road: load, net, revision, contigs; each stage's result is kept and, with --resume, not made again.
 #include <fmt/format.h>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/contig_summary_text.h"
 #include "commands/input_kind.h"

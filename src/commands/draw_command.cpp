@@ -1,4 +1,5 @@
 // The command draw: the net of a list of clones as a drawing, with lists marked in it.
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"

@@ -1,4 +1,5 @@
 // How good the contigs of a run are, by a table of the true positions of its clones.
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/evaluate_report.h"
 #include "commands/input_kind.h"
@@ -55,27 +56,9 @@ private:
   }
 
   bool read() {
-    fs::path folder;
-    return find_run(folder) && read_true_positions(frame_, options_.evaluate.truth, truth_) &&
+    const fs::path folder = folder_of_run(session_, options_.run);
+    return !folder.empty() && read_true_positions(frame_, options_.evaluate.truth, truth_) &&
            read_run_folder(frame_, folder, run_) && read_orders_of_run(frame_, run_, orders_) && read_Q_clones_of_run();
-  }
-
-  bool find_run(fs::path &folder) {
-    const fs::path &given = options_.evaluate.run;
-    switch (kind_of_input(given)) {
-    case input_kind::missing:
-      throw file_error("can't open", given, "No such file or directory");
-    case input_kind::run_folder:
-      folder = given;
-      break;
-    case input_kind::results_folder:
-      folder = run_folder_of_results(given);
-      break;
-    default:
-      break;
-    }
-    return !folder.empty() ||
-           refuse("This is neither the folder of a run nor of an assembly with one: " + given.string());
   }
 
   bool read_Q_clones_of_run() {
@@ -161,7 +144,7 @@ private:
 } // namespace
 
 void evaluate_options(option_list &list, command_options &options) {
-  list.add("run", options.evaluate.run, "folder of a run, or of the assembly that holds it").type("RUN").needed();
+  list.add("run", options.run, "folder of a run, or of the assembly that holds it").type("RUN").needed();
   list.add("--truth", options.evaluate.truth, "table of the clones' true positions").type("FILE").needed();
   list.add("--q-clones", options.evaluate.Q_clones, "report of Q-clones, or their names, one a line")
       .type("FILE")

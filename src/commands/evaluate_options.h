@@ -7,7 +7,6 @@
 namespace orb {
 
 struct evaluation_options {
-  std::filesystem::path run;      // folder of a run, or of the assembly that holds it
   std::filesystem::path truth;    // table of true positions
   std::filesystem::path Q_clones; // report of Q-clones or list of names; empty: the one beside the run
   std::int64_t genome_length = 0; // base pairs; 0: the largest ends of the truth

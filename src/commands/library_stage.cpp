@@ -11,7 +11,6 @@
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_text_distance.h"
-#include "net/class_list_of_clones.h"
 
 namespace orb {
 
@@ -281,22 +280,6 @@ void record_metric(orb_session &session, run_record &record) {
   record.parameter_set("burying", settings.burying);
   if (settings.table_format_text != project_settings().table_format_text)
     record.parameter_set("table_format", settings.table_format_text);
-}
-
-bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
-  if (!class_list_of_clones(session.frame(), session.settings())
-           .run_reading_file_with_list_of_clones(file, list, name, session.database()))
-    return false;
-  if (list.empty())
-    session.frame().message("List " + file.string() + " holds no clone of the library.");
-  return true;
-}
-
-exit_status stopped_or_failed(orb_session &session) {
-  process_frame &frame = session.frame();
-  if (frame.stop_requested_get() && frame.process_is_running())
-    frame.process_stopped_manually();
-  return frame.was_stopped() || frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
 }
 
 } // namespace orb

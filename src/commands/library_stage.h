@@ -43,9 +43,4 @@ void say_what_tables_leave_out(orb_session &session, const command_streams &stre
 void apply_metric(orb_session &session, const command_options &options);
 void record_metric(orb_session &session, run_record &record);
 
-// A list of clones from a file, with its pure name; false after its messages.
-bool read_list(orb_session &session, const std::filesystem::path &file, number_list &list, std::string &name);
-// What a command ends with whose work ended early.
-exit_status stopped_or_failed(orb_session &session);
-
 } // namespace orb

@@ -1,6 +1,7 @@
 // The commands over one list of clones that score pairs: order and table.
 #include <fmt/format.h>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"

@@ -1,6 +1,7 @@
 // The commands on markers: read (any form into the native one), write (a row a clone), print (of a list of clones).
 #include <functional>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"

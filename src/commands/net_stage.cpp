@@ -13,28 +13,9 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-fs::path run_record_path(const fs::path &file) {
-  fs::path record = file;
-  record += ".run.json";
-  return record;
-}
-
-void check_output(const fs::path &file, bool force) {
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  create_folder(folder);
-  check_folder_is_writable(folder);
-  std::error_code failed;
-  if (!force && fs::exists(file, failed))
-    throw file_error("can't write", file, "it exists already; --force overwrites it");
-}
-
 void check_revision_reports(const orb_session &session, const command_options &options, const fs::path &folder) {
   for (const std::string &name : QQ_report_names(session.settings(), !options.no_overlaps, !options.no_clones))
     check_output(folder / name, options.force);
-}
-
-void work_in(orb_session &session, const fs::path &folder) {
-  session.frame().working_folder_set(folder.empty() ? fs::path(".") : folder);
 }
 
 // The record of a net says which library, metric and cutoff it was made with.
@@ -138,8 +119,7 @@ exit_status revise_net(orb_session &session, const command_options &options, con
   class_clone_net_signif::revision_summary summary;
   const bool revised = session.signif().revise_connections(wanted, summary);
   if (!revised || !summary.completed)
-    return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
-                                                                                 : exit_status::run_failed;
+    return stopped_or_failed(session);
   record.stage_end();
   record.result_set("q_overlaps", summary.n_q_overlaps);
   record.result_set("q_clones", summary.n_q_clones);
@@ -220,8 +200,7 @@ exit_status make_contigs(orb_session &session, const command_options &options, r
   if (!result.completed) {
     if (!result.folder.empty())
       streams.results(result.folder.string());
-    return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
-                                                                                 : exit_status::run_failed;
+    return stopped_or_failed(session);
   }
   streams.people(text_of_contigs(contig_figures_of(result, options.min_size)));
   streams.results(result.folder.string());

@@ -1,24 +1,16 @@
-// Stages on nets that several commands share: checking outputs, loading a net that fits the library, revising it,
-// making contigs.
+// Stages on nets that several commands share: loading a net that fits the library, revising it, making contigs.
 #pragma once
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/run_record.h"
 #include "contigs/class_contig_adapt_clust.h"
 
 namespace orb {
 
-// FILE.run.json.
-std::filesystem::path run_record_path(const std::filesystem::path &file);
-// Throws file_error when a result is there already and --force wasn't given, or its folder can't be written (it is
-// created when missing).
-void check_output(const std::filesystem::path &file, bool force);
-// The same for the reports that a revision writes beside its net.
+// `check_output` for the reports that a revision writes beside its net.
 void check_revision_reports(const orb_session &session, const command_options &options,
                             const std::filesystem::path &folder);
-// The folder of --out becomes the working folder.
-void work_in(orb_session &session, const std::filesystem::path &folder);
-
 // Loads a native net as the session's current one. Refused: a net of another library (by its run record), of another
 // number of clones, or damaged. Settles from the record whether the net's metric is the one in use, and warns of a
 // cutoff below what the net can know.
@@ -51,11 +43,5 @@ exit_status library_for_stage(orb_session &session, const command_options &optio
 // The same with the metric and the tables that it may need.
 exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
                                const command_streams &streams);
-// Begins the record of a command whose results go into the folder --out, or into the file --out: nothing may be there
-// yet unless --force was given, and the folder becomes the working folder. Throws file_error.
-run_record record_in_folder(orb_session &session, const command_options &options);
-run_record record_beside_file(orb_session &session, const command_options &options);
-// Saves such a record with the state that goes with the status, which is passed on.
-exit_status finish_record(run_record &record, exit_status status);
 
 } // namespace orb

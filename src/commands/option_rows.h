@@ -18,7 +18,7 @@ namespace orb {
 using option_target =
     std::variant<bool *, std::int16_t *, std::int32_t *, std::int64_t *, std::uint64_t *, double *, std::string *,
                  std::filesystem::path *, std::optional<std::int16_t> *, std::optional<std::int32_t> *,
-                 std::optional<double> *, std::vector<std::filesystem::path> *, std::vector<std::int32_t> *>;
+                 std::optional<double> *, std::vector<std::filesystem::path> *>;
 
 class option_row {
 public:

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"

@@ -1,6 +1,7 @@
 // The commands over a finished run: the re-analysis with an old tiling path, and the tables over its contigs.
 #include <fmt/format.h>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/contig_summary_text.h"
 #include "commands/library_stage.h"
@@ -23,8 +24,8 @@ static void add_library_of_run_option(option_list &list, command_options &option
 }
 
 // The run's library, metric and contigs in the session; `options` become those of the run.
-static exit_status load_run(orb_session &session, command_options &options, run_source &source, run_record &record,
-                            const command_streams &streams) {
+static exit_status load_run(orb_session &session, command_options &options, const run_source &source,
+                            run_record &record, const command_streams &streams) {
   options.input = source.library;
   const exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
@@ -83,8 +84,7 @@ static exit_status retain_clones(orb_session &session, const command_options &op
   const bool begun = clust.process_clusters_without_adaptive_clustering_Retain_run(wishes_of(options));
   record.stage_end();
   if (!begun || !clust.result().completed)
-    return session.frame().was_stopped() || session.frame().stop_requested_get() ? exit_status::stopped
-                                                                                 : exit_status::run_failed;
+    return stopped_or_failed(session);
   record.output_set("run_folder", clust.result().folder);
   streams.people(fmt::format("Contigs analysed again: {}. The path that keeps old clones: list_of_clones_MTP_new.tsv; "
                              "old clones off it: list_of_clones_from_allow_to_use_not_used.tsv.",
@@ -95,7 +95,9 @@ static exit_status retain_clones(orb_session &session, const command_options &op
 
 exit_status retain_command(orb_session &session, const command_options &given, const command_streams &streams) {
   command_options options = given;
-  run_source source = source_of_run(options);
+  const run_source source = source_of_run(session, options);
+  if (source.folder.empty())
+    return exit_status::run_failed;
   if (source.net.empty())
     throw usage_error("no record of " + options.run.string() + " names a net; give one with --net");
   run_record record = record_in_folder(session, options);
@@ -125,15 +127,14 @@ void report_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-// Answers a question whose option is on the command line, without asking.
+// The clones of the tables by clone: those of --list, else all.
 static bool read_list_of_report(orb_session &session, const command_options &options, number_list &list) {
   if (options.list.empty()) {
     list = number_list::range(1, session.database().total_number_of_clones_get());
     return true;
   }
   std::string name;
-  return class_list_of_clones(session.frame(), session.settings())
-      .run_reading_file_with_list_of_clones(options.list, list, name, session.database());
+  return read_list(session, options.list, list, name);
 }
 
 static exit_status print_report(orb_session &session, const command_options &options, const command_streams &streams) {
@@ -145,7 +146,7 @@ static exit_status print_report(orb_session &session, const command_options &opt
       (!options.new_names.empty() && !registry.rename_contigs(options.new_names)) ||
       (!options.positions.empty() &&
        !markers.read_file_with_marker_position(session.frame(), session.database(), options.positions)))
-    return session.frame().was_stopped() ? exit_status::stopped : exit_status::run_failed;
+    return stopped_or_failed(session);
   if (with_markers)
     registry.contig_user_remark_make_based_on_information_for_clones();
   registry.print_N50_statistics();
@@ -164,7 +165,9 @@ static exit_status print_report(orb_session &session, const command_options &opt
 
 exit_status report_command(orb_session &session, const command_options &given, const command_streams &streams) {
   command_options options = given;
-  run_source source = source_of_run(options);
+  const run_source source = source_of_run(session, options);
+  if (source.folder.empty())
+    return exit_status::run_failed;
   run_record record = record_in_folder(session, options);
   exit_status status = load_run(session, options, source, record, streams);
   if (status != exit_status::done)

@@ -1,8 +1,7 @@
 #include "commands/run_source.h"
 
+#include "commands/command_steps.h"
 #include "commands/input_kind.h"
-#include "contigs/run_folder.h"
-#include "frame/failures.h"
 
 namespace orb {
 
@@ -40,11 +39,11 @@ static void take_metric_of_run(const nlohmann::json &record, command_options &op
     options.burying = parameters["burying"].get<double>();
 }
 
-run_source source_of_run(command_options &options) {
+run_source source_of_run(orb_session &session, command_options &options) {
   run_source found;
-  found.folder = is_run_folder(options.run) ? options.run : run_folder_of_results(options.run);
+  found.folder = folder_of_run(session, options.run);
   if (found.folder.empty())
-    throw file_error("can't read", options.run, "no folder of a run, and there is none in it");
+    return found;
   const fs::path results = fs::absolute(found.folder).lexically_normal().parent_path();
   const nlohmann::json record = run_record_read(results / "run.json").value_or(nlohmann::json::object());
   take_metric_of_run(record, options);

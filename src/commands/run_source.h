@@ -17,7 +17,8 @@ struct run_source {
 
 // Finds these from `options.run` (a run folder, or the folder of an assembly) and its record; what the options name
 // (library, net) is taken instead. Metric, cutoff and burying fraction that aren't given become the run's in `options`.
-// Throws usage_error when no library is known, file_error when there is no run.
-run_source source_of_run(command_options &options);
+// The folder is empty, after a message, when there is no run. Throws usage_error when no library is known, file_error
+// when nothing is there.
+run_source source_of_run(orb_session &session, command_options &options);
 
 } // namespace orb

@@ -1,6 +1,7 @@
 // The commands of one stage each: load, net, revise, contigs.
 #include <fmt/format.h>
 
+#include "commands/command_steps.h"
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
@@ -46,30 +47,6 @@ exit_status library_and_metric(orb_session &session, const command_options &opti
   record_metric(session, record);
   say_what_tables_leave_out(session, streams);
   return exit_status::done;
-}
-
-static run_record begun_record(orb_session &session, const command_options &options, const fs::path &folder,
-                               const fs::path &file) {
-  work_in(session, folder);
-  run_record record(options, session.frame().clock());
-  record.file_set(file);
-  return record;
-}
-
-run_record record_in_folder(orb_session &session, const command_options &options) {
-  check_output(options.out / "run.json", options.force);
-  return begun_record(session, options, options.out, options.out / "run.json");
-}
-
-run_record record_beside_file(orb_session &session, const command_options &options) {
-  check_output(options.out, options.force);
-  return begun_record(session, options, options.out.parent_path(), run_record_path(options.out));
-}
-
-exit_status finish_record(run_record &record, exit_status status) {
-  record.state_set(status == exit_status::done ? "complete" : status == exit_status::stopped ? "stopped" : "failed");
-  record.save(record.file());
-  return status;
 }
 
 void load_options(option_list &list, command_options &options) {

@@ -27,6 +27,8 @@ struct enzyme_rec {
 
 class class_Simul_CutEnzyme {
 public:
+  static constexpr double share_of_small_errors = 0.9; // of readings; the others may err by three times as much
+
   // Starts with the five enzymes of a four-colour digest: HaeIII, EcoRI, BamHI, XbaI, XhoI.
   explicit class_Simul_CutEnzyme(process_frame &frame);
 

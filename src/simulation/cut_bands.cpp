@@ -11,7 +11,6 @@ namespace orb {
 namespace {
 
 constexpr std::size_t most_bands = 10000;      // of a list
-constexpr double share_of_small_errors = 0.9;  // of readings
 constexpr std::int32_t shortest_neighbour = 6; // a band beside a shorter one, or as short, is in a cluster of cuts
 constexpr std::int32_t overhang = 4;           // letters between the cuts of the two strands
 

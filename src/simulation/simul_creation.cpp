@@ -14,8 +14,6 @@ namespace orb {
 namespace {
 
 constexpr std::int32_t most_clones = 10000000;
-constexpr std::int64_t clones_a_block = 2000, clones_a_piece = 20;
-
 std::string number_with_one_decimal(double value) { // "#,##0.0"
   const std::string text = number_text(value, 1);
   return number_text_thousands(static_cast<std::int64_t>(std::stoll(text.substr(0, text.size() - 2)))) +

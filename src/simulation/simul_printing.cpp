@@ -9,8 +9,6 @@ namespace orb {
 
 namespace {
 
-constexpr std::int64_t clones_a_block = 2000, clones_a_piece = 20;
-
 void append_record(std::string &text, const std::string *name, const std::vector<double> &bands) {
   if (name != nullptr) {
     text += *name;

@@ -9,8 +9,6 @@ namespace orb {
 
 namespace {
 
-constexpr double share_of_small_errors = 0.9; // of readings
-
 void append_field(std::string &text, std::int64_t value) {
   text += '\t';
   whole_number_append(text, value);
@@ -90,9 +88,10 @@ void class_simul_clones::print_statistics_of_clones(const number_list &list, con
   double same_at_mean = 0, same = 0;
   // The label stands for the value at the mean length of a band, deliberate; what a user can go by is the line behind
   // it: readings that err by the set error.
-  class_Simul_CutEnzyme::probability_diff_obs_less_tolerance_get(mean_band, 2 * error, share_of_small_errors,
-                                                                 same_at_mean);
-  class_Simul_CutEnzyme::probability_diff_obs_less_tolerance_get(error, 2 * error, share_of_small_errors, same);
+  class_Simul_CutEnzyme::probability_diff_obs_less_tolerance_get(
+      mean_band, 2 * error, class_Simul_CutEnzyme::share_of_small_errors, same_at_mean);
+  class_Simul_CutEnzyme::probability_diff_obs_less_tolerance_get(error, 2 * error,
+                                                                 class_Simul_CutEnzyme::share_of_small_errors, same);
 
   result_file file(frame_.path_in_working_folder(name));
   const auto row = [&file](const std::string &label, const std::string &value) { file.line(label + "\t" + value); };

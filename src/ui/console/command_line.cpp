@@ -36,7 +36,7 @@ template <class Value> const char *usual_type() {
     return usual_type<typename Value::value_type>();
   else if constexpr (std::is_floating_point_v<Value>)
     return "X";
-  else if constexpr (std::is_integral_v<Value> || std::is_same_v<Value, std::vector<std::int32_t>>)
+  else if constexpr (std::is_integral_v<Value>)
     return "N";
   else
     return "NAME";
