@@ -144,26 +144,38 @@ class_net wide_line(std::int32_t n) {
   return net;
 }
 
-TEST(revision, a_stop_takes_effect_at_once_and_leaves_nothing) {
+// The events behind a yield are seen while a block is judged, not only between blocks: the whole net is one block.
+TEST(revision, a_stop_within_a_block_leaves_nothing) {
   net_fixture f({.n_clones = 900, .bands_in_clone = 4});
+  f.settings.threads = 1; // half a second of work
   process_frame *frame = nullptr;
-  bool stop_soon = false;
+  int n_yields = 0, stop_at = 0; // 0: never
   front_end stopping = null_front_end();
-  stopping.yield = [&] { frame->stop_requested_set(stop_soon); };
+  stopping.yield = [&] {
+    if (++n_yields == stop_at)
+      frame->stop_requested_set(true);
+  };
   process_frame stopped(stopping);
   frame = &stopped;
   metric_context context{stopped, f.settings, f.database, f.usable_values, f.table};
   class_clone_net_signif signif(context);
-  signif.net() = wide_line(900); // fewer vertices than the workers take between two reports
-  const auto revised = [&] {
+  const auto revised = [&](const class_net &net) {
+    std::filesystem::remove_all(f.folder);
+    create_folder(f.folder);
+    signif.net() = net;
+    n_yields = 0;
     class_clone_net_signif::revision_summary summary;
     return signif.revise_connections({false, true, 50, "16", f.folder / "net.ORBns"}, summary);
   };
-  EXPECT_TRUE(revised());
-  std::filesystem::remove_all(f.folder);
-  create_folder(f.folder);
-  stop_soon = true;
-  EXPECT_FALSE(revised());
+  class_net empty; // no work between the yields: as many as come anyhow
+  empty.inicializate_net(900, 0);
+  for (int v = 1; v <= 900; ++v)
+    empty.add_vertex_fast(0);
+  empty.finish_of_adding();
+  empty.test_neighbours_sorted();
+  EXPECT_TRUE(revised(empty));
+  stop_at = n_yields + 2; // so that two of them come from the work on the block alone
+  EXPECT_FALSE(revised(wide_line(900)));
   EXPECT_TRUE(std::filesystem::is_empty(f.folder));
   EXPECT_EQ(signif.net().number_of_edges_get(), wide_line(900).number_of_edges_get());
 }
