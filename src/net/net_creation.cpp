@@ -120,6 +120,7 @@ public:
     if (!output_.is_open() || (subdivide_ && i % clones_in_part == 1 && i > start_))
       output_ = growing_file(subdivide_ ? part_file(i) : file_, true);
     output_.line(text);
+    ++n_rows_;
   }
   void flush() {
     if (output_.is_open())
@@ -130,6 +131,7 @@ public:
       output_ = growing_file(subdivide_ ? part_file(start_) : file_, true); // no rows at all
     output_.close();
   }
+  std::int64_t n_rows() const { return n_rows_; } // written so far
   // What to read: the file, or the folder of the parts by any file in it.
   std::filesystem::path to_load() const { return subdivide_ ? part_file(1) : file_; }
 
@@ -148,6 +150,7 @@ private:
   std::filesystem::path file_, folder_;
   std::int32_t n_, start_;
   bool subdivide_;
+  std::int64_t n_rows_ = 0;
   growing_file output_;
 };
 
@@ -256,8 +259,108 @@ std::int32_t asked_start(process_frame &frame) {
   return static_cast<std::int32_t>(std::min(typed, 2147483646.0));
 }
 
+std::filesystem::path asked_text_file(process_frame &frame, const project_settings &settings) {
+  return frame.save_file_dialog_checked("Print significant overlaps to text file",
+                                        "signif_overlaps_" + metric_and_cutoff(settings) + ".txt",
+                                        "Text files (*.txt)|*.txt");
+}
+
+bool is_to_be_loaded(process_frame &frame) {
+  question load;
+  load.text = "Do you want to load the created net of significant clone overlaps?";
+  load.by_default = answer::no;
+  return frame.yes(load);
+}
+
 [[noreturn]] void end_on_zero_frequency(process_frame &frame, const zero_frequency &failure) {
   frame.program_end_now(failure.what(), exit_status::run_failed);
+}
+
+// Rows of a text net as they come: written, watched, shown. `refused` turns true when the user doesn't go on with a
+// clone of too many overlaps.
+struct row_printer {
+  process_frame &frame;
+  text_net_writer &writer;
+  overlap_watch &watch;
+  std::int32_t n;
+  bool refused = false;
+
+  bool row_done(clone_number i, std::int32_t count, const std::string &text) {
+    writer.row(i, text);
+    refused = !watch.clone_done(i, count);
+    return !refused;
+  }
+  bool chunk_done(clone_number i) {
+    writer.flush(); // a stopped run keeps what was written
+    frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
+    return frame.goes_on();
+  }
+};
+
+// The rows of a net. False when refused.
+bool print_rows(const metric_context &context, const class_net &net, text_net_writer &writer, overlap_watch &watch,
+                std::int32_t start) {
+  row_printer printer{context.frame, writer, watch, context.database.total_number_of_clones_get()};
+  text_rows(context).of_net(
+      net, start,
+      [&](clone_number i, std::int32_t count, const std::string &text) { return printer.row_done(i, count, text); },
+      [&](clone_number i) { return printer.chunk_done(i); });
+  return !printer.refused;
+}
+
+// The rows of all clones compared with all others.
+bool compare_and_print_rows(const metric_context &context, const class_clone_dist_FPC *significant, bool unite_versions,
+                            text_net_writer &writer, overlap_watch &watch, std::int32_t start) {
+  const project_settings &settings = context.settings;
+  row_printer printer{context.frame, writer, watch, context.database.total_number_of_clones_get()};
+  try {
+    const pair_elements elements = pair_elements::of_library(context.database, unite_versions);
+    pair_kernel kernel(context, settings.distance_index, settings.cutoff, settings.burying, significant,
+                       settings.threads);
+    overlap_rows rows(kernel, elements, row_partners::all, settings.threads);
+    text_rows(context).compared(
+        rows, start,
+        [&](clone_number i, std::int32_t count, const std::string &text) { return printer.row_done(i, count, text); },
+        [&](clone_number i) { return printer.chunk_done(i); }, [&] { return context.frame.goes_on(); });
+  } catch (const zero_frequency &failure) {
+    end_on_zero_frequency(context.frame, failure);
+  }
+  return !printer.refused;
+}
+
+// Each pair of clones once, into `half`. False when the user stopped; `refused` as above.
+bool compare_once(const metric_context &context, bool unite_versions, overlap_watch &watch, half_net &half,
+                  std::int64_t &n_pairs, bool &refused) {
+  process_frame &frame = context.frame;
+  const project_settings &settings = context.settings;
+  const std::int32_t n = context.database.total_number_of_clones_get();
+  class_clone_dist_FPC significant;
+  const bool with_table = metric_uses_table(settings.distance_index);
+  if (with_table)
+    significant.fill_sulston_significant_table(settings.cutoff,
+                                               class_clone_dist_FPC::proposed_table_size(context.database),
+                                               context.database, context.usable_values);
+  std::vector<std::int32_t> n_lower(static_cast<std::size_t>(n) + 1, 0); // overlaps with clones of lower number
+  const auto chunk_done = [&](std::int32_t first, std::int32_t last) {
+    for (clone_number i = first; i <= last && !refused; ++i) {
+      for (const pair_record &record : half.row(i))
+        ++n_lower[static_cast<std::size_t>(record.partner)];
+      n_pairs += n - i;
+      refused =
+          !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] + static_cast<std::int32_t>(half.row(i).size()));
+    }
+    frame.local_process_text_set(std::to_string(last) + " from " + std::to_string(n));
+    return !refused && frame.goes_on();
+  };
+  try {
+    const pair_elements elements = pair_elements::of_library(context.database, unite_versions);
+    pair_kernel kernel(context, settings.distance_index, settings.cutoff, settings.burying,
+                       with_table ? &significant : nullptr, settings.threads);
+    overlap_rows rows(kernel, elements, row_partners::of_higher_number, settings.threads);
+    return half.compare(rows, n, chunk_done, [&] { return frame.goes_on(); }) || refused;
+  } catch (const zero_frequency &failure) {
+    end_on_zero_frequency(frame, failure);
+  }
 }
 
 } // namespace
@@ -277,11 +380,7 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
     bring_net_up_to_date();
   const bool unite_versions = versions_are_united(frame, database);
   const bool subdivide = options.parts || asked_to_subdivide(frame, n);
-  std::filesystem::path file = options.file;
-  if (file.empty())
-    file = frame.save_file_dialog_checked("Print significant overlaps to text file",
-                                          "signif_overlaps_" + metric_and_cutoff(settings) + ".txt",
-                                          "Text files (*.txt)|*.txt");
+  const std::filesystem::path file = options.file.empty() ? asked_text_file(frame, settings) : options.file;
   if (file.empty()) {
     frame.process_canceled();
     return false;
@@ -293,32 +392,10 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
 
   overlap_watch watch(frame, database, summary);
   text_net_writer writer(file, n, start, subdivide);
-  bool refused = false;
-  const auto row_done = [&](clone_number i, std::int32_t count, const std::string &text) {
-    writer.row(i, text);
-    summary.n_pairs += from_net ? 0 : n - 1;
-    refused = !watch.clone_done(i, count);
-    return !refused;
-  };
-  const auto go_on = [&] { return frame.goes_on(); };
-  const auto chunk_done = [&](clone_number i) {
-    writer.flush(); // a stopped run keeps what was written
-    frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
-    return go_on();
-  };
-  try {
-    if (from_net) {
-      text_rows(context_).of_net(net_, start, row_done, chunk_done);
-    } else {
-      const pair_elements elements = pair_elements::of_library(database, unite_versions);
-      pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying, significant.get(),
-                         settings.threads);
-      overlap_rows rows(kernel, elements, row_partners::all, settings.threads);
-      text_rows(context_).compared(rows, start, row_done, chunk_done, go_on);
-    }
-  } catch (const zero_frequency &failure) {
-    end_on_zero_frequency(frame, failure);
-  }
+  const bool refused = from_net
+                           ? !print_rows(context_, net_, writer, watch, start)
+                           : !compare_and_print_rows(context_, significant.get(), unite_versions, writer, watch, start);
+  summary.n_pairs = from_net ? 0 : std::int64_t{n - 1} * writer.n_rows();
   writer.close();
   if (frame.stop_requested_get()) {
     frame.process_stopped_manually();
@@ -332,13 +409,9 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
   summary.in_parts = subdivide;
   frame.log_line("File " + file.string() + " saved.");
   watch.closing_box("File with net of significant clone overlaps is created.");
-  if (start == 1) {
-    question load;
-    load.text = "Do you want to load the created net of significant clone overlaps?";
-    load.by_default = answer::no;
+  if (start == 1 && is_to_be_loaded(frame)) {
     bool ok = false;
-    if (frame.yes(load))
-      read_file_with_significant_connections(writer.to_load(), "_" + metric_and_cutoff(settings), false, subdivide, ok);
+    read_file_with_significant_connections(writer.to_load(), "_" + metric_and_cutoff(settings), false, subdivide, ok);
   }
   return true;
 }
@@ -368,43 +441,15 @@ bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary)
   process_frame &frame = context_.frame;
   const project_settings &settings = context_.settings;
   const class_DB_of_clones &database = context_.database;
-  const std::int32_t n = database.total_number_of_clones_get();
   summary = {};
   frame.process_start(process_name);
   frame.step_text_set("Compare all pairs of clones");
   metric_is_selected(context_.settings, settings.distance_index);
   const bool unite_versions = versions_are_united(frame, database);
-  class_clone_dist_FPC significant;
-  const bool with_table = metric_uses_table(settings.distance_index);
-  if (with_table)
-    significant.fill_sulston_significant_table(settings.cutoff, class_clone_dist_FPC::proposed_table_size(database),
-                                               database, context_.usable_values);
   overlap_watch watch(frame, database, summary);
   half_net half;
-  std::vector<std::int32_t> n_lower(static_cast<std::size_t>(n) + 1, 0); // overlaps with clones of lower number
-  bool refused = false, all_done = false;
-  try {
-    const pair_elements elements = pair_elements::of_library(database, unite_versions);
-    pair_kernel kernel(context_, settings.distance_index, settings.cutoff, settings.burying,
-                       with_table ? &significant : nullptr, settings.threads);
-    overlap_rows rows(kernel, elements, row_partners::of_higher_number, settings.threads);
-    const auto go_on = [&] { return frame.goes_on(); };
-    const auto chunk_done = [&](std::int32_t first, std::int32_t last) {
-      for (clone_number i = first; i <= last && !refused; ++i) {
-        for (const pair_record &record : half.row(i))
-          ++n_lower[static_cast<std::size_t>(record.partner)];
-        summary.n_pairs += n - i;
-        refused =
-            !watch.clone_done(i, n_lower[static_cast<std::size_t>(i)] + static_cast<std::int32_t>(half.row(i).size()));
-      }
-      frame.local_process_text_set(std::to_string(last) + " from " + std::to_string(n));
-      return !refused && go_on();
-    };
-    all_done = half.compare(rows, n, chunk_done, go_on);
-  } catch (const zero_frequency &failure) {
-    end_on_zero_frequency(frame, failure);
-  }
-  if (!all_done && !refused) {
+  bool refused = false;
+  if (!compare_once(context_, unite_versions, watch, half, summary.n_pairs, refused)) {
     frame.process_stopped_manually();
     return false;
   }
