@@ -91,7 +91,8 @@ private:
     std::int32_t n_bins = 0;
     std::int64_t bins_before = 0; // in the stretches before it
   };
-  struct reading; // of one clone
+  struct reading;        // of one clone
+  struct printed_record; // of one clone
 
   // the ends that clones can have (simul_sequence.cpp)
   void find_stretches();
@@ -104,6 +105,7 @@ private:
   void draw_clone(std::int32_t number, random_source &chance, simul_clone &clone) const;
   clone_part draw_part(random_source &chance) const;
   void read_bands(clone_number clone, bool no_errors, reading &work) const;
+  void make_record(clone_number clone, reading &work, printed_record &made) const;
   bool count_bands_of_all();
   double mean_bin_length() const;
   double mean_real_band_length() const;

@@ -36,6 +36,20 @@ void class_simul_clones::print_clone_with_bands(clone_number clone, std::vector<
   file.write(text);
 }
 
+struct class_simul_clones::printed_record {
+  std::string text;
+  std::int32_t n_bands = 0, n_without_errors = 0;
+};
+
+void class_simul_clones::make_record(clone_number clone, reading &work, printed_record &made) const {
+  read_bands(clone, true, work);
+  made.n_without_errors = static_cast<std::int32_t>(work.bands.size());
+  read_bands(clone, false, work);
+  made.n_bands = static_cast<std::int32_t>(work.bands.size());
+  made.text.clear();
+  append_record(made.text, &placed_.clones[static_cast<std::size_t>(clone) - 1].name, work.bands);
+}
+
 bool class_simul_clones::print_list_of_clones_with_bands(const number_list &list, bool update_obs, bool filter,
                                                          bool use_observed, number_list &kept) {
   kept.clear();
@@ -47,30 +61,19 @@ bool class_simul_clones::print_list_of_clones_with_bands(const number_list &list
   // The same records once more under the name that a folder of fingerprints is read by.
   result_file file(frame_.path_in_working_folder("\\DataBase_Simul.txt"));
   result_file sizes(frame_.path_in_working_folder("\\DataBase_Simul.sizes"));
-  struct record {
-    std::string text;
-    std::int32_t n_bands = 0, n_without_errors = 0;
-  };
-  std::vector<record> records(static_cast<std::size_t>(std::min<std::int64_t>(clones_a_block, list.count())));
+  std::vector<printed_record> records(static_cast<std::size_t>(std::min<std::int64_t>(clones_a_block, list.count())));
   std::vector<reading> works(static_cast<std::size_t>(worker_count(draw_.threads)));
   const auto body = [&](std::int64_t first, std::int64_t last, int worker) {
     reading &work = works[static_cast<std::size_t>(worker)];
-    for (std::int64_t i = first; i <= last; ++i) {
-      const clone_number clone = list(static_cast<std::int32_t>(i));
-      record &made = records[static_cast<std::size_t>((i - 1) % clones_a_block)];
-      read_bands(clone, true, work);
-      made.n_without_errors = static_cast<std::int32_t>(work.bands.size());
-      read_bands(clone, false, work);
-      made.n_bands = static_cast<std::int32_t>(work.bands.size());
-      made.text.clear();
-      append_record(made.text, &placed_.clones[static_cast<std::size_t>(clone) - 1].name, work.bands);
-    }
+    for (std::int64_t i = first; i <= last; ++i)
+      make_record(list(static_cast<std::int32_t>(i)), work,
+                  records[static_cast<std::size_t>((i - 1) % clones_a_block)]);
   };
   std::int64_t written = 0;
   const auto write = [&](std::int64_t done) {
     for (std::int64_t i = written + 1; i <= done; ++i) {
       const clone_number number = list(static_cast<std::int32_t>(i));
-      const record &made = records[static_cast<std::size_t>((i - 1) % clones_a_block)];
+      const printed_record &made = records[static_cast<std::size_t>((i - 1) % clones_a_block)];
       simul_clone &clone = placed_.clones[static_cast<std::size_t>(number) - 1];
       clone.n_bands_obs_no_errors = made.n_without_errors;
       if (update_obs)
