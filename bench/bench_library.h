@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <string>
 
-#include "library_generator.h"
 #include "net/class_clone_net_signif.h"
+#include "support/library_generator.h"
 
 namespace orb {
 

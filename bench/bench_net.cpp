@@ -13,7 +13,7 @@
 
 #include "frame/worker_blocks.h"
 #include "library_arguments.h"
-#include "net/half_net.h"
+#include "pairs/half_net.h"
 
 namespace orb {
 namespace {

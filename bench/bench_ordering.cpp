@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "library_generator.h"
 #include "net/class_clone_net_signif.h"
 #include "ordering/class_clone_ord_and_verif.h"
 #include "ordering/tour_proof.h"
+#include "support/library_generator.h"
 
 namespace orb {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "bench_library.h"
 #include "library_arguments.h"
-#include "plain_revision.h"
+#include "support/plain_revision.h"
 
 namespace orb {
 namespace {

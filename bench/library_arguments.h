@@ -5,7 +5,7 @@
 #include <string>
 #include <type_traits>
 
-#include "library_generator.h"
+#include "support/library_generator.h"
 
 namespace orb {
 

@@ -13,7 +13,6 @@ endif()
 add_library(orb_flags INTERFACE)
 target_compile_features(orb_flags INTERFACE cxx_std_20)
 target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wno-restrict -Werror=return-type)
-target_include_directories(orb_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_definitions(orb_flags INTERFACE ORB_VERSION="${PROJECT_VERSION}")
 target_link_libraries(orb_flags INTERFACE Threads::Threads)
 if(ORB_SANITIZE)
@@ -22,10 +21,20 @@ if(ORB_SANITIZE)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 
+# orb_headers(TARGET NAME FOLDER VISIBILITY): the folder's headers as "NAME/...", and no other folder's: they are reached
+# through a folder that holds one link, so that an include of a layer above doesn't compile.
+function(orb_headers target name folder visibility)
+  set(reached ${PROJECT_BINARY_DIR}/headers/${name})
+  file(MAKE_DIRECTORY ${reached})
+  file(CREATE_LINK ${folder} ${reached}/${name} SYMBOLIC)
+  target_include_directories(${target} ${visibility} ${reached})
+endfunction()
+
 # orb_library(NAME lib...): all .cpp files of the current folder as the static library orb_NAME.
 function(orb_library name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_library(orb_${name} STATIC ${sources})
+  orb_headers(orb_${name} ${name} ${CMAKE_CURRENT_SOURCE_DIR} PUBLIC)
   target_link_libraries(orb_${name} PUBLIC orb_flags ${ARGN})
 endfunction()
 

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <iostream>
 
-#include "library_generator.h"
 #include "sizes_file.h"
+#include "support/library_generator.h"
 
 int main(int argc, char **argv) {
   using namespace orb;

@@ -1,11 +1,13 @@
 // The contig registry: every cluster name ever entered, which clusters are in use (on), which cluster each clone
-// belongs to, and for clones and clusters the values that an .fpc file carries. Its printing half stands in
-// fpc_writing.cpp (.fpc files) and contig_statistics.cpp and registry_tables.cpp (tables).
+// belongs to, and for clones and clusters the values that an .fpc file carries. Its tables stand in
+// contig_statistics.cpp and registry_tables.cpp, what comes from files in clusters_from_files.cpp; .fpc files are the
+// business of fpc/.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,14 +36,14 @@ struct cluster_information {
   double min_left = 0, max_right = 0; // in bands
 };
 
-// One clone's block of an .fpc file, as its reader hands it over.
+// One clone of an assembly that another program made, as its reader hands it over.
 struct fpc_clone_record {
   std::string name, map_name; // map_name: the cluster; empty for none
   double coor_left = 0, coor_right = 0;
   std::string gel_number;
   std::int32_t first_band_adress = 0, number_of_bands = 0;
   std::vector<std::string> markers;
-  std::string creation_date, modification_date; // five numbers, without the leading "1"
+  std::optional<double> creation_date, modification_date; // day numbers of the frame's clock; unset: now
 };
 
 // What stands between the clones of a marker in a table; `ask` puts the question, and a comma is the default.
@@ -118,10 +120,14 @@ public:
   void cluster_off_idCluster(cluster_id id);
 
   // Clusters from an .fpc file: clone by clone, then the finish.
-  // `reconcile_duplicates`: a second clone of the same name takes the first one's coordinates.
-  void clone_information_from_fpc_file(const fpc_clone_record &record, bool reconcile_duplicates);
+  // `reconcile_duplicates`: a second clone of the same name takes the first one's coordinates. `markers`: where the
+  // clones' markers go; a reader fills fresh ones beside a fresh registry.
+  void clone_information_from_fpc_file(const fpc_clone_record &record, bool reconcile_duplicates,
+                                       class_markers &markers);
   void clone_cluster_set(clone_number clone, const std::string &name, class_clustering &clustering);
-  void read_clusterization_from_FPC_finish_to_add_clusters();
+  void read_clusterization_from_FPC_finish_to_add_clusters(class_markers &markers);
+  // A list from outside may hold any number; one that is no clone of the database ends the program.
+  void check_clone_numbers(const number_list &list) const;
 
   // A folder of list files, each a cluster named after its file.
   void read_clustering_from_folder_of_files_run();
@@ -129,12 +135,6 @@ public:
   void read_clustering_from_folder_of_files(const std::filesystem::path &folder);
 
   // Printing.
-  // Writes the plain and then the `pp` flavour; empty paths get the default names in the working folder. The table of
-  // renamed contigs goes to `folder`.
-  void print_FPC_like_file_run(const std::filesystem::path &path_plain, const std::filesystem::path &path_pp,
-                               const std::filesystem::path &folder, bool all_clones);
-  void write_fpc_file(const number_list &clones, const std::filesystem::path &name_or_empty, bool pp,
-                      const std::filesystem::path &folder, bool use_FPC_names = false);
   // One row for each clone of the list.
   void print_coordinates_of_clones(const number_list &list, const std::filesystem::path &file);
   // contig_statistics_<band size>.txt in the working folder.
@@ -168,12 +168,11 @@ private:
   cluster_id new_cluster_id(const std::string &name);
   cluster_id cluster_id_with_adding(const std::string &name, bool &is_new);
   bool clones_are_free(const number_list &list);
-  void check_clone_numbers(const number_list &list) const;
   void make_clusters_of_clone() const;
   cluster_id singletones_id() const;
   void put_free_clones_into_clusters();
   void rebuild_sets_from_clones();
-  void set_marker_clusters();
+  void set_marker_clusters(class_markers &markers);
   void set_cluster_of_fpc_clone(clone_number clone, const fpc_clone_record &record);
 
   process_frame *frame_;

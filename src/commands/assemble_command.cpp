@@ -3,8 +3,6 @@
 
 #include "commands/command_steps.h"
 #include "commands/commands.h"
-#include "commands/contig_summary_text.h"
-#include "commands/input_kind.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
 #include "database/band_statistics.h"
@@ -12,6 +10,8 @@
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
+#include "reports/contig_summary_text.h"
+#include "reports/input_kind.h"
 
 namespace orb {
 
@@ -23,8 +23,8 @@ constexpr const char *library_name = "CloneBandSizes.ORBdb";
 
 class assembly {
 public:
-  assembly(orb_session &session, const command_options &options, const command_streams &streams)
-      : session_(session), options_(options), streams_(streams), record_(options, session.frame().clock()),
+  assembly(project_state &session, const command_options &options, const command_streams &streams)
+      : session_(session), options_(options), streams_(streams), record_(identity_of(options), session.frame().clock()),
         record_file_(options.out / "run.json") {}
 
   exit_status run() {
@@ -196,7 +196,7 @@ private:
 
   exit_status contigs() { return make_contigs(session_, options_, record_, streams_); }
 
-  orb_session &session_;
+  project_state &session_;
   const command_options &options_;
   const command_streams &streams_;
   run_record record_;
@@ -218,7 +218,7 @@ void assemble_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status assemble_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status assemble_command(project_state &session, const command_options &options, const command_streams &streams) {
   if (options.rank < 1 || options.rank > 50)
     throw usage_error("--rank takes a number from 1 to 50");
   return assembly(session, options, streams).run();

@@ -11,6 +11,7 @@
 #include "commands/evaluate_options.h"
 #include "commands/pvalue_options.h"
 #include "commands/simulate_options.h"
+#include "reports/run_record.h"
 
 namespace orb {
 
@@ -98,5 +99,9 @@ struct command_options {
   std::filesystem::path answers;
   std::filesystem::path log;
 };
+
+inline run_identity identity_of(const command_options &options) {
+  return {options.command, options.command_line, options.seed, options.threads};
+}
 
 } // namespace orb

@@ -1,8 +1,8 @@
 #include "commands/command_steps.h"
 
-#include "commands/input_kind.h"
 #include "frame/files.h"
-#include "net/class_list_of_clones.h"
+#include "lists/class_list_of_clones.h"
+#include "reports/input_kind.h"
 
 namespace orb {
 
@@ -23,24 +23,24 @@ void check_output(const fs::path &file, bool force) {
     throw file_error("can't write", file, "it exists already; --force overwrites it");
 }
 
-void work_in(orb_session &session, const fs::path &folder) {
+void work_in(project_state &session, const fs::path &folder) {
   session.frame().working_folder_set(folder.empty() ? fs::path(".") : folder);
 }
 
-static run_record begun_record(orb_session &session, const command_options &options, const fs::path &folder,
+static run_record begun_record(project_state &session, const command_options &options, const fs::path &folder,
                                const fs::path &file) {
   work_in(session, folder);
-  run_record record(options, session.frame().clock());
+  run_record record(identity_of(options), session.frame().clock());
   record.file_set(file);
   return record;
 }
 
-run_record record_in_folder(orb_session &session, const command_options &options) {
+run_record record_in_folder(project_state &session, const command_options &options) {
   check_output(options.out / "run.json", options.force);
   return begun_record(session, options, options.out, options.out / "run.json");
 }
 
-run_record record_beside_file(orb_session &session, const command_options &options) {
+run_record record_beside_file(project_state &session, const command_options &options) {
   check_output(options.out, options.force);
   return begun_record(session, options, options.out.parent_path(), run_record_path(options.out));
 }
@@ -51,7 +51,7 @@ exit_status finish_record(run_record &record, exit_status status) {
   return status;
 }
 
-bool read_list(orb_session &session, const fs::path &file, number_list &list, std::string &name) {
+bool read_list(project_state &session, const fs::path &file, number_list &list, std::string &name) {
   if (!class_list_of_clones(session.frame(), session.settings())
            .run_reading_file_with_list_of_clones(file, list, name, session.database()))
     return false;
@@ -60,14 +60,14 @@ bool read_list(orb_session &session, const fs::path &file, number_list &list, st
   return true;
 }
 
-exit_status stopped_or_failed(orb_session &session) {
+exit_status stopped_or_failed(project_state &session) {
   process_frame &frame = session.frame();
   if (frame.stop_requested_get() && frame.process_is_running())
     frame.process_stopped_manually();
   return frame.was_stopped() || frame.stop_requested_get() ? exit_status::stopped : exit_status::run_failed;
 }
 
-fs::path folder_of_run(orb_session &session, const fs::path &given) {
+fs::path folder_of_run(project_state &session, const fs::path &given) {
   const input_kind kind = kind_of_input(given);
   if (kind == input_kind::missing)
     throw file_error("can't open", given, "No such file or directory");

@@ -76,14 +76,14 @@ std::span<const command_row> table_of_commands() {
   return table;
 }
 
-static exit_status run_guarded(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status run_guarded(project_state &session, const command_options &options, const command_streams &streams) {
   for (const command_row &row : table_of_commands())
     if (options.command == row.name)
       return row.handler(session, options, streams);
   throw usage_error("unknown command: " + options.command);
 }
 
-exit_status run_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status run_command(project_state &session, const command_options &options, const command_streams &streams) {
   exit_status status = exit_status::done;
   try {
     session.start();

@@ -3,8 +3,8 @@
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
+#include "drawing/class_clone_net_draw.h"
 #include "frame/failures.h"
-#include "net/class_clone_net_draw.h"
 
 namespace orb {
 
@@ -60,7 +60,7 @@ static drawing_options drawing_of(const command_options &options) {
   return drawing;
 }
 
-static exit_status draw_list(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status draw_list(project_state &session, const command_options &options, const command_streams &streams) {
   const draw_wishes &wanted = options.draw;
   number_list list, marks[3];
   std::string name, ignored;
@@ -104,7 +104,7 @@ static void check_drawings(const command_options &options) {
   }
 }
 
-exit_status draw_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status draw_command(project_state &session, const command_options &options, const command_streams &streams) {
   check_drawings(options);
   run_record record = record_beside_file(session, options);
   exit_status status = library_and_metric(session, options, record, streams);

@@ -1,12 +1,12 @@
 // How good the contigs of a run are, by a table of the true positions of its clones.
 #include "commands/command_steps.h"
 #include "commands/commands.h"
-#include "commands/evaluate_report.h"
-#include "commands/input_kind.h"
 #include "commands/net_stage.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "reports/evaluate_report.h"
+#include "reports/input_kind.h"
 #include "simulation/folder_of_contigs_test.h"
 #include "simulation/true_positions.h"
 
@@ -20,8 +20,8 @@ constexpr const char *names_of_results[] = {"report.txt", "contigs.tsv", "damage
 
 class evaluation {
 public:
-  evaluation(orb_session &session, const command_options &options, const command_streams &streams)
-      : frame_(session.frame()), options_(options), streams_(streams), record_(options, frame_.clock()),
+  evaluation(project_state &session, const command_options &options, const command_streams &streams)
+      : frame_(session.frame()), options_(options), streams_(streams), record_(identity_of(options), frame_.clock()),
         session_(session) {}
 
   exit_status run() {
@@ -132,7 +132,7 @@ private:
   const command_options &options_;
   const command_streams &streams_;
   run_record record_;
-  orb_session &session_;
+  project_state &session_;
   placed_clones truth_;
   run_folder run_;
   std::vector<clone_order> orders_;
@@ -158,7 +158,7 @@ void evaluate_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status evaluate_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status evaluate_command(project_state &session, const command_options &options, const command_streams &streams) {
   return evaluation(session, options, streams).run();
 }
 

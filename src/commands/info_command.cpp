@@ -1,8 +1,8 @@
 #include <unistd.h>
 
 #include "commands/commands.h"
-#include "commands/info_clone.h"
-#include "commands/info_report.h"
+#include "reports/info_clone.h"
+#include "reports/info_report.h"
 
 namespace orb {
 
@@ -35,7 +35,7 @@ void info_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status info_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status info_command(project_state &session, const command_options &options, const command_streams &streams) {
   const passing_folder folder;
   session.frame().working_folder_set(folder.path());
   if (!options.clone.empty()) {

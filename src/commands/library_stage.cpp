@@ -4,24 +4,23 @@
 #include <cmath>
 #include <fmt/format.h>
 
-#include "commands/input_kind.h"
 #include "database/band_statistics.h"
 #include "database/class_markers.h"
 #include "database/library_file.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_text_distance.h"
+#include "reports/input_kind.h"
 
 namespace orb {
 
 namespace fs = std::filesystem;
 
 parameter_fields preset_parameters(std::int32_t preset) {
-  static constexpr std::array<parameter_fields, 5> presets{
-      {{7, 0, 3300, 236}, {5, 1, 19500, 1800}, {4, 1, 40000, 5000}, {12, 1, 60000, 2250}, {5, 1, 60000, 6000}}};
-  if (preset < 1 || preset > 5)
+  const std::optional<parameter_fields> known = parameters_of_kind(preset);
+  if (!known)
     throw usage_error("--preset takes a number from 1 to 5");
-  return presets[static_cast<std::size_t>(preset) - 1];
+  return *known;
 }
 
 void apply_parameters(class_DB_of_clones &database, parameter_fields &fields, bool length_from_field) {
@@ -49,7 +48,7 @@ parameter_fields fields_from_options(const command_options &options) {
 
 // A library file brings its parameters. Those that its stored bands depend on can't be changed any more; the others
 // are taken from the command line when given there, and this is said.
-static void override_library_parameters(orb_session &session, const command_options &options,
+static void override_library_parameters(project_state &session, const command_options &options,
                                         const command_streams &streams) {
   class_DB_of_clones &database = session.database();
   parameter_fields fields{database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
@@ -89,7 +88,7 @@ static void override_library_parameters(orb_session &session, const command_opti
 }
 
 // The reader that fits INPUT, as a process with a name.
-static bool read_input(orb_session &session, const command_options &options, input_kind kind,
+static bool read_input(project_state &session, const command_options &options, input_kind kind,
                        const command_streams &streams) {
   class_DB_of_clones_read &reader = session.reader();
   process_frame &frame = session.frame();
@@ -126,7 +125,8 @@ static std::int64_t clones_with_markers(const class_DB_of_clones &database) {
 }
 
 // The markers that the options name, over the clones just loaded.
-static exit_status load_markers(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status load_markers(project_state &session, const command_options &options,
+                                const command_streams &streams) {
   if (options.markers.empty())
     return exit_status::done;
   marker_file_form form{};
@@ -140,7 +140,7 @@ static exit_status load_markers(orb_session &session, const command_options &opt
   return exit_status::done;
 }
 
-exit_status load_library(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status load_library(project_state &session, const command_options &options, const command_streams &streams) {
   const input_kind kind = kind_of_input(options.input);
   project_settings &settings = session.settings();
   settings.clone_name_format_input = options.name_format_in;
@@ -164,7 +164,7 @@ exit_status load_library(orb_session &session, const command_options &options, c
   return nothing_there ? exit_status::no_input_or_output : exit_status::run_failed;
 }
 
-std::string text_of_library(orb_session &session) {
+std::string text_of_library(project_state &session) {
   const class_DB_of_clones &database = session.database();
   const std::int32_t n = database.total_number_of_clones_get();
   const std::int64_t bands = database.first_band_adress_get(n + 1) - 1;
@@ -175,7 +175,7 @@ std::string text_of_library(orb_session &session) {
       database.total_number_of_different_bands_FPC_get());
 }
 
-void record_library(orb_session &session, run_record &record) {
+void record_library(project_state &session, run_record &record) {
   const class_DB_of_clones &database = session.database();
   record.parameter_set("tolerance", database.tollerance_get());
   record.parameter_set("tolerance_index", database.taking_tollerance_into_account_index_get());
@@ -184,7 +184,7 @@ void record_library(orb_session &session, run_record &record) {
   record.library_set(database.total_number_of_clones_get(), library_checksum(database));
 }
 
-exit_status load_pvalue_tables(orb_session &session, const command_options &options, run_record &record,
+exit_status load_pvalue_tables(project_state &session, const command_options &options, run_record &record,
                                const command_streams &streams) {
   if (options.pvalue_tables.empty())
     return exit_status::done;
@@ -220,11 +220,11 @@ static int mode_of_metric(std::int16_t index) {
   }
 }
 
-static bool tables_serve_metric(orb_session &session, std::int16_t index) {
+static bool tables_serve_metric(project_state &session, std::int16_t index) {
   return session.context().table.is_loaded(mode_of_metric(index));
 }
 
-void say_what_tables_leave_out(orb_session &session, const command_streams &streams) {
+void say_what_tables_leave_out(project_state &session, const command_streams &streams) {
   const class_clone_dist_table &table = session.context().table;
   const class_DB_of_clones &database = session.database();
   if (!tables_serve_metric(session, session.settings().distance_index))
@@ -242,7 +242,7 @@ void say_what_tables_leave_out(orb_session &session, const command_streams &stre
                                number_text_thousands(database.total_number_of_clones_get()), least, most));
 }
 
-void apply_metric(orb_session &session, const command_options &options) {
+void apply_metric(project_state &session, const command_options &options) {
   const std::string metric = options.metric.empty() ? "Sulston_1988" : options.metric;
   std::int16_t index = class_clone_dist_general::index_of_name(metric);
   std::int32_t number = -1;
@@ -273,7 +273,7 @@ void apply_metric(orb_session &session, const command_options &options) {
     class_clone_text_distance::table_format_select(settings, *options.table_format);
 }
 
-void record_metric(orb_session &session, run_record &record) {
+void record_metric(project_state &session, run_record &record) {
   const project_settings &settings = session.settings();
   record.parameter_set("metric", class_clone_dist_general::name_of_cutoff_distance(settings.distance_index));
   record.parameter_set("cutoff", settings.cutoff);

@@ -5,15 +5,15 @@
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
+#include "lists/class_list_of_clones.h"
 #include "metrics/class_clone_text_distance.h"
-#include "net/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
 
 namespace orb {
 
 namespace fs = std::filesystem;
 
-static exit_status order_list(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status order_list(project_state &session, const command_options &options, const command_streams &streams) {
   number_list list;
   std::string name;
   if (!read_list(session, options.list, list, name))
@@ -48,7 +48,7 @@ void order_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status order_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status order_command(project_state &session, const command_options &options, const command_streams &streams) {
   run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)
@@ -80,7 +80,8 @@ void table_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-static exit_status print_tables(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status print_tables(project_state &session, const command_options &options,
+                                const command_streams &streams) {
   number_list list;
   std::string name;
   if (!read_list(session, options.list, list, name))
@@ -106,7 +107,7 @@ static exit_status print_tables(orb_session &session, const command_options &opt
   return exit_status::done;
 }
 
-exit_status table_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status table_command(project_state &session, const command_options &options, const command_streams &streams) {
   run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status == exit_status::done) {

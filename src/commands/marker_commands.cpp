@@ -25,7 +25,7 @@ static void add_marker_arguments(option_list &list, command_options &options, co
 using marker_work = std::function<bool()>;
 
 // The library with its markers is loaded, positions are added, `work` writes the result; the record goes beside it.
-static exit_status with_markers(orb_session &session, const command_options &options, const command_streams &streams,
+static exit_status with_markers(project_state &session, const command_options &options, const command_streams &streams,
                                 const marker_work &work) {
   run_record record = record_beside_file(session, options);
   const exit_status status = library_for_stage(session, options, record, streams);
@@ -47,7 +47,8 @@ void markers_read_options(option_list &list, command_options &options) {
   add_marker_arguments(list, options, "FILE.ORB");
 }
 
-exit_status markers_read_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status markers_read_command(project_state &session, const command_options &options,
+                                 const command_streams &streams) {
   return with_markers(session, options, streams, [&] {
     session.database().markers().file_about_markers_ORB_format_save(session.frame(), session.database(), options.out);
     return true;
@@ -58,7 +59,7 @@ void markers_write_options(option_list &list, command_options &options) {
   add_marker_arguments(list, options, "FILE.txt");
 }
 
-exit_status markers_write_command(orb_session &session, const command_options &options,
+exit_status markers_write_command(project_state &session, const command_options &options,
                                   const command_streams &streams) {
   return with_markers(session, options, streams, [&] {
     session.database().markers().file_with_list_of_markers_for_each_clone_save(session.frame(), session.database(),
@@ -71,7 +72,7 @@ void markers_print_options(option_list &list, command_options &options) {
   add_marker_arguments(list, options, "TABLE");
 }
 
-exit_status markers_print_command(orb_session &session, const command_options &options,
+exit_status markers_print_command(project_state &session, const command_options &options,
                                   const command_streams &streams) {
   return with_markers(session, options, streams, [&] {
     number_list list;

@@ -3,23 +3,23 @@
 #include <algorithm>
 #include <fmt/format.h>
 
-#include "commands/contig_summary_text.h"
 #include "commands/library_stage.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
+#include "reports/contig_summary_text.h"
 
 namespace orb {
 
 namespace fs = std::filesystem;
 
-void check_revision_reports(const orb_session &session, const command_options &options, const fs::path &folder) {
+void check_revision_reports(const project_state &session, const command_options &options, const fs::path &folder) {
   for (const std::string &name : QQ_report_names(session.settings(), !options.no_overlaps, !options.no_clones))
     check_output(folder / name, options.force);
 }
 
 // The record of a net says which library, metric and cutoff it was made with.
-static bool net_fits_record(orb_session &session, const fs::path &file, const nlohmann::json &record) {
+static bool net_fits_record(project_state &session, const fs::path &file, const nlohmann::json &record) {
   const nlohmann::json library = record.value("library", nlohmann::json::object());
   const std::string recorded = library.is_object() ? library.value("checksum", "") : "";
   const std::string own = checksum_text(library_checksum(session.database()));
@@ -32,7 +32,7 @@ static bool net_fits_record(orb_session &session, const fs::path &file, const nl
   return false;
 }
 
-static void settle_metric_of_net(orb_session &session, const std::optional<nlohmann::json> &record,
+static void settle_metric_of_net(project_state &session, const std::optional<nlohmann::json> &record,
                                  const command_streams &streams) {
   project_settings &settings = session.settings();
   const nlohmann::json parameters = record ? record->value("parameters", nlohmann::json::object()) : nlohmann::json();
@@ -52,7 +52,7 @@ static void settle_metric_of_net(orb_session &session, const std::optional<nlohm
                             session.signif().net().title_of_net_get());
 }
 
-exit_status load_net(orb_session &session, const fs::path &file, const command_streams &streams) {
+exit_status load_net(project_state &session, const fs::path &file, const command_streams &streams) {
   std::error_code failed;
   if (!fs::exists(file, failed))
     throw file_error("can't open", file, "No such file or directory");
@@ -69,7 +69,7 @@ exit_status load_net(orb_session &session, const fs::path &file, const command_s
   return exit_status::done;
 }
 
-exit_status make_net(orb_session &session, const fs::path &out, run_record &record, const command_streams &streams) {
+exit_status make_net(project_state &session, const fs::path &out, run_record &record, const command_streams &streams) {
   process_frame &frame = session.frame();
   record.stage_start("net");
   net_creation_summary summary;
@@ -80,7 +80,7 @@ exit_status make_net(orb_session &session, const fs::path &out, run_record &reco
   return exit_status::done;
 }
 
-void save_net(orb_session &session, const fs::path &out, run_record &record, const command_streams &streams) {
+void save_net(project_state &session, const fs::path &out, run_record &record, const command_streams &streams) {
   class_net &net = session.signif().net();
   net.title_of_net_set(out.stem().string());
   net.FullFileNameSet(out.string());
@@ -95,7 +95,7 @@ void save_net(orb_session &session, const fs::path &out, run_record &record, con
                              number_text_thousands(net.number_of_vertices_get()), most));
 }
 
-double additional_cutoff(const orb_session &session, const command_options &options) {
+double additional_cutoff(const project_state &session, const command_options &options) {
   const double current = session.settings().cutoff;
   if (options.additional_cutoff.empty())
     return current + 10;
@@ -107,7 +107,7 @@ double additional_cutoff(const orb_session &session, const command_options &opti
   return value;
 }
 
-exit_status revise_net(orb_session &session, const command_options &options, const fs::path &out, run_record &record,
+exit_status revise_net(project_state &session, const command_options &options, const fs::path &out, run_record &record,
                        const command_streams &streams) {
   record.stage_start("revision");
   class_clone_net_signif::revision_options wanted;
@@ -166,7 +166,7 @@ void set_drawing_format(const command_options &options, drawing_options &drawing
   drawing.write_graphml = options.format != "net";
 }
 
-contig_files files_of_contigs(orb_session &session, const command_options &options) {
+contig_files files_of_contigs(project_state &session, const command_options &options) {
   contig_files files;
   files.pair_tables = !options.no_pair_tables;
   files.drawings = !options.no_drawings;
@@ -181,7 +181,7 @@ contig_files files_of_contigs(orb_session &session, const command_options &optio
   return files;
 }
 
-exit_status make_contigs(orb_session &session, const command_options &options, run_record &record,
+exit_status make_contigs(project_state &session, const command_options &options, run_record &record,
                          const command_streams &streams) {
   record.stage_start("contigs");
   class_contig_adapt_clust clust(session.signif(), files_of_contigs(session, options));

@@ -28,12 +28,12 @@ void add_simulation_options(option_list &list, command_options &options) {
   list.add("--runs", options.pvalue.runs, "random pairs of clones for each pair of sizes").limits(1, 2000000000);
 }
 
-simulation_services services_of(orb_session &session) {
+simulation_services services_of(project_state &session) {
   return {session.frame(), session.usable_values(), session.settings().seed, session.settings().threads};
 }
 
 // Sizes that can't be drawn from the bands of the library are a mistake on the command line.
-void check_sizes(orb_session &session, std::int32_t n1, std::int32_t n2, bool iid) {
+void check_sizes(project_state &session, std::int32_t n1, std::int32_t n2, bool iid) {
   class_clone_simul simul;
   simul.create_distribution_function(session.frame(), session.database(), 2);
   const std::string wrong = class_clone_dist_simul::wrong_sizes(n1, n2, iid, simul);
@@ -42,7 +42,7 @@ void check_sizes(orb_session &session, std::int32_t n1, std::int32_t n2, bool ii
 }
 
 // The library, with folder, record and checks as every command with an --out DIR has them.
-exit_status begin(orb_session &session, const command_options &options, run_record &record,
+exit_status begin(project_state &session, const command_options &options, run_record &record,
                   const command_streams &streams) {
   const exit_status loaded = library_for_stage(session, options, record, streams);
   record.parameter_set("runs", options.pvalue.runs);
@@ -63,7 +63,8 @@ void pvalue_score_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status pvalue_score_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status pvalue_score_command(project_state &session, const command_options &options,
+                                 const command_streams &streams) {
   const pvalue_options &asked = options.pvalue;
   if (asked.k > std::min(asked.n1, asked.n2))
     throw usage_error(fmt::format("clones of {} and {} bands can't have {} in common", asked.n1, asked.n2, asked.k));
@@ -98,7 +99,7 @@ static std::string text_of_situation(const p_value_situation &made) {
                      number_text(made.a2, 5), number_text(made.a1, 5), number_text(made.a0, 5));
 }
 
-exit_status pvalue_estimate_command(orb_session &session, const command_options &options,
+exit_status pvalue_estimate_command(project_state &session, const command_options &options,
                                     const command_streams &streams) {
   run_record record = record_in_folder(session, options);
   const exit_status loaded = begin(session, options, record, streams);
@@ -176,7 +177,7 @@ table_grid grid_for(const class_DB_of_clones &database, const pvalue_options &as
   return grid;
 }
 
-void check_grid(orb_session &session, const table_grid &grid, bool iid_only) {
+void check_grid(project_state &session, const table_grid &grid, bool iid_only) {
   const std::string wrong = class_clone_dist_table::wrong_parameters(grid.min_bands, grid.step, grid.steps);
   if (!wrong.empty())
     throw usage_error(wrong);
@@ -186,7 +187,7 @@ void check_grid(orb_session &session, const table_grid &grid, bool iid_only) {
 }
 
 // Of a mode that isn't made anew nothing may stay: it would be read as if it belonged to the new table.
-void remove_tables_of_mode_fr(orb_session &session, const command_streams &streams) {
+void remove_tables_of_mode_fr(project_state &session, const command_streams &streams) {
   bool removed = false;
   for (const char *const p : {"a0", "a1", "a2", "n", "f"}) {
     std::error_code failed;
@@ -196,7 +197,7 @@ void remove_tables_of_mode_fr(orb_session &session, const command_streams &strea
     streams.people("The older tables of mode fr were removed.");
 }
 
-bool make_tables(orb_session &session, const table_grid &grid, const pvalue_options &asked) {
+bool make_tables(project_state &session, const table_grid &grid, const pvalue_options &asked) {
   class_clone_dist_table &table = session.context().table;
   table.table_parameters_set(static_cast<std::int16_t>(grid.min_bands), static_cast<std::int16_t>(grid.step),
                              static_cast<std::int16_t>(grid.steps), 1);
@@ -221,7 +222,8 @@ void say_what_has_no_curve(const class_clone_dist_table &table, const command_st
 
 } // namespace
 
-exit_status pvalue_table_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status pvalue_table_command(project_state &session, const command_options &options,
+                                 const command_streams &streams) {
   run_record record = record_in_folder(session, options);
   check_output(session.frame().path_in_working_folder(class_clone_dist_table::name_of_sizes_file()), options.force);
   const exit_status loaded = begin(session, options, record, streams);
@@ -266,7 +268,7 @@ void pvalue_lookup_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status pvalue_lookup_command(orb_session &session, const command_options &options,
+exit_status pvalue_lookup_command(project_state &session, const command_options &options,
                                   const command_streams &streams) {
   const pvalue_options &asked = options.pvalue;
   if (asked.count.has_value() == asked.value.has_value())

@@ -3,13 +3,14 @@
 
 #include "commands/command_steps.h"
 #include "commands/commands.h"
-#include "commands/contig_summary_text.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
 #include "commands/run_source.h"
 #include "contigs/class_contig_adapt_clust.h"
 #include "contigs/run_folder.h"
 #include "database/class_markers.h"
+#include "fpc/fpc_writing.h"
+#include "reports/contig_summary_text.h"
 
 namespace orb {
 
@@ -24,7 +25,7 @@ static void add_library_of_run_option(option_list &list, command_options &option
 }
 
 // The run's library, metric and contigs in the session; `options` become those of the run.
-static exit_status load_run(orb_session &session, command_options &options, const run_source &source,
+static exit_status load_run(project_state &session, command_options &options, const run_source &source,
                             run_record &record, const command_streams &streams) {
   options.input = source.library;
   const exit_status status = library_and_metric(session, options, record, streams);
@@ -71,7 +72,7 @@ static retained_path_options wishes_of(const command_options &options) {
   return wanted;
 }
 
-static exit_status retain_clones(orb_session &session, const command_options &options, run_record &record,
+static exit_status retain_clones(project_state &session, const command_options &options, run_record &record,
                                  const command_streams &streams) {
   record.stage_start("retain");
   class_contig_adapt_clust clust(session.signif(), files_of_contigs(session, options));
@@ -93,7 +94,7 @@ static exit_status retain_clones(orb_session &session, const command_options &op
   return exit_status::done;
 }
 
-exit_status retain_command(orb_session &session, const command_options &given, const command_streams &streams) {
+exit_status retain_command(project_state &session, const command_options &given, const command_streams &streams) {
   command_options options = given;
   const run_source source = source_of_run(session, options);
   if (source.folder.empty())
@@ -128,7 +129,7 @@ void report_options(option_list &list, command_options &options) {
 }
 
 // The clones of the tables by clone: those of --list, else all.
-static bool read_list_of_report(orb_session &session, const command_options &options, number_list &list) {
+static bool read_list_of_report(project_state &session, const command_options &options, number_list &list) {
   if (options.list.empty()) {
     list = number_list::range(1, session.database().total_number_of_clones_get());
     return true;
@@ -137,7 +138,8 @@ static bool read_list_of_report(orb_session &session, const command_options &opt
   return read_list(session, options.list, list, name);
 }
 
-static exit_status print_report(orb_session &session, const command_options &options, const command_streams &streams) {
+static exit_status print_report(project_state &session, const command_options &options,
+                                const command_streams &streams) {
   class_FPCto_import &registry = *session.database().contigs();
   class_markers &markers = session.database().markers();
   const bool with_markers = markers.total_number_of_markers_get() > 0;
@@ -153,7 +155,8 @@ static exit_status print_report(orb_session &session, const command_options &opt
   registry.print_coordinates_of_clones(list, options.out / "coordinates_of_clones.txt");
   registry.print_cluster_name_for_clones(list);
   registry.print_FPC_clusters();
-  registry.print_FPC_like_file_run(options.out / "FPC_like.fpc", options.out / "FPC_like_pp.fpc", options.out, true);
+  print_FPC_like_file_run(session.frame(), session.settings(), session.database(), registry,
+                          options.out / "FPC_like.fpc", options.out / "FPC_like_pp.fpc", options.out, true);
   if (with_markers) {
     if (!registry.print_positon_of_markers())
       return exit_status::run_failed;
@@ -163,7 +166,7 @@ static exit_status print_report(orb_session &session, const command_options &opt
   return session.frame().stop_requested_get() ? exit_status::stopped : exit_status::done;
 }
 
-exit_status report_command(orb_session &session, const command_options &given, const command_streams &streams) {
+exit_status report_command(project_state &session, const command_options &given, const command_streams &streams) {
   command_options options = given;
   const run_source source = source_of_run(session, options);
   if (source.folder.empty())

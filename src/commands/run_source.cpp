@@ -1,7 +1,7 @@
 #include "commands/run_source.h"
 
 #include "commands/command_steps.h"
-#include "commands/input_kind.h"
+#include "reports/input_kind.h"
 
 namespace orb {
 
@@ -39,7 +39,7 @@ static void take_metric_of_run(const nlohmann::json &record, command_options &op
     options.burying = parameters["burying"].get<double>();
 }
 
-run_source source_of_run(orb_session &session, command_options &options) {
+run_source source_of_run(project_state &session, command_options &options) {
   run_source found;
   found.folder = folder_of_run(session, options.run);
   if (found.folder.empty())

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "commands/commands.h"
-#include "commands/run_record.h"
+#include "reports/run_record.h"
 
 namespace orb {
 
@@ -19,6 +19,6 @@ struct run_source {
 // (library, net) is taken instead. Metric, cutoff and burying fraction that aren't given become the run's in `options`.
 // The folder is empty, after a message, when there is no run. Throws usage_error when no library is known, file_error
 // when nothing is there.
-run_source source_of_run(orb_session &session, command_options &options);
+run_source source_of_run(project_state &session, command_options &options);
 
 } // namespace orb

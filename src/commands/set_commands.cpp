@@ -6,7 +6,7 @@
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
-#include "net/class_list_of_clones.h"
+#include "lists/class_list_of_clones.h"
 
 namespace orb {
 
@@ -16,7 +16,7 @@ using list_work = std::function<bool(class_list_of_clones &)>;
 
 // What all of them share: the result may not be there yet, the library is loaded where one is needed, and the run
 // leaves its record beside the result. `work` makes the file.
-static exit_status make_list(orb_session &session, const command_options &options, const command_streams &streams,
+static exit_status make_list(project_state &session, const command_options &options, const command_streams &streams,
                              const list_work &work) {
   run_record record = record_beside_file(session, options);
   if (!options.input.empty()) {
@@ -50,7 +50,7 @@ void list_sort_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status list_sort_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status list_sort_command(project_state &session, const command_options &options, const command_streams &streams) {
   return make_list(session, options, streams, [&](class_list_of_clones &lists) {
     number_list made;
     std::string name;
@@ -77,23 +77,23 @@ void list_pair_options(option_list &list, command_options &options) {
 using pair_of_files_work = bool (class_list_of_clones::*)(class_DB_of_clones &, const fs::path &, const fs::path &,
                                                           fs::path);
 
-static exit_status combine_lists(orb_session &session, const command_options &options, const command_streams &streams,
+static exit_status combine_lists(project_state &session, const command_options &options, const command_streams &streams,
                                  pair_of_files_work combine) {
   return make_list(session, options, streams, [&](class_list_of_clones &lists) {
     return (lists.*combine)(session.database(), options.list, options.list_2, options.out);
   });
 }
 
-exit_status list_intersect_command(orb_session &session, const command_options &options,
+exit_status list_intersect_command(project_state &session, const command_options &options,
                                    const command_streams &streams) {
   return combine_lists(session, options, streams, &class_list_of_clones::find_intersection_of_contigs);
 }
 
-exit_status list_minus_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status list_minus_command(project_state &session, const command_options &options, const command_streams &streams) {
   return combine_lists(session, options, streams, &class_list_of_clones::find_ctg1_minus_ctg2);
 }
 
-exit_status list_unite_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status list_unite_command(project_state &session, const command_options &options, const command_streams &streams) {
   return combine_lists(session, options, streams, &class_list_of_clones::find_ctg1_plus_ctg2);
 }
 
@@ -107,7 +107,8 @@ void list_format_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status list_format_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status list_format_command(project_state &session, const command_options &options,
+                                const command_streams &streams) {
   session.settings().clone_name_format_input = options.name_format_in;
   session.settings().clone_name_format_output = options.name_format_out;
   return make_list(session, options, streams, [&](class_list_of_clones &lists) {
@@ -131,7 +132,8 @@ void list_select_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status list_select_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status list_select_command(project_state &session, const command_options &options,
+                                const command_streams &streams) {
   return make_list(session, options, streams, [&](class_list_of_clones &lists) {
     number_list chosen;
     std::string name;

@@ -7,9 +7,9 @@
 #include "commands/commands.h"
 #include "commands/library_stage.h"
 #include "commands/net_stage.h"
-#include "commands/run_record.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "reports/run_record.h"
 #include "simulation/class_simul_clones.h"
 
 namespace orb {
@@ -96,9 +96,9 @@ std::string options_of_assembly(const simulate_options &options) {
 
 class library_simulation {
 public:
-  library_simulation(orb_session &session, const command_options &options, const command_streams &streams)
+  library_simulation(project_state &session, const command_options &options, const command_streams &streams)
       : session_(session), frame_(session.frame()), options_(options), wanted_(options.simulate), streams_(streams),
-        bands_(frame_), clones_(frame_, bands_, draw_of_options()), record_(options, frame_.clock()) {}
+        bands_(frame_), clones_(frame_, bands_, draw_of_options()), record_(identity_of(options), frame_.clock()) {}
 
   exit_status run() {
     apply_band_options(wanted_, bands_);
@@ -214,7 +214,7 @@ private:
     streams_.results(options_.out.string());
   }
 
-  orb_session &session_;
+  project_state &session_;
   process_frame &frame_;
   const command_options &options_;
   const simulate_options &wanted_;
@@ -347,7 +347,7 @@ void simulate_library_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status simulate_library_command(orb_session &session, const command_options &options,
+exit_status simulate_library_command(project_state &session, const command_options &options,
                                      const command_streams &streams) {
   const simulate_options &wanted = options.simulate;
   check_band_options(wanted);
@@ -367,11 +367,11 @@ void simulate_digest_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status simulate_digest_command(orb_session &session, const command_options &options,
+exit_status simulate_digest_command(project_state &session, const command_options &options,
                                     const command_streams &streams) {
   const simulate_options &wanted = options.simulate;
   check_band_options(wanted);
-  run_record record(options, session.frame().clock());
+  run_record record(identity_of(options), session.frame().clock());
   record.file_set(options.out / "run.json");
   record.input_add(wanted.genome); // one that can't be read leaves no folder
   for (const char *name : {"run.json", "digest.txt", "bands.txt", "fingerprints.sizes"})

@@ -14,14 +14,14 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-static void say_what_was_loaded(orb_session &session, const command_streams &streams) {
+static void say_what_was_loaded(project_state &session, const command_streams &streams) {
   const load_summary &found = session.reader().summary();
   if (found.n_copies_dropped > 0)
     streams.people(fmt::format("Exact copies dropped: {} of {} records.", found.n_copies_dropped, found.n_records));
   streams.people("Library: " + text_of_library(session) + ".");
 }
 
-exit_status library_for_stage(orb_session &session, const command_options &options, run_record &record,
+exit_status library_for_stage(project_state &session, const command_options &options, run_record &record,
                               const command_streams &streams) {
   record.stage_start("load");
   const exit_status loaded = load_library(session, options, streams);
@@ -36,7 +36,7 @@ exit_status library_for_stage(orb_session &session, const command_options &optio
   return exit_status::done;
 }
 
-exit_status library_and_metric(orb_session &session, const command_options &options, run_record &record,
+exit_status library_and_metric(project_state &session, const command_options &options, run_record &record,
                                const command_streams &streams) {
   exit_status loaded = library_for_stage(session, options, record, streams);
   if (loaded == exit_status::done)
@@ -56,7 +56,7 @@ void load_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status load_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status load_command(project_state &session, const command_options &options, const command_streams &streams) {
   run_record record = record_beside_file(session, options);
   const exit_status loaded = library_for_stage(session, options, record, streams);
   if (loaded != exit_status::done)
@@ -70,7 +70,7 @@ exit_status load_command(orb_session &session, const command_options &options, c
 }
 
 // Reads a text net, or the parts of one joined in name order, as the current net.
-static bool load_text_net(orb_session &session, const net_creation_summary &summary) {
+static bool load_text_net(project_state &session, const net_creation_summary &summary) {
   struct passing_file {
     fs::path path;
     ~passing_file() {
@@ -90,7 +90,7 @@ static bool load_text_net(orb_session &session, const net_creation_summary &summ
 
 // The long way over a text net, for resuming, merging and reading by people. The native net is that text read back; a
 // run that began behind clone 1 has it only when the parts before lie in the same folder.
-static exit_status net_by_text(orb_session &session, const command_options &options, run_record &record,
+static exit_status net_by_text(project_state &session, const command_options &options, run_record &record,
                                const command_streams &streams, bool &whole) {
   process_frame &frame = session.frame();
   record.stage_start("net");
@@ -127,7 +127,7 @@ void net_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status net_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status net_command(project_state &session, const command_options &options, const command_streams &streams) {
   if (!options.text.empty())
     check_output(options.text, options.force);
   if (options.text.empty() && (options.start != 1 || options.parts))
@@ -156,7 +156,7 @@ void revise_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status revise_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status revise_command(project_state &session, const command_options &options, const command_streams &streams) {
   if (options.rank < 1 || options.rank > 50)
     throw usage_error("--rank takes a number from 1 to 50");
   if (options.no_overlaps && options.no_clones)
@@ -192,7 +192,7 @@ void contigs_options(option_list &list, command_options &options) {
   add_common_options(list, options);
 }
 
-exit_status contigs_command(orb_session &session, const command_options &options, const command_streams &streams) {
+exit_status contigs_command(project_state &session, const command_options &options, const command_streams &streams) {
   run_record record = record_in_folder(session, options);
   exit_status status = library_and_metric(session, options, record, streams);
   if (status != exit_status::done)

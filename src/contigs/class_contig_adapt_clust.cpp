@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "contigs/cutoff_keeper.h"
+#include "fpc/fpc_writing.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -86,9 +87,9 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
   frame.message(end_message);
   frame.all_panels_reset();
   if (with_FPC_files)
-    database.contigs()->print_FPC_like_file_run(reports.folder_contigs / "FPC_like.fpc",
-                                                reports.folder_contigs / "FPC_like_pp.fpc", reports.folder_contigs,
-                                                true);
+    print_FPC_like_file_run(frame, signif_->context().settings, database, *database.contigs(),
+                            reports.folder_contigs / "FPC_like.fpc", reports.folder_contigs / "FPC_like_pp.fpc",
+                            reports.folder_contigs, true);
   print_library_reports(reports, database);
   result_.completed = true;
 }

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "clustering/class_clustering.h"
+#include "drawing/class_clone_net_draw.h"
 #include "frame/files.h"
-#include "net/class_clone_net_draw.h"
+#include "lists/class_list_of_clones.h"
 #include "net/class_clone_net_signif.h"
-#include "net/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
 
 namespace orb {

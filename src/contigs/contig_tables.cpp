@@ -6,7 +6,7 @@
 #include "contigs/class_contig_analysis.h"
 #include "contigs/run_reports.h"
 #include "database/class_markers.h"
-#include "net/class_list_of_clones.h"
+#include "lists/class_list_of_clones.h"
 
 namespace orb {
 

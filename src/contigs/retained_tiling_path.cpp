@@ -74,7 +74,8 @@ static retained_clusters clusters_asked_for(process_frame &frame) {
                         : retained_clusters::with_allowed;
 }
 
-bool class_contig_adapt_clust::process_clusters_without_adaptive_clustering_Retain_run(const retained_path_options &options) {
+bool class_contig_adapt_clust::process_clusters_without_adaptive_clustering_Retain_run(
+    const retained_path_options &options) {
   const metric_context &context = signif_->context();
   if (context.frame.process_is_running() || context.database.contigs() == nullptr)
     return false;

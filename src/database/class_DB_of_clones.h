@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "database/library_parameters.h"
 #include "frame/lists.h"
 #include "frame/process_frame.h"
 
@@ -163,19 +164,19 @@ private:
 
   std::vector<double> frecuency_of_band_in_clones_;
   double mean_log_band_frequency_ = 0;
-  std::int32_t total_number_of_different_bands_ = 60000;
-  std::int32_t max_number_of_real_clones_ = 80000;
+  std::int32_t total_number_of_different_bands_ = static_cast<std::int32_t>(library_parameters{}.gel_length);
+  std::int32_t max_number_of_real_clones_ = library_parameters{}.max_n_clones;
   bool IsDBContainRepeatsCloneNames_ = false;
   std::vector<std::int32_t> nRepeatsCloneName_;
   std::string database_title_;
   std::int32_t total_number_of_clones_ = 0;
   std::int16_t database_spare_index_ = 0;
-  double max_band_length_ = 60000.0;
-  std::int16_t tollerance_ = 12;
-  std::int16_t taking_tollerance_into_account_index_ = 1;
+  double max_band_length_ = library_parameters{}.gel_length;
+  std::int16_t tollerance_ = library_parameters{}.tolerance;
+  std::int16_t taking_tollerance_into_account_index_ = library_parameters{}.tolerance_index;
   bool clone_name_sorted_is_created_ = false;
   band_adress next_free_band_adress_ = 0;
-  std::int32_t total_number_of_different_bands_FPC_ = 2250;
+  std::int32_t total_number_of_different_bands_FPC_ = library_parameters{}.n_bands;
   std::int16_t index_of_band_type_ = 0;
   bool contigs_are_specified_ = false;
   std::vector<std::string> name_of_clone_;

@@ -219,18 +219,15 @@ void class_clone_simul::create_clone_of_fixed_length_new(std::int32_t n, bool eq
 // ---- known problems ------------------------------------------------------------------------------------------------
 
 known_problem class_clone_simul::known_problem_get(std::int32_t index) {
-  static constexpr std::array<known_problem, 5> problems{{{7, 0, 3300, 236, 0},
-                                                          {5, 1, 19500, 1800, 0},
-                                                          {4, 1, 40000, 5000, 0},
-                                                          {12, 1, 60000, 2250, 6},
-                                                          {5, 1, 60000, 6000, 4}}};
-  return index >= 1 && index <= known_problem_n_get() ? problems[place(index) - 1] : known_problem{};
+  static constexpr std::array<std::int16_t, known_kinds_of_data.size()> further_settings{0, 0, 0, 6, 4};
+  const std::optional<library_parameters> parameters = parameters_of_kind(index);
+  return parameters ? known_problem{*parameters, further_settings[place(index) - 1]} : known_problem{};
 }
 
 std::string class_clone_simul::known_problem_name_get(std::int32_t index) {
   if (index < 1 || index > known_problem_n_get())
     return {};
-  const known_problem problem = known_problem_get(index);
+  const library_parameters problem = known_problem_get(index).parameters;
   return "tolerance " + std::to_string(problem.tolerance) +
          (problem.tolerance_index == 0 ? ", bin numbers" : ", lengths") + ", gel length " +
          number_text_shortest(problem.gel_length) + ", " + std::to_string(problem.n_bands) + " band positions";
@@ -247,13 +244,13 @@ bool class_clone_simul::known_problem_param_set(process_frame &frame, std::int32
     asked.text = "Reduce the gel length to 3289 and the number of band positions to 235?";
     asked.by_default = asked.to_go_on = answer::no;
     if (frame.yes(asked)) {
-      problem.gel_length = 3289;
-      problem.n_bands = 235;
+      problem.parameters.gel_length = 3289;
+      problem.parameters.n_bands = 235;
     }
   }
-  database.tollerance_parameters_set(problem.tolerance, problem.tolerance_index);
-  database.total_number_of_different_bands_set_by_eff_len(problem.gel_length);
-  database.total_number_of_different_bands_FPC_set(problem.n_bands);
+  database.tollerance_parameters_set(problem.parameters.tolerance, problem.parameters.tolerance_index);
+  database.total_number_of_different_bands_set_by_eff_len(problem.parameters.gel_length);
+  database.total_number_of_different_bands_FPC_set(problem.parameters.n_bands);
   form.t_m = form.t_n = std::to_string(n_bands_of_clone);
   form.t_further_1 = form.t_further_2 = problem.further_settings > 0 ? std::to_string(problem.further_settings) : "";
   return true;

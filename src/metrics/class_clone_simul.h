@@ -8,6 +8,7 @@
 
 #include "database/class_DB_of_clones.h"
 #include "database/class_clone_serv.h"
+#include "database/library_parameters.h"
 #include "frame/lists.h"
 #include "frame/process_frame.h"
 #include "frame/random_source.h"
@@ -18,9 +19,7 @@ struct form_simul_1;
 
 // A kind of laboratory data of which the parameters are known.
 struct known_problem {
-  std::int16_t tolerance = 0, tolerance_index = 0;
-  double gel_length = 0;
-  std::int32_t n_bands = 0;          // N_bands_Sulston
+  library_parameters parameters;
   std::int16_t further_settings = 0; // goes to two more fields of the panel; 0 where the problem has none
 };
 
@@ -68,7 +67,7 @@ public:
                                         random_source &chance) const;
 
   // The known problems, 1..known_problem_n_get().
-  static constexpr std::int32_t known_problem_n_get() { return 5; }
+  static constexpr std::int32_t known_problem_n_get() { return static_cast<std::int32_t>(known_kinds_of_data.size()); }
   static std::string known_problem_name_get(std::int32_t index); // empty for another number
   static known_problem known_problem_get(std::int32_t index);
   // Puts a problem into the panel and its parameters into the database; asks, of the first one, for the shorter gel.

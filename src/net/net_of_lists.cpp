@@ -3,7 +3,7 @@
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "net/class_clone_net_signif.h"
-#include "net/half_net.h"
+#include "pairs/half_net.h"
 
 namespace orb {
 

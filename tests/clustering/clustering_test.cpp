@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <set>
 
-#include "clustering_helpers.h"
 #include "metrics/class_clone_dist_my.h"
 #include "net/class_clone_net_signif.h"
+#include "support/clustering_helpers.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The lesser tables over the registry.
 #include <gtest/gtest.h>
 
-#include "clustering_helpers.h"
 #include "database/class_markers.h"
+#include "support/clustering_helpers.h"
 
 using namespace orb_test;
 

@@ -2,9 +2,8 @@
 
 #include <map>
 
-#include "clustering/fpc_dates.h"
-#include "clustering_helpers.h"
 #include "database/class_markers.h"
+#include "support/clustering_helpers.h"
 
 namespace {
 
@@ -135,19 +134,6 @@ TEST_F(registry, coordinates) {
   EXPECT_EQ(black, (number_list{4, 9}));
 }
 
-TEST(fpc_dates, both_ways) {
-  double date = 5;
-  for (const char *text : {"11 2 3 4 5", "00 2 29 0 0", "24 12 31 23 59"}) {
-    ASSERT_TRUE(date_from_FPC_format_get(text, date)) << text;
-    EXPECT_EQ(str_date_from_FPC_format_get(date), text);
-  }
-  date = 5;
-  for (const char *text : {"", "11 2 3 4", "11 2 3 4 5 6", "11 13 3 4 5", "11 2 30 4 5", "11 2 3 24 5", "11 2 x 4 5",
-                           "-1 2 3 4 5", "11 2 0 4 5"})
-    EXPECT_FALSE(date_from_FPC_format_get(text, date)) << text;
-  EXPECT_EQ(date, 5);
-}
-
 fpc_clone_record fpc_clone(const std::string &name, const std::string &map_name, double left, double right,
                            std::vector<std::string> markers = {}) {
   fpc_clone_record record;
@@ -156,26 +142,28 @@ fpc_clone_record fpc_clone(const std::string &name, const std::string &map_name,
   record.coor_left = left;
   record.coor_right = right;
   record.markers = std::move(markers);
-  record.creation_date = "10 1 2 3 4";
+  record.creation_date = 40179.25;
   return record;
 }
 
 TEST_F(registry, clusters_from_an_assembly) {
   lib_.database.markers().redim_private_arrays(12, 5, 5);
-  contigs_.clone_information_from_fpc_file(fpc_clone("C3", "ctg7", 10, 20, {"m1", "m2"}), false);
-  contigs_.clone_information_from_fpc_file(fpc_clone("C1", "ctg7", 5, 15, {"m2"}), false);
-  contigs_.clone_information_from_fpc_file(fpc_clone("C2", "ctg2", 1, 9, {"m2"}), false);
-  contigs_.clone_information_from_fpc_file(fpc_clone("unknown", "ctg2", 0, 30), false);
-  contigs_.clone_information_from_fpc_file(fpc_clone("C4", "", 0, 0), false);
+  contigs_.clone_information_from_fpc_file(fpc_clone("C3", "ctg7", 10, 20, {"m1", "m2"}), false,
+                                           lib_.database.markers());
+  contigs_.clone_information_from_fpc_file(fpc_clone("C1", "ctg7", 5, 15, {"m2"}), false, lib_.database.markers());
+  contigs_.clone_information_from_fpc_file(fpc_clone("C2", "ctg2", 1, 9, {"m2"}), false, lib_.database.markers());
+  contigs_.clone_information_from_fpc_file(fpc_clone("unknown", "ctg2", 0, 30), false, lib_.database.markers());
+  contigs_.clone_information_from_fpc_file(fpc_clone("C4", "", 0, 0), false, lib_.database.markers());
   EXPECT_EQ(contigs_.length_of_cluster_bands_get(1), 16);
   EXPECT_EQ(contigs_.length_of_cluster_bands_get(2), 31);
-  EXPECT_EQ(str_date_from_FPC_format_get(contigs_.clone_information_get(3).creation_date), "10 1 2 3 4");
-  EXPECT_THROW(contigs_.clone_information_from_fpc_file(fpc_clone("C1", "ctg2", 0, 0), false), program_end);
+  EXPECT_EQ(contigs_.clone_information_get(3).creation_date, 40179.25);
+  EXPECT_THROW(contigs_.clone_information_from_fpc_file(fpc_clone("C1", "ctg2", 0, 0), false, lib_.database.markers()),
+               program_end);
   EXPECT_EQ(lib_.record.messages.back(), "Contradiction in contig name for clone C1: ctg7=/=ctg2");
   lib_.record.messages.clear();
 
   class_FPCto_import together = contigs_;
-  contigs_.read_clusterization_from_FPC_finish_to_add_clusters();
+  contigs_.read_clusterization_from_FPC_finish_to_add_clusters(lib_.database.markers());
   EXPECT_EQ(lib_.record.messages,
             (texts{"In total, 9 clones not in FPC contigs!", "Number of problematic markers is 1"}));
   EXPECT_EQ(in_use(), number_list::range(1, 11));
@@ -188,7 +176,7 @@ TEST_F(registry, clusters_from_an_assembly) {
 
   lib_.settings.singletones = true;
   lib_.answer("In total, 9", "yes");
-  together.read_clusterization_from_FPC_finish_to_add_clusters();
+  together.read_clusterization_from_FPC_finish_to_add_clusters(lib_.database.markers());
   EXPECT_EQ(lib_.record.questions.back(), "In total, 9 clones not in FPC contigs!\r\nDo you want to put these clones "
                                           "into set of singletones (cluster #3)?");
   EXPECT_EQ(together.name_of_cluster_get(3), "Singletones");

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "slow_assembly.h"
+#include "support/slow_assembly.h"
 
 using namespace orb_test;
 

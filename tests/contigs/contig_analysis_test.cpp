@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "contig_test_library.h"
+#include "support/contig_test_library.h"
 
 using namespace orb_test;
 

@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "contig_test_library.h"
+#include "support/contig_test_library.h"
 
 using namespace orb_test;
 

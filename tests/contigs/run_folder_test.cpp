@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "contig_test_library.h"
+#include "support/contig_test_library.h"
 
 using namespace orb_test;
 

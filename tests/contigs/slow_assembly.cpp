@@ -1,4 +1,4 @@
-#include "slow_assembly.h"
+#include "support/slow_assembly.h"
 
 #include "frame/numbers.h"
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "database/band_statistics.h"
-#include "database_fixture.h"
+#include "support/database_fixture.h"
 
 using namespace orb_test;
 

@@ -3,8 +3,8 @@
 #include "database/band_statistics.h"
 #include "database/class_clone_serv.h"
 #include "database/class_markers.h"
-#include "database_fixture.h"
 #include "frame/class_math1.h"
+#include "support/database_fixture.h"
 
 using namespace orb_test;
 

@@ -3,7 +3,7 @@
 #include "database/band_statistics.h"
 #include "database/database_tests.h"
 #include "database/library_file.h"
-#include "database_fixture.h"
+#include "support/database_fixture.h"
 
 using namespace orb_test;
 

@@ -1,6 +1,6 @@
 // Marker files: the text forms, the native form, and what damaged files do.
 #include "database/class_markers.h"
-#include "database_fixture.h"
+#include "support/database_fixture.h"
 
 namespace orb_test {
 namespace {

@@ -3,8 +3,8 @@
 #include <map>
 #include <sstream>
 
-#include "database_fixture.h"
 #include "frame/numbers.h"
+#include "support/database_fixture.h"
 
 using namespace orb_test;
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "net_helpers.h"
+#include "support/net_helpers.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "frame/files.h"
-#include "net_helpers.h"
+#include "support/net_helpers.h"
 
 namespace {
 

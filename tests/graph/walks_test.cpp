@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "graph/label_forest.h"
-#include "net_helpers.h"
+#include "support/net_helpers.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "../../bench/library_generator.h"
 #include "metrics/band_merge_lanes.h"
 #include "metrics/class_clone_dist_my.h"
+#include "support/library_generator.h"
 
 namespace orb {
 namespace {

@@ -8,14 +8,14 @@
 #include <map>
 #include <numbers>
 
-#include "../../bench/library_generator.h"
-#include "../frame/temporary_folder.h"
 #include "frame/class_math1.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_parab.h"
 #include "metrics/class_clone_dist_simul.h"
 #include "metrics/form_simul_1.h"
+#include "support/library_generator.h"
+#include "support/temporary_folder.h"
 
 namespace orb {
 namespace {

@@ -6,11 +6,11 @@
 #include <functional>
 #include <unistd.h>
 
-#include "../../bench/library_generator.h"
 #include "frame/class_math1.h"
 #include "frame/files.h"
 #include "metrics/class_clone_dist_FPC.h"
 #include "metrics/pair_score.h"
+#include "support/library_generator.h"
 
 namespace orb {
 namespace {

@@ -1,10 +1,10 @@
 // The scores of a pair as a row of a table.
 #include <gtest/gtest.h>
 
-#include "../../bench/library_generator.h"
 #include "database/class_markers.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_text_distance.h"
+#include "support/library_generator.h"
 
 namespace orb {
 namespace {

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <set>
 
-#include "../../bench/plain_revision.h"
-#include "net_fixture.h"
+#include "support/net_fixture.h"
+#include "support/plain_revision.h"
 
 namespace orb {
 namespace {

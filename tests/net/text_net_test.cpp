@@ -4,7 +4,7 @@
 #include <map>
 
 #include "frame/numbers.h"
-#include "net_fixture.h"
+#include "support/net_fixture.h"
 
 namespace orb {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
-#include "net_fixture.h"
+#include "support/net_fixture.h"
 
 namespace orb {
 namespace {

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 #include <map>
 
-#include "../../bench/library_generator.h"
-#include "../frame/temporary_folder.h"
 #include "frame/files.h"
 #include "graph/class_net.h"
 #include "ordering/class_clone_ord_and_verif.h"
+#include "support/library_generator.h"
+#include "support/temporary_folder.h"
 
 namespace {
 

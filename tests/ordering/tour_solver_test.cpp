@@ -6,12 +6,12 @@
 #include <optional>
 #include <thread>
 
-#include "../frame/temporary_folder.h"
 #include "frame/files.h"
 #include "ordering/distance_file.h"
 #include "ordering/spanning_tree_tourer.h"
 #include "ordering/tour_proof.h"
 #include "ordering/tour_solver.h"
+#include "support/temporary_folder.h"
 
 namespace {
 

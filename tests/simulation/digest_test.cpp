@@ -4,9 +4,9 @@
 #include <map>
 
 #include "frame/numbers.h"
-#include "sequence_helpers.h"
 #include "simulation/class_Simul_CutEnzyme.h"
 #include "simulation/site_automaton.h"
+#include "support/sequence_helpers.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <cmath>
 #include <set>
 
-#include "evaluation_helpers.h"
 #include "frame/files.h"
-#include "frame/temporary_folder.h"
 #include "simulation/folder_of_contigs_test.h"
 #include "simulation/true_positions.h"
+#include "support/evaluation_helpers.h"
+#include "support/temporary_folder.h"
 
 using namespace orb;
 using namespace orb_test;

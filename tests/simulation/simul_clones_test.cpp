@@ -6,9 +6,9 @@
 
 #include "database/class_DB_of_clones_read.h"
 #include "frame/numbers.h"
-#include "sequence_helpers.h"
 #include "simulation/class_simul_clones.h"
 #include "simulation/true_positions.h"
+#include "support/sequence_helpers.h"
 
 namespace {
 

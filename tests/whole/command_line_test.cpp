@@ -4,7 +4,7 @@
 #include <sstream>
 #include <vector>
 
-#include "whole/program_run.h"
+#include "support/program_run.h"
 
 using whole::outcome;
 namespace fs = std::filesystem;

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "whole/program_run.h"
+#include "support/program_run.h"
 
 using whole::bytes_of;
 using whole::outcome;

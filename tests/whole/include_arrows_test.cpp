@@ -11,9 +11,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::vector<std::string> layers{"frame",      "database", "graph",    "metrics", "net",
-                                      "clustering", "ordering", "contigs",  "fpc",     "simulation",
-                                      "pools",      "viewer",   "commands", "ui"};
+const std::vector<std::string> layers{"frame",   "database",   "graph",    "metrics",  "pairs",   "lists",      "net",
+                                      "drawing", "clustering", "ordering", "fpc",      "contigs", "simulation", "pools",
+                                      "viewer",  "project",    "reports",  "commands", "ui"};
 
 std::size_t layer_of(const std::string &folder) {
   return static_cast<std::size_t>(std::find(layers.begin(), layers.end(), folder) - layers.begin());

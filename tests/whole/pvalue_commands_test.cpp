@@ -2,7 +2,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "whole/program_run.h"
+#include "support/program_run.h"
 
 using whole::outcome;
 namespace fs = std::filesystem;

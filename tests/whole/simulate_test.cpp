@@ -1,5 +1,5 @@
 // Libraries with a known truth from the command line: simulate, assemble, evaluate.
-#include "program_run.h"
+#include "support/program_run.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <sstream>
 #include <vector>
 
-#include "whole/program_run.h"
+#include "support/program_run.h"
 
 using whole::bytes_of;
 using whole::outcome;

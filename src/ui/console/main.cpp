@@ -74,8 +74,8 @@ orb::exit_status run(orb::command_options &options) {
   orb::answer_book book;
   read_answers(options, book);
   orb::process_frame *frame = nullptr;
-  orb::orb_session session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame),
-                           program_folder());
+  orb::project_state session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame),
+                             program_folder());
   frame = &session.frame();
   if (const fs::path folder = log_folder(options); !folder.empty()) {
     orb::create_folder(folder);

@@ -1,0 +1,112 @@
+#include "lists/class_list_of_clones.h"
+
+#include "database/class_clone_serv.h"
+#include "database/fingerprint_records.h"
+#include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
+
+namespace orb {
+
+namespace {
+
+constexpr std::size_t names_between_reports = 1000;
+
+void report_position(process_frame &frame, std::size_t i, std::size_t n) {
+  if (i % names_between_reports == 0)
+    frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
+}
+
+} // namespace
+
+bool class_list_of_clones::refuse(const std::string &text) {
+  frame_.message(text);
+  frame_.data_failed_set();
+  return false;
+}
+
+bool class_list_of_clones::reading_file_with_list_of_clones(std::filesystem::path file, std::vector<std::string> &names,
+                                                            std::int32_t &count, std::string &pure_name) {
+  if (file.empty())
+    file = frame_.open_file_dialog("Open file with clones to select");
+  if (file.empty())
+    return false;
+  std::vector<std::string> read(1); // names stand from 1
+  line_reader lines(file);
+  std::string_view line;
+  while (lines.next(line)) {
+    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
+      line.remove_prefix(3); // a mark of the encoding
+    if (const std::string why = why_no_text(line); !why.empty())
+      return refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+    while (!line.empty()) {
+      const std::size_t end = line.find_first_of(", \t");
+      const std::string_view name = line.substr(0, end);
+      line = end == std::string_view::npos ? std::string_view() : line.substr(end + 1);
+      if (!name.empty())
+        read.push_back(class_clone_serv::extract_clone_name(name, settings_.clone_name_format_input,
+                                                            settings_.clone_name_format_output, settings_));
+    }
+  }
+  names = std::move(read);
+  count = static_cast<std::int32_t>(names.size()) - 1;
+  pure_name = class_serv_raznoe::extract_pure_file_name(file.string());
+  return true;
+}
+
+bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem::path file, number_list &list,
+                                                                std::string &pure_name, class_DB_of_clones &database) {
+  std::vector<std::string> names;
+  std::int32_t count = 0, n_unknown = 0;
+  if (!reading_file_with_list_of_clones(std::move(file), names, count, pure_name))
+    return false;
+  frame_.step_text_set("Reading...");
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame_);
+  number_list found;
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    report_position(frame_, i, names.size() - 1);
+    const clone_number clone = database.clone_number_get(names[i]);
+    if (clone >= 1) {
+      found.add(clone);
+      continue;
+    }
+    question stop;
+    stop.text = "Clone (" + std::to_string(i) + ") " + names[i] + " not found!\rDo You want to stop the program?";
+    stop.by_default = stop.to_go_on = answer::no;
+    stop.marks_failure = true;
+    if (frame_.yes(stop))
+      throw program_end(stop.text, exit_status::run_failed);
+    ++n_unknown;
+  }
+  list = std::move(found);
+  frame_.message(n_unknown == 0 ? "All " + std::to_string(count) + " clones are loaded"
+                                : "In total, " + std::to_string(n_unknown) + " clones not found!");
+  return true;
+}
+
+bool class_list_of_clones::run_reading_file_with_list_of_clones_rep(std::filesystem::path file, number_list &list,
+                                                                    std::int32_t &count, class_DB_of_clones &database) {
+  std::vector<std::string> names;
+  std::string pure_name;
+  std::int32_t n_names = 0, n_unknown = 0;
+  if (!reading_file_with_list_of_clones(std::move(file), names, n_names, pure_name))
+    return false;
+  frame_.step_text_set("Reading...");
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame_);
+  number_list found;
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    report_position(frame_, i, names.size() - 1);
+    const number_list clones = database.clone_number_get_with_repeats(names[i]);
+    n_unknown += clones.empty();
+    for (const clone_number clone : clones.members())
+      found.add(clone);
+  }
+  list = std::move(found);
+  count = list.count();
+  if (n_unknown > 0)
+    refuse("In total " + std::to_string(n_unknown) + " clones not found! ");
+  return true;
+}
+
+} // namespace orb

@@ -1,0 +1,175 @@
+#include "reports/run_record.h"
+
+#include <cmath>
+#include <cstdio>
+#include <fmt/format.h>
+#include <fstream>
+
+#include "frame/files.h"
+#include "reports/input_kind.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+run_record::run_record(const run_identity &run, const program_clock &clock) {
+  json_["program"] = "ORB";
+  json_["version"] = ORB_VERSION;
+  json_["command"] = run.command;
+  json_["command_line"] = run.command_line;
+  json_["date"] = clock.iso_date();
+  json_["state"] = "running";
+  json_["seed"] = run.seed;
+  json_["threads"] = run.threads;
+  json_["parameters"] = json::object();
+  json_["inputs"] = json::array();
+  json_["stages"] = json::array();
+  json_["outputs"] = json::object();
+  json_["results"] = json::object();
+}
+
+void run_record::input_add(const fs::path &file) {
+  const file_checksum sum = checksum_of_file(file);
+  json_["inputs"].push_back({{"file", file.filename().string()},
+                             {"path", file.string()},
+                             {"size", sum.size},
+                             {"crc32", checksum_text(sum.crc32)}});
+}
+
+void run_record::inputs_add(const fs::path &input) {
+  if (!fs::is_directory(input))
+    return input_add(input);
+  for (const fs::path &file : sizes_files_of_folder(input))
+    input_add(file);
+}
+
+void run_record::library_set(std::int32_t n_clones, std::uint32_t checksum) {
+  json_["library"] = {{"clones", n_clones}, {"checksum", checksum_text(checksum)}};
+}
+
+void run_record::stage_start(const std::string &name) {
+  stage_ = name;
+  stage_began_ = std::chrono::steady_clock::now();
+  peak_memory_reset();
+}
+
+void run_record::stage_end() {
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - stage_began_).count();
+  json_["stages"].push_back({{"stage", stage_},
+                             {"seconds", std::round(seconds * 1000) / 1000},
+                             {"peak_memory_MiB", std::round(peak_memory_mib() * 10) / 10}});
+}
+
+void run_record::output_set(const std::string &key, const fs::path &path) {
+  nlohmann::json entry{{"name", path.filename().string()}};
+  if (fs::is_regular_file(path)) {
+    const file_checksum sum = checksum_of_file(path);
+    entry["size"] = sum.size;
+    entry["crc32"] = checksum_text(sum.crc32);
+  }
+  json_["outputs"][key] = std::move(entry);
+}
+
+void run_record::continue_from(const nlohmann::json &earlier) {
+  for (const char *part : {"outputs", "results"})
+    if (earlier.contains(part) && earlier[part].is_object())
+      json_[part] = earlier[part];
+}
+
+void run_record::save(const fs::path &file) const {
+  result_file out(file);
+  out.write(json_.dump(2));
+  out.write("\n");
+  out.commit();
+}
+
+std::optional<json> run_record_read(const fs::path &file) {
+  std::error_code failed;
+  if (!fs::is_regular_file(file, failed))
+    return std::nullopt;
+  std::ifstream in(file, std::ios::binary);
+  json read = json::parse(in, nullptr, false);
+  if (read.is_discarded() || !read.is_object())
+    return std::nullopt;
+  return read;
+}
+
+std::optional<json> run_record_beside(const fs::path &result) {
+  std::error_code failed;
+  if (fs::is_directory(result, failed))
+    return run_record_read(result / "run.json");
+  fs::path own = result;
+  own += ".run.json";
+  if (auto read = run_record_read(own))
+    return read;
+  auto read = run_record_read(result.parent_path() / "run.json");
+  if (!read || !read->contains("outputs") || !(*read)["outputs"].is_object())
+    return std::nullopt;
+  for (const auto &[key, entry] : (*read)["outputs"].items())
+    if (entry.is_object() && entry.value("name", "") == result.filename().string())
+      return read;
+  return std::nullopt;
+}
+
+std::string run_record_difference(const json &before, const json &now) {
+  if (before.value("version", json()) != now.value("version", json()))
+    return "another version of the program";
+  const json was = before.value("parameters", json::object()), is = now.value("parameters", json::object());
+  for (const auto &[name, value] : is.items())
+    if (!was.is_object() || !was.contains(name) || was[name] != value)
+      return fmt::format("{} is {} now and was {}", name, value.dump(),
+                         was.is_object() && was.contains(name) ? was[name].dump() : "not recorded");
+  if (before.value("seed", json()) != now.value("seed", json()))
+    return "another seed";
+  const json files_before = before.value("inputs", json::array()), files_now = now.value("inputs", json::array());
+  if (files_before.size() != files_now.size())
+    return fmt::format("{} input files now and {} then", files_now.size(), files_before.size());
+  for (std::size_t i = 0; i < files_now.size(); ++i)
+    for (const char *field : {"file", "size", "crc32"})
+      if (!files_before[i].is_object() || files_before[i].value(field, json()) != files_now[i].value(field, json()))
+        return "input file " + files_now[i].value("file", "") + " has changed";
+  return {};
+}
+
+bool output_is_intact(const json &record, const std::string &key, const fs::path &folder) {
+  const auto outputs = record.find("outputs");
+  if (outputs == record.end() || !outputs->is_object() || !outputs->contains(key))
+    return false;
+  const json &entry = (*outputs)[key];
+  if (!entry.is_object() || !entry.contains("name") || !entry["name"].is_string())
+    return false;
+  const fs::path path = folder / entry["name"].get<std::string>();
+  std::error_code failed;
+  if (!entry.contains("crc32"))
+    return fs::is_directory(path, failed);
+  if (!fs::is_regular_file(path, failed))
+    return false;
+  const file_checksum sum = checksum_of_file(path);
+  return entry.value("size", std::uint64_t{0}) == sum.size && entry.value("crc32", "") == checksum_text(sum.crc32);
+}
+
+std::string checksum_text(std::uint32_t checksum) {
+  return fmt::format("{:08x}", checksum);
+}
+
+double peak_memory_mib() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;)
+    if (word == "VmHWM:") {
+      double kib = 0;
+      status >> kib;
+      return kib / 1024;
+    }
+  return 0;
+}
+
+void peak_memory_reset() {
+  // "5" resets the high-water mark of resident memory; where the system forbids it the mark simply goes on rising.
+  if (std::FILE *refs = std::fopen("/proc/self/clear_refs", "w")) {
+    std::fputs("5", refs);
+    std::fclose(refs);
+  }
+}
+
+} // namespace orb

@@ -1,0 +1,68 @@
+// run.json, which every run leaves beside its results: version, command line, parameters, seed, input files with sizes
+// and checksums, outputs, time and peak memory of each stage.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "frame/clock.h"
+
+namespace orb {
+
+// Who runs, and with what chance: the head of the record.
+struct run_identity {
+  std::string command;                   // by the table of commands
+  std::vector<std::string> command_line; // as given
+  std::uint64_t seed = 1;
+  int threads = 0;
+};
+
+class run_record {
+public:
+  run_record(const run_identity &run, const program_clock &clock);
+
+  void parameter_set(const std::string &name, nlohmann::json value) { json_["parameters"][name] = std::move(value); }
+  void input_add(const std::filesystem::path &file);
+  // The folder's .sizes files, or the one file.
+  void inputs_add(const std::filesystem::path &input);
+  void library_set(std::int32_t n_clones, std::uint32_t checksum);
+  void stage_start(const std::string &name);
+  void stage_end();
+  // A finished result of the run: a file with size and checksum, or a folder by name. Replaces an older entry of `key`.
+  void output_set(const std::string &key, const std::filesystem::path &path);
+  // Begins with the outputs and figures of an earlier run of the same kind: a stage made again replaces its own.
+  void continue_from(const nlohmann::json &earlier);
+  void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
+  void state_set(const std::string &state) { json_["state"] = state; } // "running", "stopped", "failed", "complete"
+  // Where `finish_record` saves it.
+  const std::filesystem::path &file() const { return file_; }
+  void file_set(std::filesystem::path file) { file_ = std::move(file); }
+  // Written through a temporary name; throws file_error.
+  void save(const std::filesystem::path &file) const;
+  const nlohmann::json &json() const { return json_; }
+
+private:
+  nlohmann::json json_;
+  std::filesystem::path file_;
+  std::string stage_;
+  std::chrono::steady_clock::time_point stage_began_;
+};
+
+// The record beside a file (FILE.run.json, else run.json of its folder) or in a folder; nothing when there is none or
+// it can't be read as JSON.
+std::optional<nlohmann::json> run_record_read(const std::filesystem::path &file);
+std::optional<nlohmann::json> run_record_beside(const std::filesystem::path &result);
+// What of `now` (parameters, inputs) differs from `before`, in words; empty when nothing does.
+std::string run_record_difference(const nlohmann::json &before, const nlohmann::json &now);
+// Whether the file of an output entry is still there as it was recorded.
+bool output_is_intact(const nlohmann::json &record, const std::string &key, const std::filesystem::path &folder);
+std::string checksum_text(std::uint32_t checksum); // eight hexadecimal digits
+
+// Peak resident memory since the last reset, in MiB, and the reset (best effort).
+double peak_memory_mib();
+void peak_memory_reset();
+
+} // namespace orb

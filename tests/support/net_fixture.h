@@ -1,0 +1,72 @@
+// A generated library with a net object over it, a folder of its own and prepared answers.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+#include "frame/files.h"
+#include "net/class_clone_net_signif.h"
+#include "support/library_generator.h"
+
+namespace orb {
+
+struct net_fixture {
+  std::filesystem::path folder;
+  answer_book book;
+  front_end_record record;
+  process_frame frame{scripted_front_end(book, record)};
+  project_settings settings;
+  class_DB_of_clones database;
+  class_usable_values usable_values;
+  class_clone_dist_table table;
+  metric_context context{frame, settings, database, usable_values, table};
+  class_clone_net_signif signif{context};
+
+  explicit net_fixture(const generated_library &wanted) {
+    static int number = 0;
+    folder = std::filesystem::temp_directory_path() /
+             ("orb_net_" + std::to_string(::getpid()) + "_" + std::to_string(++number));
+    create_folder(folder);
+    frame.working_folder_set(folder);
+    settings.threads = 2;
+    generate_library(frame, wanted, database, usable_values);
+    record = {};
+  }
+  ~net_fixture() { std::filesystem::remove_all(folder); }
+  net_fixture(const net_fixture &) = delete;
+  net_fixture &operator=(const net_fixture &) = delete;
+
+  std::string native_bytes(const class_net &net) {
+    net.save_net_type(frame, folder / "bytes.ORBns");
+    return file_bytes(folder / "bytes.ORBns");
+  }
+  void answer_always(const std::string &prompt, const std::string &reply) { book.add({prompt, reply, true}); }
+  void write(const std::string &name, const std::string &bytes) {
+    result_file file(folder / name);
+    file.write(bytes);
+    file.commit();
+  }
+};
+
+// A net of n vertices from undirected edges (first end below the second), value 20 unless told, burial code 0.
+struct plain_edge {
+  vertex_number a, b;
+  double value = 20;
+};
+inline class_net net_of_edges(std::int32_t n, const std::vector<plain_edge> &edges) {
+  class_net net;
+  net.inicializate_net(n, static_cast<std::int64_t>(edges.size()) * 2);
+  for (vertex_number v = 1; v <= n; ++v) {
+    net.add_vertex_fast(0);
+    for (vertex_number w = 1; w <= n; ++w)
+      for (const plain_edge &edge : edges)
+        if ((edge.a == v && edge.b == w) || (edge.b == v && edge.a == w))
+          net.add_edge_fast(v, w, edge.value, 0, 0);
+  }
+  net.finish_of_adding();
+  net.test_neighbours_sorted();
+  return net;
+}
+
+} // namespace orb
