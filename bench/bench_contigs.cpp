@@ -26,7 +26,7 @@ void adaptive_clustering(benchmark::State &state) {
     const auto start = std::chrono::steady_clock::now();
     contig_files files;
     files.pair_tables = files.drawings = false;
-    class_contig_adapt_clust run(library.signif, files);
+    class_contig_adapt_clust run(library.signif, library.rule, files);
     run.detail_control_set(false);
     run.print_all_dist_on_set(false);
     run.adaptive_clustering_all_run(library.database);

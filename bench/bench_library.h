@@ -19,7 +19,11 @@ struct bench_library {
   class_usable_values usable_values;
   class_clone_dist_table table;
   metric_context context{frame, settings, database, usable_values, table};
-  class_clone_net_signif signif{context};
+  overlap_rule rule;
+  class_clone_net_signif signif{context, [this] {
+                                  settings.use_file_with_connections = settings.same_metric_as_net =
+                                      settings.same_metric_net_ord_as_net = true;
+                                }};
 
   bench_library(const generated_library &wanted, double cutoff) {
     static int number = 0;
@@ -27,10 +31,10 @@ struct bench_library {
              ("orb_bench_" + std::to_string(::getpid()) + "_" + std::to_string(++number));
     std::filesystem::create_directories(folder);
     frame.working_folder_set(folder);
-    settings.cutoff = cutoff;
+    rule.cutoff = cutoff;
     generate_library(frame, wanted, database, usable_values);
     net_creation_summary summary;
-    signif.create_net_in_memory(summary);
+    signif.create_net_in_memory(rule, summary);
   }
   ~bench_library() { std::filesystem::remove_all(folder); }
   bench_library(const bench_library &) = delete;

@@ -40,7 +40,7 @@ struct library_and_table {
     significant.fill_sulston_significant_table(cutoff, class_clone_dist_FPC::proposed_table_size(database), database,
                                                usable_values);
   }
-  pair_kernel kernel() { return {context, 4, cutoff, 0.9, &significant, threads}; }
+  pair_kernel kernel() { return {context, rule_of_metric(4, cutoff), &significant, threads}; }
 };
 
 library_and_table &library() {
@@ -106,7 +106,7 @@ void note(benchmark::State &state, double seconds, double &best) {
 void plain_merge(benchmark::State &state) {
   const class_DB_of_clones &database = library().database;
   const std::int32_t n = database.total_number_of_clones_get();
-  const std::int32_t t = library().settings.distance_table_full_mode || wanted.bin_numbers ? 0 : wanted.tolerance;
+  const std::int32_t t = wanted.bin_numbers ? 0 : wanted.tolerance;
   for (auto _ : state)
     note(state,
          sampled_seconds(n,

@@ -21,11 +21,12 @@ struct bench_library {
   class_usable_values usable_values;
   class_clone_dist_table table;
   metric_context context{frame, settings, database, usable_values, table};
+  overlap_rule rule;
   class_clone_net_signif signif{context};
   std::vector<std::int32_t> starts;
 
   bench_library(const generated_library &wanted, double cutoff) {
-    settings.cutoff = cutoff;
+    rule.cutoff = cutoff;
     generate_library(frame, wanted, database, usable_values, &starts);
   }
 };
@@ -33,7 +34,7 @@ struct bench_library {
 // Connected clones at the cutoff, as the stages before ordering leave them; at most 300 of one contig.
 std::vector<ordering_task> contigs_of(bench_library &library) {
   net_creation_summary summary;
-  library.signif.create_net_in_memory(summary);
+  library.signif.create_net_in_memory(library.rule, summary);
   number_list class_number;
   std::int32_t n_classes = 0;
   library.signif.net().clustering_based_on_net(class_number, n_classes);
@@ -54,6 +55,7 @@ std::vector<ordering_task> contigs_of(bench_library &library) {
     auto clones = task.list.members();
     for (std::size_t i = clones.size(); i > 1; --i)
       std::swap(clones[i - 1], clones[static_cast<std::size_t>(chance.number_up_to(static_cast<std::int32_t>(i))) - 1]);
+    task.rule = library.rule;
     task.number = static_cast<std::uint64_t>(&task - tasks.data());
   }
   return tasks;
@@ -93,8 +95,8 @@ square_array<double> matrix_of(bench_library &library, std::int32_t n, bool shuf
   square_array<double> matrix;
   std::int32_t n_used = 0, rank = 0;
   double seconds = 0;
-  ordering.print_distance_matrix(list, number_list::range(1, n), 0.9, library.settings.distance_index,
-                                 library.settings.cutoff, library.context, matrix, n_used, seconds, rank);
+  ordering.print_distance_matrix(list, number_list::range(1, n), library.rule, library.context, matrix, n_used, seconds,
+                                 rank);
   return matrix;
 }
 

@@ -38,14 +38,12 @@ const bench_library &library_of(std::int64_t n_clones) {
 void revision(benchmark::State &state) {
   auto &library = const_cast<bench_library &>(library_of(state.range(0)));
   const auto r = static_cast<std::int32_t>(state.range(1));
-  library.settings.QQ_use_additional_cutoff = true;
-  library.settings.QQ_additional_cutoff = additional_cutoff;
   class_net marked;
   std::int32_t n_Q = 0;
   for (auto _ : state) {
     const double start = now();
     library.signif.identify_all_Q_connections(library.signif.net(), r, marked, -1, false, {}, n_Q);
-    library.signif.identify_all_Q_clones(library.signif.net(), r, marked, -1, false, {}, {}, n_Q);
+    library.signif.identify_all_Q_clones(library.signif.net(), r, additional_cutoff, marked, -1, false, {}, {}, n_Q);
     const double took = now() - start;
     state.SetIterationTime(took);
     results[{state.range(0), r}].revision = took;

@@ -8,7 +8,8 @@
 
 namespace orb {
 
-class_FPCto_import::class_FPCto_import(process_frame &frame, project_settings &settings, class_DB_of_clones &database)
+class_FPCto_import::class_FPCto_import(process_frame &frame, const project_settings &settings,
+                                       class_DB_of_clones &database)
     : frame_(&frame), settings_(&settings), database_(&database), clustering_(frame, settings, &database) {}
 
 // ---- reading ---------------------------------------------------------------------------------------------------

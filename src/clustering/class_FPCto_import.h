@@ -52,7 +52,7 @@ enum class marker_separator { ask, comma, blank };
 class class_FPCto_import {
 public:
   // Empty: `clear_all_run` comes first. The arguments must outlive the object.
-  class_FPCto_import(process_frame &frame, project_settings &settings, class_DB_of_clones &database);
+  class_FPCto_import(process_frame &frame, const project_settings &settings, class_DB_of_clones &database);
 
   // Reading.
   std::int32_t n_list_of_all_cluster_names_max_get() const { return n_list_of_all_cluster_names_max_; }
@@ -176,7 +176,7 @@ private:
   void set_cluster_of_fpc_clone(clone_number clone, const fpc_clone_record &record);
 
   process_frame *frame_;
-  project_settings *settings_;
+  const project_settings *settings_;
   class_DB_of_clones *database_;
   std::int32_t n_clones_ = 0;
   std::vector<std::string> name_of_cluster_{1}; // by id, from 1

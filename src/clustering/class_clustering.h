@@ -16,6 +16,7 @@
 #include "frame/settings.h"
 #include "graph/class_net.h"
 #include "graph/label_forest.h"
+#include "metrics/overlap_rule.h"
 
 namespace orb {
 
@@ -26,7 +27,7 @@ class class_clone_net_signif;
 struct clustering_metric {
   std::int16_t distance = 4; // metric index
   double cutoff = 15.0;      // on the scale of the metric, more is stronger
-  double burying = 0.9;
+  double burying = overlap_rule::standard_burying;
 };
 
 class class_clustering {

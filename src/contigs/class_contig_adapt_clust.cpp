@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "contigs/cutoff_keeper.h"
+#include "contigs/contig_reports.h"
 #include "fpc/fpc_writing.h"
 #include "frame/numbers.h"
 
@@ -16,8 +16,9 @@ constexpr std::int32_t stride_of_parts = 500;        // parts entered between tw
 
 } // namespace
 
-class_contig_adapt_clust::class_contig_adapt_clust(class_clone_net_signif &signif, const contig_files &files)
-    : signif_(&signif), files_(files) {}
+class_contig_adapt_clust::class_contig_adapt_clust(class_clone_net_signif &signif, const overlap_rule &rule,
+                                                   const contig_files &files)
+    : signif_(&signif), rule_(rule), files_(files) {}
 
 void class_contig_adapt_clust::main_parameters_set(std::int32_t n_clones_max, std::int32_t minimal_cluster_size,
                                                    std::int32_t width_max, double step_cutoff, std::int32_t n_steps,
@@ -34,7 +35,7 @@ void class_contig_adapt_clust::main_parameters_set(std::int32_t n_clones_max, st
 }
 
 double class_contig_adapt_clust::cutoff_curent_get(std::int32_t level) const {
-  return cutoff_start_ + std::min(level, n_steps_) * step_cutoff_;
+  return rule_.cutoff + std::min(level, n_steps_) * step_cutoff_;
 }
 
 void class_contig_adapt_clust::work_list::add(std::string name, std::string name_long, std::int32_t level_of_it,
@@ -59,18 +60,15 @@ void class_contig_adapt_clust::adaptive_clustering_all_run(class_DB_of_clones &d
   adaptive_clustering_run(names, names_long, 1, database);
 }
 
-// What all runs share: one process, one folder of reports, the project's cutoff put back, the FPC-like files at the
-// end unless the user stopped.
+// What all runs share: one process, one folder of reports, the FPC-like files at the end unless the user stopped.
 void class_contig_adapt_clust::in_a_process(const std::string &process_name, const std::string &end_message,
                                             class_DB_of_clones &database,
                                             const std::function<void(run_reports &)> &work, bool with_FPC_files) {
   process_frame &frame = signif_->context().frame;
   result_ = {};
-  cutoff_start_ = signif_->context().settings.cutoff;
   run_reports reports;
   bool ended_early = false;
   try {
-    const cutoff_keeper keeper(signif_->context().settings);
     frame.process_start(process_name);
     open_contig_folder_and_reports(reports);
     work(reports);
@@ -130,7 +128,7 @@ void class_contig_adapt_clust::adaptive_clustering_loop(work_list &work, run_rep
                                                         class_DB_of_clones &database) {
   process_frame &frame = signif_->context().frame;
   class_FPCto_import &registry = *database.contigs();
-  reports.clones_in_MTP_details.line(class_contig_analysis::header_of_MTP_details());
+  reports.clones_in_MTP_details.line(header_of_MTP_details());
   for (std::int32_t i = 1; !stopped() && i <= work.count(); ++i) {
     const auto entry = static_cast<std::size_t>(i);
     cluster_test test;
@@ -241,7 +239,7 @@ void class_contig_adapt_clust::given_clusters_loop(
   process_frame &frame = signif_->context().frame;
   const class_FPCto_import &registry = *database.contigs();
   const given_clusters_answers answers = answers_of_given_clusters();
-  reports.clones_in_MTP_details.line(class_contig_analysis::header_of_MTP_details());
+  reports.clones_in_MTP_details.line(header_of_MTP_details());
   for (std::int32_t i = 1; !stopped() && i <= n; ++i) {
     cluster_test test;
     test.name = names[static_cast<std::size_t>(i)];

@@ -13,6 +13,8 @@
 
 #include "clustering/class_FPCto_import.h"
 #include "contigs/class_contig_analysis.h"
+#include "contigs/contig_drawings.h"
+#include "contigs/contig_tables.h"
 #include "contigs/retained_tiling_path.h"
 #include "contigs/run_reports.h"
 
@@ -66,7 +68,8 @@ struct cluster_test {
 
 class class_contig_adapt_clust {
 public:
-  class_contig_adapt_clust(class_clone_net_signif &signif, const contig_files &files = {});
+  // `rule`: with the cutoff at which a run begins. `signif` must outlive the object.
+  class_contig_adapt_clust(class_clone_net_signif &signif, const overlap_rule &rule, const contig_files &files = {});
 
   void main_parameters_set(std::int32_t n_clones_max, std::int32_t minimal_cluster_size, std::int32_t width_max,
                            double step_cutoff, std::int32_t n_steps, bool excluding_branching,
@@ -76,7 +79,7 @@ public:
   double cutoff_curent_get(std::int32_t level) const;
 
   // The runs below do nothing while another process runs. All of them make a new folder with reports in the working
-  // folder, follow the stop flag, poll between clusters, and put the project's cutoff back on every way out. They throw
+  // folder, follow the stop flag, and poll between clusters. They throw
   // file_error when a result can't be written. Cost: near linear in the overlap records for each level of the ladder.
 
   // The whole library; the registry of the database is replaced and holds the result.
@@ -105,7 +108,7 @@ public:
   find_MTP_maximally_using_clones_from_list_make_index_inMTPpreference(const retained_path_options &options,
                                                                        std::vector<std::int16_t> &index_inMTPpreference,
                                                                        number_list &sequenced, number_list &allowed);
-  // A path through the contig's clones of preference above 0, at the project's cutoff, from the leftmost to the
+  // A path through the contig's clones of preference above 0, at the contig's cutoff, from the leftmost to the
   // rightmost one and through preferred ones where it can; `not_used`: the others of them. `unlinked`: there is none,
   // and then all of them are the path. The pairs of these clones go to `file` unless it is null.
   void find_MTP_maximally_using_clones_from_list(const class_contig_analysis &contig,
@@ -136,9 +139,10 @@ private:
   struct tested_cluster {
     cluster_row row;
     std::shared_ptr<class_contig_analysis> contig;
-    double cutoff = 0;
     bool analysed = false, to_be_ordered = false;
   };
+  // The rule at the cutoff of a level.
+  overlap_rule rule_of_level(std::int32_t level) const { return at_cutoff(rule_, cutoff_curent_get(level)); }
   bool stopped() const { return signif_->context().frame.stop_requested_get(); }
   void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
                     const std::function<void(run_reports &)> &work, bool with_FPC_files = true);
@@ -173,6 +177,7 @@ private:
   void print_library_reports(const run_reports &reports, class_DB_of_clones &database);
 
   class_clone_net_signif *signif_;
+  overlap_rule rule_; // of the run: with the cutoff of level 0
   contig_files files_;
   given_clusters_answers answers_;
   std::vector<tested_cluster> tested_;
@@ -182,7 +187,6 @@ private:
   std::int32_t n_steps_ = 6;
   bool excluding_branching_ = false;
   std::int32_t rank_relative_to_diam_path_ = 2, minimal_branch_size_ = 3;
-  double cutoff_start_ = 0;
   bool detail_control_ = true, print_all_dist_on_ = true;
   adapt_clust_result result_;
 };

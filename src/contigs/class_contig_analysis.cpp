@@ -3,16 +3,26 @@
 #include <algorithm>
 #include <numeric>
 
+#include "clustering/cluster_file_name.h"
 #include "contigs/contig_coordinates.h"
-#include "contigs/cutoff_keeper.h"
+#include "frame/files.h"
 #include "metrics/class_clone_dist_my.h"
 
 namespace orb {
 
-class_contig_analysis::class_contig_analysis(class_clone_net_signif &signif)
-    : signif_(&signif), clustering_(std::make_unique<class_clustering>(
-                            signif.context().frame, signif.context().settings, &signif.context().database)),
-      absorb_(signif.context().settings.burying) {}
+class_contig_analysis::class_contig_analysis(class_clone_net_signif &signif, const overlap_rule &rule)
+    : signif_(&signif), rule_(rule),
+      clustering_(std::make_unique<class_clustering>(signif.context().frame, signif.context().settings,
+                                                     &signif.context().database)) {}
+
+void class_contig_analysis::dir_name_to_output_set(const std::filesystem::path &folder, bool own_folder) {
+  dir_name_to_output_ = folder;
+  dir_name_to_output_ok_ = folder;
+  if (!own_folder)
+    return;
+  dir_name_to_output_ok_ = folder / cluster_file_name(cluster_name_);
+  create_folder(dir_name_to_output_ok_);
+}
 
 void class_contig_analysis::list_of_clones_set(const number_list &list, std::int32_t n) {
   list_of_clones_ = number_list(list.members().first(static_cast<std::size_t>(n)));
@@ -71,27 +81,25 @@ void class_contig_analysis::list_of_clones_important_get(number_list &list, bool
     list.add(clone);
 }
 
-void class_contig_analysis::start_clustering(double cutoff) {
-  const project_settings &settings = signif_->context().settings;
-  clustering_->clustering_start(list_of_clones_.count(), list_of_clones_, std::string(), settings.distance_index,
-                                cutoff, settings.burying);
+void class_contig_analysis::start_clustering(const overlap_rule &rule) {
+  clustering_->clustering_start(list_of_clones_.count(), list_of_clones_, std::string(), rule.distance_index,
+                                rule.cutoff, rule.burying);
 }
 
 void class_contig_analysis::clustering_single_linkage_run(double cutoff) {
-  start_clustering(cutoff);
-  clustering_->clustering_start_cutoff_set(cutoff);
+  start_clustering(at_cutoff(rule_, cutoff));
   if (signif_->context().settings.fast_clustering) {
     clustering_->run_clusterization_fast(*signif_);
   } else {
     class_clone_dist_my metric(signif_->context(), &signif_->net());
-    metric.net_private_parameters_set_interface();
+    metric.net_private_parameters_set_interface(rule_);
     clustering_->clusterization_slow(false, metric);
   }
   clustering_->create_arrays_for_clusters(false, false);
 }
 
 void class_contig_analysis::clustering_no_need_all_in_one_cluster() {
-  start_clustering(signif_->context().settings.cutoff);
+  start_clustering(rule_);
   clustering_->put_all_elements_into_single_cluster();
   clustering_->create_arrays_for_clusters(false, false);
 }
@@ -115,7 +123,7 @@ void class_contig_analysis::shape_set(const contig_shape &shape) {
 void class_contig_analysis::contig_topology_analyse_and_MTP_and_ordering_without_TSP() {
   contig_shape shape;
   if (!list_of_clones_.empty())
-    signif_->contigomer_clone_ordering(list_of_clones_, shape);
+    signif_->contigomer_clone_ordering(list_of_clones_, rule_, shape);
   shape_set(shape);
   if (!net_is_connected_)
     return;
@@ -130,7 +138,7 @@ void class_contig_analysis::make_clone_coordinates(const contig_shape &shape) {
   const metric_context &context = signif_->context();
   class_net net;
   number_list net_list;
-  signif_->create_net_general_run(list_of_clones_, net, net_list);
+  signif_->create_net_general_run(list_of_clones_, rule_, net, net_list);
   contig_coordinates coordinates(context.frame, context.database, list_of_clones_);
   coordinates.make_clone_coordinates(shape.path, shape.ranks_from_path, shape.width, net, net_list);
   std::int32_t left_extreme = 0, right_extreme = 0;
@@ -171,11 +179,9 @@ void class_contig_analysis::positions_of_MTP(number_list &positions) const {
 
 void class_contig_analysis::check_contig_with_MTP_new_cutoff(double cutoff) {
   cutoff_new_ = cutoff;
-  const cutoff_keeper keeper(signif_->context().settings);
-  signif_->context().settings.cutoff = cutoff;
   class_net net;
   number_list net_list, positions, start_list, ranks, reached;
-  signif_->create_net_general_run(list_of_clones_, net, net_list);
+  signif_->create_net_general_run(list_of_clones_, at_cutoff(rule_, cutoff), net, net_list);
   positions_of_MTP(positions);
   std::vector<std::int32_t> vertex_of_position(static_cast<std::size_t>(list_of_clones_.count()) + 1, 0);
   for (std::int32_t v = 1; v <= net_list.count(); ++v)
@@ -200,7 +206,7 @@ void class_contig_analysis::check_contig_with_MTP_new_cutoff(double cutoff) {
 void class_contig_analysis::old_contig_topology_and_MTP_analyse() {
   contig_shape shape;
   if (!list_of_clones_.empty())
-    signif_->contigomer(list_of_clones_, shape);
+    signif_->contigomer(list_of_clones_, rule_, shape);
   shape_set(shape);
   net_radius_ = shape.radius;
   positions_to_clones(shape.far, list_of_clones_far_);
@@ -209,6 +215,40 @@ void class_contig_analysis::old_contig_topology_and_MTP_analyse() {
 bool class_contig_analysis::clustering_delete_brunching_run(std::int32_t /*rank_relative_to_diam_path*/,
                                                             std::int32_t /*minimal_branch_size*/) {
   return false;
+}
+
+// ---- order of the clones -------------------------------------------------------------------------------------------
+
+ordering_task class_contig_analysis::detail_control_task(std::uint64_t number) const {
+  ordering_task task;
+  task.list = list_of_clones_;
+  task.rule = rule_;
+  task.name = cluster_file_name(cluster_name_);
+  task.flag = true;
+  task.folder = dir_name_to_output_ok_;
+  task.number = number;
+  return task;
+}
+
+void class_contig_analysis::detail_control_done(const ordering_work &work) {
+  order_ORB_ = class_clone_ord_and_verif::order_of(work);
+  class_clone_ord_and_verif::create_list_of_clones_after_ordering(list_of_clones_, list_of_clones_.count(),
+                                                                  work.clone_is_not_excluded, order_ORB_,
+                                                                  list_NoBuriedInit_, list_NoBuriedORB_);
+  order_init_ = number_list::range(1, list_NoBuriedInit_.count());
+}
+
+bool class_contig_analysis::detail_control_of_clone_ordering(const ordering_options &options, std::uint64_t number) {
+  const metric_context &context = signif_->context();
+  class_clone_ord_and_verif orderer(context, &signif_->net(), options);
+  const ordering_task task = detail_control_task(number);
+  std::vector<ordering_work> works;
+  if (!orderer.compute_all(std::span(&task, 1), works))
+    return false;
+  std::filesystem::path file_order;
+  orderer.write(works.front(), file_order);
+  detail_control_done(works.front());
+  return true;
 }
 
 } // namespace orb

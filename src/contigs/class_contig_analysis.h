@@ -10,9 +10,7 @@
 #include <vector>
 
 #include "clustering/class_clustering.h"
-#include "drawing/class_clone_net_draw.h"
-#include "frame/files.h"
-#include "lists/class_list_of_clones.h"
+#include "metrics/overlap_rule.h"
 #include "net/class_clone_net_signif.h"
 #include "ordering/class_clone_ord_and_verif.h"
 
@@ -20,7 +18,15 @@ namespace orb {
 
 class class_contig_analysis {
 public:
-  explicit class_contig_analysis(class_clone_net_signif &signif);
+  // `rule`: that of the cluster, with the cutoff of its level. `signif` must outlive the object.
+  class_contig_analysis(class_clone_net_signif &signif, const overlap_rule &rule);
+
+  // What reports, tables and drawings reach through the contig.
+  class_clone_net_signif &signif() const { return *signif_; }
+  const metric_context &context() const { return signif_->context(); }
+  const overlap_rule &rule() const { return rule_; }
+  // For the analyses that follow.
+  void cutoff_set(double cutoff) { rule_.cutoff = cutoff; }
 
   void list_of_clones_set(const number_list &list, std::int32_t n);
   void list_of_clones_get(number_list &list, std::int32_t &n) const;
@@ -38,15 +44,14 @@ public:
   // --- analysis, in this order ---
   void clustering_single_linkage_run(double cutoff);
   void clustering_no_need_all_in_one_cluster();
-  // Diametric path, far clones, coordinates, tiling path, at the project's current cutoff.
+  // Diametric path, far clones, coordinates, tiling path.
   void contig_topology_analyse_and_MTP_and_ordering_without_TSP();
-  // How well the tiling path explains the cluster at another cutoff; the project's cutoff is put back.
+  // How well the tiling path explains the cluster at another cutoff.
   void check_contig_with_MTP_new_cutoff(double cutoff);
   // The short form: shape without coordinates.
   void old_contig_topology_and_MTP_analyse();
-  // Hooks that do nothing yet in this system: deliberate.
+  // A hook that does nothing yet in this system: deliberate.
   bool clustering_delete_brunching_run(std::int32_t rank_relative_to_diam_path, std::int32_t minimal_branch_size);
-  void print_coordinate_control() {}
 
   class_clustering &clustering() { return *clustering_; }
   bool net_is_connected_get() const { return net_is_connected_; }
@@ -58,10 +63,16 @@ public:
   std::int32_t net_n_far_get() const { return list_of_clones_far_.count(); }
   std::int32_t net_n_far_NewCutoff_get() const { return list_of_clones_far_NewCutoff_.count(); }
   std::int32_t n_gaps_Sulston_get() const; // 0 while no ordering was made
-  // Weak steps by metric index (from 0) along the cluster's list and along its order without buried clones; empty while
-  // the operations that compare consecutive clones didn't run.
+  // Weak steps by metric index (from 0) along the tiling path, the cluster's list, and the list and the order without
+  // buried clones; empty while nobody counted them. Who counts them sets them: see contig_tables.h.
+  const std::vector<std::int32_t> &gaps_MTP() const { return gaps_MTP_; }
   const std::vector<std::int32_t> &gaps_initial() const { return gaps_initial_; }
+  const std::vector<std::int32_t> &gaps_NoBuriedInit() const { return gaps_NoBuriedInit_; }
   const std::vector<std::int32_t> &gaps_NoBuriedORB() const { return gaps_NoBuriedORB_; }
+  void gaps_MTP_set(std::vector<std::int32_t> gaps) { gaps_MTP_ = std::move(gaps); }
+  void gaps_initial_set(std::vector<std::int32_t> gaps) { gaps_initial_ = std::move(gaps); }
+  void gaps_NoBuriedInit_set(std::vector<std::int32_t> gaps) { gaps_NoBuriedInit_ = std::move(gaps); }
+  void gaps_NoBuriedORB_set(std::vector<std::int32_t> gaps) { gaps_NoBuriedORB_ = std::move(gaps); }
   double cutoff_new_get() const { return cutoff_new_; }
   bool clone_coor_known_get() const { return clone_coor_known_; }
   // Of a clone of this cluster, in bands; 0 for any other clone.
@@ -78,77 +89,32 @@ public:
   // The tiling path followed by the far clones, of the new cutoff when asked.
   void list_of_clones_important_get(number_list &list, bool use_new_cutoff) const;
 
-  // --- report files, in the output folder unless a file is named ---
-  void print_clones_of_cluster(const std::filesystem::path &file = {});
-  void print_list_of_clones_MTP(const std::filesystem::path &file = {});
-  void print_list_of_clones_unoverlapped_with_diam_path(const std::filesystem::path &file = {});
-  void print_list_of_clones_unoverlapped_with_diam_path_NewCutoff(const std::filesystem::path &file = {});
-  void print_list_of_clones_with_coordinates(const std::filesystem::path &file = {});
-  // Tables over pairs and over consecutive clones; see class_list_of_clones. Without `print_to_file` the gaps are
-  // counted and no file is written.
-  void print_all_dist(pairs_of_table pairs, const std::filesystem::path &file = {});
-  void print_consecuent_dist_MTP(bool print_to_file, const std::filesystem::path &file = {});
-  void print_consecuent_dist_initial_list_of_clones(bool print_to_file, const std::filesystem::path &file = {});
-  void print_consecuent_dist_NoBuriedInit(bool print_to_file, const std::filesystem::path &file = {});
-  void print_consecuent_dist_NoBuriedORB(bool print_to_file, const std::filesystem::path &file = {});
-  // Which clone bears which marker, and the same with coordinates and places in the tiling path.
-  void print_markers(const std::filesystem::path &file = {});
-  void print_clones_indicateMTP_coordinates_and_markers(const std::filesystem::path &file = {});
-
-  // Drawings of the cluster's net with its tiling path and the clones far from it marked, at the project's cutoff;
-  // `with_whole_cluster`: one of the whole cluster before. And the same at the cutoff of the last check.
-  void print_files_with_net_Pajek(bool with_whole_cluster, const drawing_options &options);
-  void check_contig_with_MTP_new_cutoff_print_net_Pajek(const drawing_options &options);
-  // Another tiling path (red), clones that it could have used (green), and the contig's own path (boxes).
-  void draw_retained_MTP(const number_list &MTP, const number_list &not_used, const drawing_options &options) const;
-
   // --- order of the clones, verified by a jackknife on bands ---
   // All at once. False when the user stopped: there is no order then.
   bool detail_control_of_clone_ordering(const ordering_options &options, std::uint64_t number);
-  // The same in two steps, so that contigs can be ordered side by side: what is to be computed, at the project's
-  // current cutoff, and what is done with the result. `number`: of the contig, for its generators.
+  // The same in two steps, so that contigs can be ordered side by side: what is to be computed, and what is done with
+  // the result. `number`: of the contig, for its generators.
   ordering_task detail_control_task(std::uint64_t number) const;
   void detail_control_done(const ordering_work &work);
   const number_list &list_NoBuriedInit() const { return list_NoBuriedInit_; }
   const number_list &list_NoBuriedORB() const { return list_NoBuriedORB_; }
 
-  // Appends this cluster's tiling path to the two files of a run; a null file is skipped.
-  void print_list_of_clones_MTP_update_files_with_all_MTPs(growing_file *file_names, growing_file *file_details);
-  static std::string header_of_MTP_details();
-  // Appends the pairs of `list` (clones of this cluster) that the whole net joins, both ways round, each clone with
-  // whether it is sequenced and whether it lies on `MTP`. `index`: preference by clone number, see
-  // retained_tiling_path.h; `cutoff` tells significant pairs from others; `unlinked`: said in every line.
-  void print_coordinates_of_selected_clones_for_Retain(const number_list &list, const std::vector<std::int16_t> &index,
-                                                       growing_file &file, const number_list &MTP, double cutoff,
-                                                       bool unlinked) const;
-  // Name, number of clones, gaps, radius, diam, width, gaps after ordering, long name. Which gaps stand there goes by
-  // the family of the pair tables: metrics 2 and 6 for the families 0 to 2, 4 for family 3, none for others.
-  std::string report_line_get() const;
-
 private:
   std::span<const std::int32_t> by_position(const std::vector<std::int32_t> &values) const;
   std::int32_t position_of_clone(clone_number clone) const; // 0: not of this cluster
-  void start_clustering(double cutoff);
+  void start_clustering(const overlap_rule &rule);
   void positions_to_clones(const number_list &positions, number_list &clones) const;
   void shape_set(const contig_shape &shape);
   void make_clone_coordinates(const contig_shape &shape);
   void add_extreme_clones_to_MTP(clone_number left_extreme, clone_number right_extreme);
   void positions_of_MTP(number_list &positions) const;
-  void gap_fields(const std::vector<std::int32_t> &gaps, std::string &line) const;
-  std::filesystem::path report_path(const std::filesystem::path &file, const std::string &start) const;
-  void draw_with_MTP(const std::string &title, const number_list &far, const drawing_options &options) const;
-  void print_consecutive(const number_list &list, const std::string &start, const std::filesystem::path &file,
-                         bool print_to_file, std::vector<std::int32_t> &gaps) const;
-  number_list markers_by_coordinates() const;
-  void print_list(const number_list &list, const std::filesystem::path &file) const;
-  void print_details_of_MTP(growing_file &file) const;
 
   class_clone_net_signif *signif_;
+  overlap_rule rule_;
   std::unique_ptr<class_clustering> clustering_;
   number_list list_of_clones_;
   std::string cluster_name_, cluster_name_long_;
   std::filesystem::path dir_name_to_output_, dir_name_to_output_ok_;
-  double absorb_ = 0.9;
   std::int32_t net_radius_ = 0, net_diam_ = 0, net_width_ = 0;
   bool net_is_connected_ = false;
   number_list list_of_clones_MTP_, list_of_clones_diam_path_, list_of_clones_far_;

@@ -1,5 +1,6 @@
 // Ordering the contigs of a run side by side, and the rows of the reports that wait for it.
 #include "contigs/class_contig_adapt_clust.h"
+#include "contigs/contig_reports.h"
 
 namespace orb {
 
@@ -36,15 +37,12 @@ bool class_contig_adapt_clust::order_tested_clusters() {
   const metric_context &context = signif_->context();
   std::vector<tested_cluster *> clusters;
   std::vector<ordering_task> tasks;
-  const double cutoff = context.settings.cutoff;
   for (tested_cluster &tested : tested_) {
     if (!tested.to_be_ordered)
       continue;
-    context.settings.cutoff = tested.cutoff;
     clusters.push_back(&tested);
     tasks.push_back(tested.contig->detail_control_task(static_cast<std::uint64_t>(tested.row.id)));
   }
-  context.settings.cutoff = cutoff;
   n_to_be_ordered_ = 0;
   if (tasks.empty())
     return !stopped();
@@ -56,24 +54,23 @@ bool class_contig_adapt_clust::order_tested_clusters() {
   for (std::size_t i = 0; i < works.size(); ++i) {
     orderer.write(works[i], file_order);
     clusters[i]->contig->detail_control_done(works[i]);
-    context.settings.cutoff = clusters[i]->cutoff;
     count_gaps_of_order(*clusters[i]);
   }
-  context.settings.cutoff = cutoff;
   return !stopped();
 }
 
 void class_contig_adapt_clust::count_gaps_of_order(tested_cluster &tested) {
-  tested.contig->print_consecuent_dist_NoBuriedInit(files_.pair_tables);
-  tested.contig->print_consecuent_dist_NoBuriedORB(files_.pair_tables);
-  tested.row.n_gaps = tested.contig->n_gaps_Sulston_get();
+  class_contig_analysis &contig = *tested.contig;
+  contig.gaps_NoBuriedInit_set(print_consecuent_dist_NoBuriedInit(contig, files_.pair_tables));
+  contig.gaps_NoBuriedORB_set(print_consecuent_dist_NoBuriedORB(contig, files_.pair_tables));
+  tested.row.n_gaps = contig.n_gaps_Sulston_get();
 }
 
 void class_contig_adapt_clust::print_contig_into_common_files(const tested_cluster &tested, const std::string &row,
                                                               run_reports &reports) {
   reports.contigs.line(row);
-  tested.contig->print_list_of_clones_MTP_update_files_with_all_MTPs(&reports.clones_in_MTP,
-                                                                     &reports.clones_in_MTP_details);
+  print_list_of_clones_MTP_update_files_with_all_MTPs(*tested.contig, &reports.clones_in_MTP,
+                                                      &reports.clones_in_MTP_details);
   number_list important;
   tested.contig->list_of_clones_important_get(important, true);
   for (const clone_number clone : important.members())

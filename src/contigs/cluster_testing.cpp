@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "contigs/contig_reports.h"
 #include "frame/numbers.h"
+#include "lists/class_list_of_clones.h"
 
 namespace orb {
 
@@ -36,7 +38,6 @@ void class_contig_adapt_clust::test_cluster(cluster_test &test, run_reports &rep
     return;
   }
   test.cutoff = cutoff_curent_get(test.level);
-  context.settings.cutoff = test.cutoff;
   if (test.n_clones > n_clones_for_status)
     context.frame.clones_text_set(std::to_string(test.n_clones) + " clones");
   if (stopped())
@@ -57,14 +58,14 @@ void class_contig_adapt_clust::test_cluster(cluster_test &test, run_reports &rep
   print_cluster_files(test, reports, registry);
   if (stopped())
     return;
-  tested_.push_back({row_of_test(test), test.contig, context.settings.cutoff, test.analysed, is_to_be_ordered(test)});
+  tested_.push_back({row_of_test(test), test.contig, test.analysed, is_to_be_ordered(test)});
   n_to_be_ordered_ += tested_.back().to_be_ordered ? 1 : 0;
   if (n_to_be_ordered_ == 0 || n_to_be_ordered_ >= contigs_ordered_together)
     report_tested_clusters(reports);
 }
 
 void class_contig_adapt_clust::make_contig_for_cluster(cluster_test &test, const class_FPCto_import &registry) {
-  test.contig = std::make_shared<class_contig_analysis>(*signif_);
+  test.contig = std::make_shared<class_contig_analysis>(*signif_, at_cutoff(rule_, test.cutoff));
   class_contig_analysis &contig = *test.contig;
   contig.cluster_name_set(test.name);
   contig.cluster_name_long_set(test.name_long);
@@ -99,7 +100,7 @@ void class_contig_adapt_clust::keep_largest_subcluster(cluster_test &test) {
   if (kept.count() < all.count())
     print_clones_not_in(all, kept, test.name);
   test.name_long += "_only_" + std::to_string(kept.count()) + "_of_" + std::to_string(all.count()) + "_not_all_linked";
-  test.contig = std::make_shared<class_contig_analysis>(*signif_);
+  test.contig = std::make_shared<class_contig_analysis>(*signif_, at_cutoff(rule_, test.cutoff));
   test.contig->cluster_name_set(test.name);
   test.contig->cluster_name_long_set(test.name_long);
   test.contig->list_of_clones_set(kept, kept.count());
@@ -134,7 +135,7 @@ void class_contig_adapt_clust::increase_cutoff_for_MTP(cluster_test &test, bool 
   double cutoff = test.cutoff;
   while (contig.net_n_far_get() > n_far_accepted && contig.net_is_connected_get() && !stopped()) {
     cutoff += step_for_MTP;
-    context.settings.cutoff = cutoff;
+    contig.cutoff_set(cutoff);
     contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
     context.frame.yield();
     if (!ask || test.n_clones < n_clones_for_question || contig.net_n_far_get() <= n_far_accepted ||
@@ -148,7 +149,7 @@ void class_contig_adapt_clust::increase_cutoff_for_MTP(cluster_test &test, bool 
       break;
   }
   if (!contig.net_is_connected_get()) {
-    context.settings.cutoff = test.cutoff;
+    contig.cutoff_set(test.cutoff);
     return;
   }
   if (cutoff <= test.cutoff)
@@ -169,7 +170,7 @@ void class_contig_adapt_clust::analyse_contig_and_decide(cluster_test &test) {
   }
   class_contig_analysis &contig = *test.contig;
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
-  contig.check_contig_with_MTP_new_cutoff(cutoff_start_);
+  contig.check_contig_with_MTP_new_cutoff(rule_.cutoff);
   test.diam = contig.net_diam_get();
   test.width = contig.net_width_NewCutoff_get();
   test.n_far = contig.net_n_far_NewCutoff_get();
@@ -189,12 +190,12 @@ void class_contig_adapt_clust::print_cluster_files(cluster_test &test, const run
   class_contig_analysis &contig = *test.contig;
   const bool is_heap = test.n_clones < minimal_cluster_size_;
   contig.dir_name_to_output_set(is_heap ? reports.folder_heaps : reports.folder_contigs, !is_heap);
-  contig.print_clones_of_cluster();
-  contig.print_markers();
+  print_clones_of_cluster(contig);
+  print_markers(contig);
   if (test.too_large)
     return;
   if (print_all_dist_on_ && files_.pair_tables && test.n_clones <= n_clones_for_all_dist)
-    contig.print_all_dist(files_.pairs);
+    print_all_dist(contig, files_.pairs);
   if (!test.is_connected)
     return;
   print_contig_files(test.n_clones, contig);
@@ -206,21 +207,21 @@ void class_contig_adapt_clust::print_cluster_files(cluster_test &test, const run
 }
 
 void class_contig_adapt_clust::print_contig_files(std::int32_t n_clones, class_contig_analysis &contig) {
-  contig.print_clones_indicateMTP_coordinates_and_markers();
+  print_clones_indicateMTP_coordinates_and_markers(contig);
   if (n_clones < n_clones_for_contig_files)
     return;
   if (files_.drawings) {
-    contig.print_files_with_net_Pajek(false, files_.drawing);
-    contig.check_contig_with_MTP_new_cutoff_print_net_Pajek(files_.drawing);
+    print_files_with_net_Pajek(contig, false, files_.drawing);
+    check_contig_with_MTP_new_cutoff_print_net_Pajek(contig, files_.drawing);
   }
-  contig.print_list_of_clones_MTP();
-  contig.print_list_of_clones_unoverlapped_with_diam_path();
-  contig.print_list_of_clones_unoverlapped_with_diam_path_NewCutoff();
+  print_list_of_clones_MTP(contig);
+  print_list_of_clones_unoverlapped_with_diam_path(contig);
+  print_list_of_clones_unoverlapped_with_diam_path_NewCutoff(contig);
   if (files_.pair_tables)
-    contig.print_consecuent_dist_MTP(true);
-  contig.print_list_of_clones_with_coordinates();
+    contig.gaps_MTP_set(print_consecuent_dist_MTP(contig, true));
+  print_list_of_clones_with_coordinates(contig);
   if (files_.pair_tables)
-    contig.print_consecuent_dist_initial_list_of_clones(true);
+    contig.gaps_initial_set(print_consecuent_dist_initial_list_of_clones(contig, true));
 }
 
 cluster_row class_contig_adapt_clust::row_of_test(const cluster_test &test) const {

@@ -1,53 +1,66 @@
-// Drawings of one contig's net.
-#include "contigs/class_contig_analysis.h"
-#include "contigs/cutoff_keeper.h"
-#include "contigs/run_reports.h"
+#include "contigs/contig_drawings.h"
+
+#include "clustering/cluster_file_name.h"
 #include "frame/numbers.h"
 
 namespace orb {
 
-void class_contig_analysis::draw_with_MTP(const std::string &title, const number_list &far,
-                                          const drawing_options &options) const {
-  class_clone_net_draw draw(*signif_);
+namespace {
+
+class_clone_net_draw drawing_of(const class_contig_analysis &contig, const overlap_rule &rule,
+                                const drawing_options &options) {
+  class_clone_net_draw draw(contig.signif(), rule);
   draw.options_set(options);
+  return draw;
+}
+
+void give_coordinates(const class_contig_analysis &contig, class_clone_net_draw &draw) {
+  if (contig.clone_coor_known_get())
+    draw.quick_run_coordinates_set(contig.coor_left_of_list(), contig.coor_right_of_list());
+}
+
+void draw_with_MTP(const class_contig_analysis &contig, const overlap_rule &rule, const std::string &title,
+                   const number_list &far, const drawing_options &options) {
+  class_clone_net_draw draw = drawing_of(contig, rule, options);
   draw.mark_names_set({"tiling path", "far", ""});
-  if (clone_coor_known_)
-    draw.quick_run_coordinates_set(coor_left_of_list(), coor_right_of_list());
-  draw.quick_run_two_lists_of_marking(list_of_clones_, title, dir_name_to_output_ok_, absorb_, -1, list_of_clones_MTP_,
-                                      far);
+  give_coordinates(contig, draw);
+  draw.quick_run_two_lists_of_marking(contig.list_of_clones(), title, contig.dir_name_to_output_ok_get(), rule.burying,
+                                      -1, contig.list_of_clones_MTP(), far);
 }
 
-void class_contig_analysis::print_files_with_net_Pajek(bool with_whole_cluster, const drawing_options &options) {
-  const std::string name = cluster_file_name(cluster_name_);
+} // namespace
+
+void print_files_with_net_Pajek(const class_contig_analysis &contig, bool with_whole_cluster,
+                                const drawing_options &options) {
+  const std::string name = cluster_file_name(contig.cluster_name_get());
   if (with_whole_cluster) {
-    class_clone_net_draw draw(*signif_);
-    draw.options_set(options);
+    class_clone_net_draw draw = drawing_of(contig, contig.rule(), options);
     number_list first;
-    if (!list_of_clones_.empty())
-      first.add(list_of_clones_(1));
-    draw.quick_run(list_of_clones_, name, dir_name_to_output_ok_, absorb_, -1, first);
+    if (!contig.list_of_clones().empty())
+      first.add(contig.list_of_clones()(1));
+    draw.quick_run(contig.list_of_clones(), name, contig.dir_name_to_output_ok_get(), contig.rule().burying, -1, first);
   }
-  draw_with_MTP("MTP_" + name, list_of_clones_far_, options);
+  draw_with_MTP(contig, contig.rule(), "MTP_" + name, contig.list_of_clones_far(), options);
 }
 
-void class_contig_analysis::check_contig_with_MTP_new_cutoff_print_net_Pajek(const drawing_options &options) {
-  project_settings &settings = signif_->context().settings;
-  const cutoff_keeper keeper(settings);
-  settings.cutoff = cutoff_new_;
-  draw_with_MTP("MTP_" + cluster_file_name(cluster_name_) + "_cutoff" + number_text(cutoff_new_, 2),
-                list_of_clones_far_NewCutoff_, options);
+void check_contig_with_MTP_new_cutoff_print_net_Pajek(const class_contig_analysis &contig,
+                                                      const drawing_options &options) {
+  const double cutoff = contig.cutoff_new_get();
+  draw_with_MTP(contig, at_cutoff(contig.rule(), cutoff),
+                "MTP_" + cluster_file_name(contig.cluster_name_get()) + "_cutoff" + number_text(cutoff, 2),
+                contig.list_of_clones_far_NewCutoff(), options);
 }
 
-void class_contig_analysis::draw_retained_MTP(const number_list &MTP, const number_list &not_used,
-                                              const drawing_options &options) const {
-  constexpr double absorb = 0.9; // whatever the run's own burying fraction is
-  class_clone_net_draw draw(*signif_);
-  draw.options_set(options);
+// With the standard burying fraction, whatever the contig's own is: deliberate.
+void draw_retained_MTP(const class_contig_analysis &contig, const number_list &MTP, const number_list &not_used,
+                       const drawing_options &options) {
+  class_clone_net_draw draw = drawing_of(contig, contig.rule(), options);
   draw.mark_names_set({"new tiling path", "not used", "tiling path"});
-  if (clone_coor_known_)
-    draw.quick_run_coordinates_set(coor_left_of_list(), coor_right_of_list());
-  draw.quick_run_three_lists_of_marking(list_of_clones_, "MTP_new_" + cluster_file_name(cluster_name_),
-                                        dir_name_to_output_ok_, absorb, -1, MTP, not_used, list_of_clones_MTP_);
+  give_coordinates(contig, draw);
+  draw.quick_run_three_lists_of_marking(contig.list_of_clones(),
+                                        "MTP_new_" + cluster_file_name(contig.cluster_name_get()),
+                                        contig.dir_name_to_output_ok_get(), overlap_rule::standard_burying, -1, MTP,
+                                        not_used, contig.list_of_clones_MTP());
 }
 
 } // namespace orb

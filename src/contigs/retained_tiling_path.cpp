@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "contigs/class_contig_adapt_clust.h"
+#include "contigs/contig_reports.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -150,7 +151,7 @@ void class_contig_adapt_clust::find_MTP_maximally_using_clones_from_list(
   if (!list.empty() && contig.clone_coor_known_get()) {
     class_net net;
     number_list place_of_vertex, preferred, vertices;
-    signif_->create_net_general_run(list, net, place_of_vertex);
+    signif_->create_net_general_run(list, contig.rule(), net, place_of_vertex);
     const auto [leftmost, rightmost] = outermost_clones(contig, list);
     vertex_number start = 0, end = 0;
     for (vertex_number v = 1; v <= place_of_vertex.count(); ++v) {
@@ -160,7 +161,7 @@ void class_contig_adapt_clust::find_MTP_maximally_using_clones_from_list(
       if (index_inMTPpreference[static_cast<std::size_t>(list(place))] == preferred_in_MTP)
         preferred.add(v);
     }
-    net.find_path_maximally_using_vertices_from_list(context.frame, context.settings.cutoff, start, end, preferred,
+    net.find_path_maximally_using_vertices_from_list(context.frame, contig.rule().cutoff, start, end, preferred,
                                                      vertices, false);
     for (const vertex_number v : vertices.members())
       path.add(place_of_vertex(v));
@@ -179,8 +180,8 @@ void class_contig_adapt_clust::find_MTP_maximally_using_clones_from_list(
     if (on_path[static_cast<std::size_t>(place)] == 0)
       not_used.add(list(place));
   if (file != nullptr)
-    contig.print_coordinates_of_selected_clones_for_Retain(list, index_inMTPpreference, *file, MTP,
-                                                           context.settings.cutoff, unlinked);
+    print_coordinates_of_selected_clones_for_Retain(contig, list, index_inMTPpreference, *file, MTP,
+                                                    contig.rule().cutoff, unlinked);
 }
 
 // ---- the tables ----------------------------------------------------------------------------------------------------
@@ -256,7 +257,7 @@ void class_contig_adapt_clust::retain_in_contig(std::int32_t i, const cluster_te
   const metric_context &context = signif_->context();
   std::shared_ptr<class_contig_analysis> contig = test.contig;
   if (contig == nullptr) { // a clone alone isn't analysed by the test, but may be one to be kept
-    contig = std::make_shared<class_contig_analysis>(*signif_);
+    contig = std::make_shared<class_contig_analysis>(*signif_, rule_of_level(test.level));
     contig->cluster_name_set(test.name);
     number_list list;
     context.database.contigs()->list_of_clones_get(test.id, list);
@@ -268,15 +269,14 @@ void class_contig_adapt_clust::retain_in_contig(std::int32_t i, const cluster_te
   print_retained(found, files);
   files.flush();
   if (files_.drawings && test.contig != nullptr)
-    contig->draw_retained_MTP(found.MTP, found.not_used, files_.drawing);
+    draw_retained_MTP(*contig, found.MTP, found.not_used, files_.drawing);
 }
 
-void class_contig_analysis::print_coordinates_of_selected_clones_for_Retain(const number_list &list,
-                                                                            const std::vector<std::int16_t> &index,
-                                                                            growing_file &file, const number_list &MTP,
-                                                                            double cutoff, bool unlinked) const {
-  const class_DB_of_clones &database = signif_->context().database;
-  const class_net &net = signif_->net();
+void print_coordinates_of_selected_clones_for_Retain(const class_contig_analysis &contig, const number_list &list,
+                                                     const std::vector<std::int16_t> &index, growing_file &file,
+                                                     const number_list &MTP, double cutoff, bool unlinked) {
+  const class_DB_of_clones &database = contig.context().database;
+  const class_net &net = contig.signif().net();
   std::vector<std::pair<clone_number, std::int32_t>> places; // of the clones in the list
   for (std::int32_t i = 1; i <= list.count(); ++i)
     places.emplace_back(list(i), i);
@@ -292,7 +292,7 @@ void class_contig_analysis::print_coordinates_of_selected_clones_for_Retain(cons
     return std::to_string(clone) + '\t' + database.name_of_clone_get(clone) + '\t' +
            (index[static_cast<std::size_t>(clone)] == preferred_in_MTP ? "sequenced" : "") + '\t' +
            (on_MTP[static_cast<std::size_t>(place_of(clone))] != 0 ? "MTP" : "") + '\t' +
-           std::to_string(database.number_of_bands_in_clone_get(clone)) + '\t' + coordinates_text(*this, clone) + '\t';
+           std::to_string(database.number_of_bands_in_clone_get(clone)) + '\t' + coordinates_text(contig, clone) + '\t';
   };
   std::vector<std::pair<std::int32_t, double>> joined; // place in the list, value of the overlap
   std::int64_t k = 0;
@@ -303,8 +303,9 @@ void class_contig_analysis::print_coordinates_of_selected_clones_for_Retain(cons
         if (const std::int32_t j = place_of(edge.neighbour); j > 0)
           joined.emplace_back(j, edge.value);
     std::sort(joined.begin(), joined.end());
-    const std::string start = std::to_string(i) + '\t' + cluster_name_ + '\t' + cluster_name_long_ + '\t' +
-                              std::to_string(list_of_clones_.count()) + '\t' + number_text(cutoff, 2) + '\t';
+    const std::string start = std::to_string(i) + '\t' + contig.cluster_name_get() + '\t' +
+                              contig.cluster_name_long_get() + '\t' + std::to_string(contig.list_of_clones().count()) +
+                              '\t' + number_text(cutoff, 2) + '\t';
     for (const auto &[j, value] : joined) {
       std::int32_t n_1 = 0, n_2 = 0;
       double common = 0;

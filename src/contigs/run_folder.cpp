@@ -246,7 +246,7 @@ bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, 
   return true;
 }
 
-bool read_run_folder_into_registry(process_frame &frame, project_settings &settings,
+bool read_run_folder_into_registry(process_frame &frame, const project_settings &settings,
                                    const std::filesystem::path &folder, class_DB_of_clones &database) {
   run_folder run;
   if (!read_run_folder(frame, folder, run))

@@ -38,7 +38,7 @@ bool is_run_folder(const std::filesystem::path &folder);
 bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, run_folder &run);
 // Puts a run into the registry of the database: clusters in use with long names, and coordinates. The registry stays
 // as it was when a clone is unknown or the folder is damaged.
-bool read_run_folder_into_registry(process_frame &frame, project_settings &settings,
+bool read_run_folder_into_registry(process_frame &frame, const project_settings &settings,
                                    const std::filesystem::path &folder, class_DB_of_clones &database);
 
 } // namespace orb

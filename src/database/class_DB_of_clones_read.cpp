@@ -12,7 +12,7 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-class_DB_of_clones_read::class_DB_of_clones_read(process_frame &frame, project_settings &settings,
+class_DB_of_clones_read::class_DB_of_clones_read(process_frame &frame, const project_settings &settings,
                                                  std::function<void()> loaded)
     : frame_(frame), settings_(settings), loaded_(std::move(loaded)) {}
 

@@ -26,7 +26,7 @@ struct load_summary {
 class class_DB_of_clones_read {
 public:
   // `loaded` is called after each load that replaced the database's contents: the session renews net and registry.
-  class_DB_of_clones_read(process_frame &frame, project_settings &settings, std::function<void()> loaded = {});
+  class_DB_of_clones_read(process_frame &frame, const project_settings &settings, std::function<void()> loaded = {});
 
   // Parameters (tolerance, gel length, numbers of band positions) are those of `database` for text, those of the file
   // for a library file. A load that fails, or is stopped, leaves `database` and `usable_values` as they were; wrong
@@ -56,7 +56,7 @@ private:
   void order_and_store(const fingerprint_records &records, class_DB_of_clones &fresh);
 
   process_frame &frame_;
-  project_settings &settings_;
+  const project_settings &settings_;
   std::function<void()> loaded_;
   load_summary summary_;
 };

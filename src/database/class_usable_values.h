@@ -44,12 +44,14 @@ public:
   // Which list each clone lies in. The readers go through the name formats of the settings; unknown names are reported
   // and passed over. Throw file_error.
   void clone_in_lists_clear(process_frame &frame, class_DB_of_clones &database);
-  void clone_in_lists_add_list_run(process_frame &frame, const project_settings &settings,
-                                   class_DB_of_clones &database);
+  // Empty file names ask. Of a folder all lists with the extension .txt; a file stands for its folder.
+  void clone_in_lists_add_list_run(process_frame &frame, const project_settings &settings, class_DB_of_clones &database,
+                                   std::filesystem::path file = {});
   void clone_in_lists_add_folder_of_lists(process_frame &frame, const project_settings &settings,
-                                          class_DB_of_clones &database);
+                                          class_DB_of_clones &database, std::filesystem::path file = {});
   // A file of addresses: one list file a line, and behind a tab, when it is there, the number of its clones.
-  void clone_in_lists_read(process_frame &frame, const project_settings &settings, class_DB_of_clones &database);
+  void clone_in_lists_read(process_frame &frame, const project_settings &settings, class_DB_of_clones &database,
+                           std::filesystem::path adresses = {});
   // clone_in_lists.txt of the working folder; nothing unless the record was made for the present clones.
   void clone_in_lists_print(process_frame &frame, const class_DB_of_clones &database) const;
   const std::string &clone_in_lists_get(std::int32_t clone) const {

@@ -46,15 +46,17 @@ std::int32_t class_usable_values::clone_in_lists_add_file(process_frame &frame, 
 }
 
 void class_usable_values::clone_in_lists_add_list_run(process_frame &frame, const project_settings &settings,
-                                                      class_DB_of_clones &database) {
-  const fs::path file = frame.open_file_dialog("Open file with list of clones");
+                                                      class_DB_of_clones &database, fs::path file) {
+  if (file.empty())
+    file = frame.open_file_dialog("Open file with list of clones");
   if (!file.empty())
     clone_in_lists_add_file(frame, settings, file, database);
 }
 
 void class_usable_values::clone_in_lists_add_folder_of_lists(process_frame &frame, const project_settings &settings,
-                                                             class_DB_of_clones &database) {
-  const fs::path file = frame.open_file_dialog("Open any file from the folder");
+                                                             class_DB_of_clones &database, fs::path file) {
+  if (file.empty())
+    file = frame.open_file_dialog("Open any file from the folder");
   if (file.empty())
     return;
   const fs::path folder = fs::is_directory(file) ? file : file.parent_path();
@@ -63,8 +65,9 @@ void class_usable_values::clone_in_lists_add_folder_of_lists(process_frame &fram
 }
 
 void class_usable_values::clone_in_lists_read(process_frame &frame, const project_settings &settings,
-                                              class_DB_of_clones &database) {
-  const fs::path adresses = frame.open_file_dialog("Open file adresses of clones in lists");
+                                              class_DB_of_clones &database, fs::path adresses) {
+  if (adresses.empty())
+    adresses = frame.open_file_dialog("Open file adresses of clones in lists");
   if (adresses.empty())
     return;
   clone_in_lists_clear(frame, database);

@@ -25,22 +25,25 @@ void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &da
     write_fingerprint_file(unique);
 }
 
-void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database) {
+void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database,
+                               std::optional<bool> with_counts) {
   question asked;
   asked.text = "Need number of bands?";
-  const bool with_counts = frame.yes(asked);
+  if (!with_counts)
+    with_counts = frame.yes(asked);
   result_file list(frame.path_in_working_folder("\\DB.txt"));
   for (clone_number i = 1; i <= database.total_number_of_clones_get(); ++i) {
     std::string row = database.name_of_clone_get(i);
-    if (with_counts)
+    if (*with_counts)
       row.append("\t").append(std::to_string(database.number_of_bands_in_clone_get(i)));
     list.line(row);
   }
   list.commit();
 }
 
-void test_for_Reviewer(process_frame &frame) {
-  const std::filesystem::path file = frame.open_file_dialog("Open .sizes file to test");
+void test_for_Reviewer(process_frame &frame, std::filesystem::path file) {
+  if (file.empty())
+    file = frame.open_file_dialog("Open .sizes file to test");
   if (file.empty())
     return;
   line_reader lines(file);

@@ -1,7 +1,9 @@
 // Tests of a database and of fingerprint files that a user can ask for, and the list of clones with band counts.
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 
 #include "database/class_DB_of_clones.h"
 #include "frame/lists.h"
@@ -14,8 +16,10 @@ namespace orb {
 void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database,
                               const std::function<void(const number_list &)> &write_fingerprint_file);
 // DB.txt of the working folder: all names, with the number of bands behind a tab when that is wanted.
-void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database);
-// testRes.txt of the working folder: for each line of a chosen .sizes file how it is understood.
-void test_for_Reviewer(process_frame &frame);
+// Unset: asks.
+void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database,
+                               std::optional<bool> with_counts = {});
+// testRes.txt of the working folder: for each line of a .sizes file how it is understood. An empty name asks.
+void test_for_Reviewer(process_frame &frame, std::filesystem::path file = {});
 
 } // namespace orb

@@ -314,6 +314,17 @@ void DataBase_in_typical_file_print(const std::filesystem::path &file, const cla
   library.commit();
 }
 
+std::optional<library_file_parameters> parameters_of_library_file(const std::filesystem::path &file) {
+  line_reader lines(file);
+  std::string_view line;
+  library_header header;
+  if (!lines.next(line) || !header_parse(line, header))
+    return std::nullopt;
+  return library_file_parameters{
+      {header.tollerance, header.taking_tollerance_into_account_index, header.max_band_length, header.n_bands_FPC},
+      header.index_of_band_type != 0};
+}
+
 bool is_library_file(const std::filesystem::path &file) {
   library_header header;
   try {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 #include "database/class_DB_of_clones.h"
 #include "database/class_usable_values.h"
@@ -15,6 +16,12 @@ void DataBase_in_typical_file_print(const std::filesystem::path &file, const cla
 // the checks of each clone's bands and the band statistics. False when refused; the messages say why and where.
 bool DataBase_in_typical_file_read(process_frame &frame, const std::filesystem::path &file,
                                    class_DB_of_clones &database, class_usable_values &usable_values, bool checked);
+// What the header says of the parameters; nothing when it isn't one. Reads one line; throws file_error.
+struct library_file_parameters {
+  library_parameters parameters;
+  bool bins = false; // the stored bands are bin numbers
+};
+std::optional<library_file_parameters> parameters_of_library_file(const std::filesystem::path &file);
 // Whether the first line looks like a library file's header.
 bool is_library_file(const std::filesystem::path &file);
 // The save command: dialog, overwrite question, messages. The path, empty when not saved.

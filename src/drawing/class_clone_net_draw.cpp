@@ -38,8 +38,8 @@ std::vector<std::int32_t> rows_of_intervals(std::span<const std::int32_t> left, 
 
 } // namespace
 
-class_clone_net_draw::class_clone_net_draw(class_clone_net_signif &signif)
-    : signif_(&signif), metric_(signif.context(), &signif.net()), net_draw_(signif.context().frame) {
+class_clone_net_draw::class_clone_net_draw(class_clone_net_signif &signif, const overlap_rule &rule)
+    : signif_(&signif), rule_(rule), metric_(signif.context(), &signif.net()), net_draw_(signif.context().frame) {
   clone_vertex_.resize(1);
 }
 

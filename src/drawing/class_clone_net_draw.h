@@ -65,8 +65,9 @@ enum class mark_kind : std::int16_t {
 
 class class_clone_net_draw {
 public:
-  // `signif` gives the database, the settings and the loaded net, and must outlive this object.
-  explicit class_clone_net_draw(class_clone_net_signif &signif);
+  // `signif` gives the database, the settings and the loaded net, and must outlive this object. `rule` decides the
+  // edges; its burying fraction gives way to that of each drawing.
+  class_clone_net_draw(class_clone_net_signif &signif, const overlap_rule &rule);
 
   void options_set(drawing_options options) { options_ = std::move(options); }
   const drawing_options &options_get() const { return options_; }
@@ -100,12 +101,12 @@ public:
   // y the row in which it doesn't cover another one, from the top. For as many clones as the list has, in its order.
   void clone_coordinates_set(std::span<const std::int32_t> left, std::span<const std::int32_t> right);
 
-  // Writes the drawings. A cutoff below 0 means the project's. `all_metrics`: Sulston_1988, Nof, Lnn and LnnMarkers at
-  // the project's cutoff instead of the current metric at the given one. `print_values`: a table of all edges beside.
+  // Writes the drawings. A cutoff below 0 means the rule's. `all_metrics`: Sulston_1988, Nof, Lnn and LnnMarkers at
+  // the rule's cutoff instead of its metric at the given one. `print_values`: a table of all edges beside.
   // False when nothing could be drawn: more clones than a drawing holds, or a stop request.
   bool print_files_for_drawing_net(double burying_border, bool all_metrics, double cutoff, bool print_values,
                                    drawing_kind kind, const class_DB_of_clones &database);
-  // A distance below 0 means the current metric. `nets_for_cutoffs`: 11 files at cutoffs that go by the metric; a
+  // A distance below 0 means the rule's metric. `nets_for_cutoffs`: 11 files at cutoffs that go by the metric; a
   // metric without such cutoffs gets no file.
   bool print_files_for_drawing_net_for_given_distance_index(double burying_border, std::int16_t distance, double cutoff,
                                                             bool nets_for_cutoffs, drawing_kind kind, bool print_values,
@@ -192,6 +193,7 @@ private:
                        const std::vector<std::string> &files, class_DB_of_clones &database);
 
   class_clone_net_signif *signif_;
+  overlap_rule rule_;
   drawing_options options_;
   number_list list_of_clones_;
   std::vector<clone_look> clone_vertex_; // from 1

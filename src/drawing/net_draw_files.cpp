@@ -64,11 +64,10 @@ bool class_clone_net_draw::draw_one_metric(double burying_border, std::int16_t d
                                            bool one_of_several, const class_DB_of_clones &database) {
   const metric_context &context = signif_->context();
   metric_ = class_clone_dist_my(context, &signif_->net());
-  metric_.net_private_parameters_set_interface();
+  metric_.net_private_parameters_set_interface(rule_);
   metric_.pogloshenie_border_set(burying_border);
   if (distance >= 0 && distance != metric_.distance_index_get()) {
     metric_.distance_index_set(distance);
-    metric_is_selected(context.settings, distance);
     metric_.same_metric_as_net_set(false); // the values of the net are those of another metric
   }
   series wanted;

@@ -173,9 +173,7 @@ void class_clone_net_draw::mark_burial(std::int32_t a, std::int32_t b, std::int1
 void class_clone_net_draw::two_metrics_to_net(double burying_border) {
   using metrics = class_clone_dist_general;
   const metric_context &context = signif_->context();
-  metric_is_selected(context.settings, metrics::DISTANCE_INDEX_TagsSulston_get());
-  metric_is_selected(context.settings, metrics::DISTANCE_INDEX_Sulston_1988_get());
-  class_clone_dist_calc calc(context);
+  class_clone_dist_calc calc(context, true); // both metrics on the same counts, and the first one needs weights
   for (std::int32_t a = 1; a <= n_clones_get(); ++a)
     for (std::int32_t b = a + 1; b <= n_clones_get(); ++b) {
       const clone_number clone_a = list_of_clones_(a), clone_b = list_of_clones_(b);

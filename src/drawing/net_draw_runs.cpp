@@ -8,7 +8,6 @@ namespace orb {
 namespace {
 
 constexpr std::int32_t colour_yellow = 1, colour_green = 4, colour_red = 7, shape_box = 1;
-constexpr double standard_burying = 0.9;
 
 // Puts the working folder back on every way out.
 class folder_of_work {
@@ -133,7 +132,7 @@ bool class_clone_net_draw::compare_nets_for_two_metrics_quick_run(const std::fil
     return false;
   start_quick_run(list, name, folder);
   mark_clones(marked, mark_kind::inside_colour, colour_red, {}, options_.caption_number, name_of_marked);
-  return print_files_for_drawing_net_for_given_distance_index(standard_burying, -1, cutoff, false,
+  return print_files_for_drawing_net_for_given_distance_index(overlap_rule::standard_burying, -1, cutoff, false,
                                                               drawing_kind::two_metrics, false, database);
 }
 
@@ -182,7 +181,7 @@ bool class_clone_net_draw::draw_list_files(const number_list &all, const std::fi
       continue;
     }
     mark_names_set({name, {}, {}});
-    all_drawn = quick_run(all, name, frame.working_folder_get(), standard_burying, -1, list) && all_drawn;
+    all_drawn = quick_run(all, name, frame.working_folder_get(), overlap_rule::standard_burying, -1, list) && all_drawn;
   }
   if (frame.stop_requested_get()) {
     frame.process_stopped_manually();

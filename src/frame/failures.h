@@ -1,4 +1,4 @@
-// The two exceptions of the system, and the exit statuses that scripts rely on.
+// The exceptions of the system, and the exit statuses that scripts rely on.
 #pragma once
 
 #include <filesystem>
@@ -36,6 +36,12 @@ public:
 
 private:
   std::filesystem::path path_;
+};
+
+// A mistake of whoever asked for the work, found before it began: an option that doesn't fit, a word that isn't known.
+class usage_error : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
 };
 
 } // namespace orb

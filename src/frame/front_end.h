@@ -44,10 +44,11 @@ struct front_end {
   std::function<void(panel, const std::string &text, panel_colour)> panel_set;
   std::function<void(const std::string &text)> log_shown;                         // a line was logged
   std::function<void(const std::string &text, const std::string &title)> message; // a message box
+  std::function<void(const std::string &text)> note;                              // a line that needs no answer
   std::function<answer(const question &)> ask;
   std::function<std::string(const input_box &)> input;         // empty: cancelled or nothing entered
   std::function<std::string(const file_dialog &)> choose_file; // empty: cancelled
-  std::function<void()> yield; // events are served here; may set the stop flag of the frame
+  std::function<bool()> yield; // events are served here; true: the user wants the work stopped
   std::function<void(bool)> stop_button_enable;
 };
 
@@ -79,7 +80,8 @@ bool answer_from_text(const std::string &text, answer &out);
 
 // What a scripted front end saw, in order.
 struct front_end_record {
-  std::vector<std::string> messages;  // message boxes
+  std::vector<std::string> messages; // message boxes
+  std::vector<std::string> notes;
   std::vector<std::string> questions; // texts of questions, input boxes and file dialogs
   std::vector<std::string> panels;    // "2: text"
   std::vector<std::string> log;

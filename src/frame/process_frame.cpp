@@ -187,8 +187,9 @@ bool process_frame::quit_requested() {
 }
 
 void process_frame::yield() {
-  if (shown_.yield)
-    shown_.yield();
+  // a wish that has stopped one process isn't put on what comes between it and the next one
+  if (shown_.yield && shown_.yield() && !stop_requested_ && (process_is_running_ || !was_stopped_))
+    stop_requested_set(true);
 }
 
 bool process_frame::long_time_question() {
@@ -199,6 +200,11 @@ bool process_frame::long_time_question() {
 }
 
 // ---- boxes ---------------------------------------------------------------------------------------------------------
+
+void process_frame::note(const std::string &text) {
+  if (shown_.note)
+    shown_.note(text);
+}
 
 void process_frame::message(const std::string &text, const std::string &title) {
   if (shown_.message)
@@ -300,6 +306,22 @@ std::filesystem::path process_frame::save_file_dialog_checked(const std::string 
     if (given == answer::cancel)
       return {};
   }
+}
+
+// ---- scope ---------------------------------------------------------------------------------------------------------
+
+frame_scope::frame_scope(process_frame &frame) : frame_(frame), working_folder_(frame.working_folder_get()) {
+  clear();
+}
+
+frame_scope::~frame_scope() {
+  frame_.working_folder_set(working_folder_);
+  clear();
+}
+
+void frame_scope::clear() {
+  frame_.stop_requested_ = frame_.was_stopped_ = frame_.data_failed_ = frame_.process_is_running_ = false;
+  frame_.file_filter_.clear();
 }
 
 } // namespace orb

@@ -48,7 +48,7 @@ public:
     return !stop_requested_;
   }
   void stop_requested_set(bool requested);
-  // True once any process of this frame ended because of a stop request.
+  // True once a process of the present scope ended because of a stop request.
   bool was_stopped() const { return was_stopped_; }
   // The stop button: asks whether to stop, then yields.
   void stop_process_pressed();
@@ -58,12 +58,15 @@ public:
 
   bool long_time_question();
 
+  // A line for whoever looks on: what was found, what was kept. Nobody has to answer it.
+  void note(const std::string &text);
   // Message boxes, questions and input boxes.
   void message(const std::string &text, const std::string &title = {});
   answer ask(const question &asked);
   bool yes(const question &asked) { return ask(asked) == answer::yes; }
   std::string input(const input_box &asked);
-  // A question whose data were wrong was answered, or a reader reported wrong data: the command ends with status 1.
+  // A question whose data were wrong was answered, or a reader reported wrong data: the command ends with status 1,
+  // also when its work came to its end.
   bool data_failed() const { return data_failed_; }
   void data_failed_set() { data_failed_ = true; }
   // Shows the text, logs it, and throws program_end.
@@ -90,6 +93,7 @@ public:
   const program_clock &clock() const { return clock_; }
 
 private:
+  friend class frame_scope;
   void panel_set(panel which, const std::string &text, panel_colour colour = panel_colour::resting);
   void end_with_words(const std::string &words);
 
@@ -98,6 +102,22 @@ private:
   std::string process_name_, file_filter_;
   bool process_is_running_ = false, stop_requested_ = false, was_stopped_ = false, data_failed_ = false;
   program_clock clock_;
+};
+
+// What one command sees of the frame: stop flag, was-stopped, data-failed and the filter of the dialogs begin empty,
+// and nothing of them is left behind; the working folder is put back. One scope at a time.
+class frame_scope {
+public:
+  explicit frame_scope(process_frame &frame);
+  ~frame_scope();
+  frame_scope(const frame_scope &) = delete;
+  frame_scope &operator=(const frame_scope &) = delete;
+
+private:
+  void clear();
+
+  process_frame &frame_;
+  std::filesystem::path working_folder_;
 };
 
 } // namespace orb

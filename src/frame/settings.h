@@ -15,14 +15,10 @@ struct project_settings {
   std::int32_t automatic_name_number_end = 0;     // Q
   std::int16_t file_format_index = 0;
 
-  // metric
-  std::int16_t distance_index = 4; // Sulston_1988
-  double cutoff = 15.0;            // the project's current cutoff; runs set and restore it
-  double burying = 0.9;
+  // comparison of clones; metric, cutoff and burying fraction are an overlap_rule
   bool several_metrics_and_cutoffs = false;
   bool markers_in_clones = false;
   bool for_FPC_fast_indicator = true;
-  bool distance_table_full_mode = false;
   std::int16_t table_format_column_subset = 3;
   std::string table_format_text = "Sulston score only";
 
@@ -30,11 +26,6 @@ struct project_settings {
   bool use_file_with_connections = false;
   bool same_metric_as_net = false;
   bool same_metric_net_ord_as_net = false;
-
-  // revision of the net
-  double QQ_additional_cutoff = 0;
-  bool QQ_use_additional_cutoff = false;
-  std::string QQ_file;
 
   // runs
   bool fast_clustering = true;

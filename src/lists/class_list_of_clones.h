@@ -15,6 +15,7 @@
 #include "frame/settings.h"
 #include "graph/class_net.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 
 namespace orb {
 
@@ -78,20 +79,21 @@ public:
 
   // ---- tables of pairs -----------------------------------------------------------------------------------------
   // They ask nothing (but for `pairs_of_table::ask`), so that a run may call them for each contig; the columns are
-  // those of class_clone_text_distance with the project's format, metric and cutoff. With markers on in the settings
-  // a last line holds the zones of the list's markers. After a stop request they return false and leave no file, nor
-  // is a former one touched. One thread at a time.
+  // those of class_clone_text_distance with the project's format and the rule's metric and cutoff. With markers on in
+  // the settings a last line holds the zones of the list's markers. After a stop request they return false and leave no
+  // file, nor is a former one touched. One thread at a time.
 
   // A row for each of list(1..n) with its scores against the clone before it. gaps(j) counts the steps that are weak by
   // metric j, for j from 0 to the highest metric index + 1; it is filled with `print` off as well, and then no file is
   // written. An empty file name: Consec_dist_WORD.txt of the working folder.
   bool print_consecuent_dist(std::int32_t n, const number_list &list, const std::string &file_word,
                              std::filesystem::path file, std::vector<std::int32_t> &gaps, bool print,
-                             const metric_context &context);
+                             const overlap_rule &rule, const metric_context &context);
   // A row for each pair i < j of the list; n^2 / 2 rows. From the net only: the pairs that the net holds, in the same
   // order; `net` may be null, and then no pair is in it. An empty file name: All_dist_WORD.txt of the working folder.
   bool print_all_dist(const number_list &list, const std::string &file_word, std::filesystem::path file,
-                      const metric_context &context, const class_net *net, pairs_of_table pairs = pairs_of_table::ask);
+                      const overlap_rule &rule, const metric_context &context, const class_net *net,
+                      pairs_of_table pairs = pairs_of_table::ask);
 
 private:
   using set_operation = void (*)(const number_list &, const number_list &, number_list &);

@@ -100,11 +100,10 @@ private:
 
 bool class_list_of_clones::print_consecuent_dist(std::int32_t n, const number_list &list, const std::string &file_word,
                                                  std::filesystem::path file, std::vector<std::int32_t> &gaps,
-                                                 bool print, const metric_context &context) {
+                                                 bool print, const overlap_rule &rule, const metric_context &context) {
   constexpr std::int16_t last_metric = class_clone_dist_general::number_distance_index_get() + 1;
   std::vector<std::int32_t> counted(static_cast<std::size_t>(last_metric) + 1, 0);
-  class_clone_text_distance distance(context);
-  distance.cutoff_set(context.settings.distance_index, context.settings.cutoff);
+  class_clone_text_distance distance(context, rule);
   std::optional<result_file> table;
   if (print) {
     table.emplace(file.empty() ? frame_.path_in_working_folder("\\Consec_dist_" + file_word + ".txt") : file);
@@ -143,16 +142,15 @@ bool class_list_of_clones::print_consecuent_dist(std::int32_t n, const number_li
 }
 
 bool class_list_of_clones::print_all_dist(const number_list &list, const std::string &file_word,
-                                          std::filesystem::path file, const metric_context &context,
-                                          const class_net *net, pairs_of_table pairs) {
+                                          std::filesystem::path file, const overlap_rule &rule,
+                                          const metric_context &context, const class_net *net, pairs_of_table pairs) {
   if (pairs == pairs_of_table::ask) {
     question from_net;
     from_net.text = "From the net only?";
     from_net.by_default = from_net.to_go_on = answer::no;
     pairs = frame_.yes(from_net) ? pairs_of_table::from_net_only : pairs_of_table::all;
   }
-  class_clone_text_distance distance(context);
-  distance.cutoff_set(context.settings.distance_index, context.settings.cutoff);
+  class_clone_text_distance distance(context, rule);
   result_file table(file.empty() ? frame_.path_in_working_folder("\\All_dist_" + file_word + ".txt") : file);
   table.line(std::string(clone_heads) + std::string(clone_heads) + distance.text_of_distance_shapka());
   const clone_column_texts columns(list, context.database);

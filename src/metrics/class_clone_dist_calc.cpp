@@ -23,7 +23,7 @@ void class_clone_dist_calc::start_of_distance_calculation_alternative_tollerance
   const std::int16_t index = database.taking_tollerance_into_account_index_get();
   const std::int16_t band_type = database.index_of_band_type_get();
   if (!alternative) {
-    count_common_bands(t, index, false);
+    count_common_bands(t, index, weights_, false);
     return;
   }
   // The other tolerance holds for this one call, whatever way it ends.
@@ -36,13 +36,14 @@ void class_clone_dist_calc::start_of_distance_calculation_alternative_tollerance
     }
   } restored{database, t, index, band_type};
   database.tollerance_parameters_set(alternative_t, index);
-  count_common_bands(alternative_t, index, false);
+  count_common_bands(alternative_t, index, weights_, false);
 }
 
-void class_clone_dist_calc::count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool class_frequencies) {
+void class_clone_dist_calc::count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool weights,
+                                               bool class_frequencies) {
   const class_DB_of_clones &database = context_->database;
   counts_.weight1 = counts_.weight2 = 0;
-  if (context_->settings.distance_table_full_mode) {
+  if (weights) {
     count_with_weights(class_frequencies);
   } else {
     if (tolerance_index <= 0)
@@ -114,7 +115,8 @@ double class_clone_dist_calc::minus_log10_p_value_of_clone_overlapping(clone_num
   // These two count with the class frequencies, which are read where they stand instead of being swapped in and out.
   const bool class_frequencies = distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
                                  distance_index == family::DISTANCE_INDEX_LnnCuted_get();
-  count_common_bands(database.tollerance_get(), database.taking_tollerance_into_account_index_get(), class_frequencies);
+  count_common_bands(database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
+                     weights_ || family::need_take_band_abundances_into_account_get(distance_index), class_frequencies);
   return minus_log10_p_value_of_clone_overlapping_no_clones(n_common_markers, distance_index);
 }
 

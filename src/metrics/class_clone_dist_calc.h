@@ -16,7 +16,10 @@ namespace orb {
 
 class class_clone_dist_calc {
 public:
-  explicit class_clone_dist_calc(const metric_context &context) : context_(&context) {}
+  // `weights`: the start operations sum the weights of bands too, whatever is scored. A metric that lives on abundances
+  // gets them in `minus_log10_p_value_of_clone_overlapping` in any case. `context` must outlive the object.
+  explicit class_clone_dist_calc(const metric_context &context, bool weights = false)
+      : context_(&context), weights_(weights) {}
 
   void start_of_distance_calculation(clone_number clone_1, clone_number clone_2);
   void start_of_distance_calculation_alternative_tollerance(clone_number clone_1, clone_number clone_2,
@@ -27,7 +30,7 @@ public:
   std::int32_t number_of_bands2_get() const { return counts_.n2; }
   double x_iid_get() const { return counts_.x_iid; }
   double x_fr_get() const { return counts_.x_fr; }
-  double list_weight1_get() const { return counts_.weight1; } // full mode only
+  double list_weight1_get() const { return counts_.weight1; } // 0 without weights
   double list_weight2_get() const { return counts_.weight2; }
   bool FPC_table_defined_get() const { return FPC_table_defined_; }
   void FPC_table_defined_set(bool defined) { FPC_table_defined_ = defined; }
@@ -46,15 +49,16 @@ public:
   double minus_log10_p_value_of_clone_overlapping_no_clones(std::int32_t n_common_markers, std::int16_t distance_index);
 
 private:
-  void count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool class_frequencies);
+  void count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool weights, bool class_frequencies);
   void count_with_weights(bool class_frequencies);
 
   const metric_context *context_;
+  bool weights_;
   clone_number clone_1_ = 0, clone_2_ = 0;
   pair_counts counts_;
   bool FPC_table_defined_ = false;
   std::shared_ptr<class_clone_dist_FPC> FPC_;
-  number_list list_1_, list_2_; // work lists of the full mode
+  number_list list_1_, list_2_; // work lists of counting with weights
 };
 
 } // namespace orb

@@ -61,8 +61,6 @@ void class_clone_text_distance::table_format_select(project_settings &settings, 
   if (format < 0 || format >= table_format_n_text_get())
     return;
   settings.table_format_text = table_format_text_get(format);
-  if (format > 1)
-    settings.distance_table_full_mode = true;
 }
 
 class_clone_text_distance::columns_on class_clone_text_distance::columns_of_format(std::int32_t format) {
@@ -80,16 +78,19 @@ class_clone_text_distance::columns_on class_clone_text_distance::columns_of_form
 
 // ---- cutoffs -------------------------------------------------------------------------------------------------------
 
-class_clone_text_distance::class_clone_text_distance(const metric_context &context)
-    : context_(&context), calc_(context), metric_of_mark_(context.settings.distance_index) {
-  std::int32_t format = table_format_of_text(context.settings.table_format_text);
-  if (format == 4 && context.usable_values.for_FPC_fast_indicator_get())
-    format = 3; // the other columns belong to the slow scores
-  if (format < 0 || format > 1)
-    context.settings.distance_table_full_mode = true; // columns with weights are on, however the format was chosen
+std::int32_t class_clone_text_distance::format_of_columns(const metric_context &context) {
+  const std::int32_t format = table_format_of_text(context.settings.table_format_text);
+  const bool fast = context.usable_values.for_FPC_fast_indicator_get();
+  return format == 4 && fast ? 3 : format; // the other columns belong to the slow scores
+}
+
+class_clone_text_distance::class_clone_text_distance(const metric_context &context, const overlap_rule &rule)
+    : context_(&context), calc_(context), burying_(rule.burying), metric_of_mark_(rule.distance_index) {
+  const std::int32_t format = format_of_columns(context);
   columns_ = columns_of_format(format);
+  weights_ = sums_weights(rule) || format < 0 || format > 1; // such formats have columns of weights
   for (std::int16_t j = 0; j < n_metrics; ++j)
-    cutoff_[place(j)] = family::standard_cutoff(j);
+    cutoff_[place(j)] = j == rule.distance_index ? rule.cutoff : family::standard_cutoff(j);
   choose_metrics();
 }
 
@@ -119,10 +120,11 @@ bool class_clone_text_distance::column_of_metric_is_on(std::int16_t distance_ind
 }
 
 void class_clone_text_distance::choose_metrics() {
+  weights_ = weights_ || family::need_take_band_abundances_into_account_get(metric_of_mark_);
+  calc_ = class_clone_dist_calc(*context_, weights_);
   const bool markers_are_loaded = context_->database.markers().total_number_of_markers_get() > 0;
   for (std::int16_t j = 0; j < n_metrics; ++j) {
-    const bool weights_are_there =
-        context_->settings.distance_table_full_mode || !family::need_take_band_abundances_into_account_get(j);
+    const bool weights_are_there = weights_ || !family::need_take_band_abundances_into_account_get(j);
     const bool at_hand =
         cutoff_[place(j)] > 0 && weights_are_there &&
         family::why_only_zero(j, context_->table.is_loaded(j == family::DISTANCE_INDEX_Nof_get() ? 0 : 1),
@@ -219,7 +221,7 @@ void class_clone_text_distance::text_of_distance_append(clone_number clone_1, cl
   add_metric(columns_.lnn_sulston, family::DISTANCE_INDEX_LnnSulston_get());
   if (columns_.markers)
     add_count(row, n_common_markers_);
-  row += burying_word(calc_.burring_index_get(context_->settings.burying));
+  row += burying_word(calc_.burring_index_get(burying_));
   row += '\t';
   if (is_weak_get(metric_of_mark_))
     row += "Weak";

@@ -10,24 +10,25 @@
 #include "frame/settings.h"
 #include "metrics/class_clone_dist_calc.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 
 namespace orb {
 
 class class_clone_text_distance {
 public:
   // The columns are those of the format that the settings name at this moment (`table_format_text`); with a text that
-  // names no format every column stays on. Formats with columns of weights switch the full mode on. Each metric starts
-  // with its standard cutoff, and the project's metric is the one that speaks in the column "weak?". `context` must
-  // outlive the object. The row of a pair changes the tolerance of the database for a moment: one thread at a time.
-  explicit class_clone_text_distance(const metric_context &context);
+  // names no format every column stays on. The weights of bands are summed when the rule says so and for formats with
+  // columns of weights. Each metric starts with its standard cutoff, but the metric of the rule, which is the one that
+  // speaks in the column "weak?", with the rule's. `context` must outlive the object. The row of a pair changes the
+  // tolerance of the database for a moment: one thread at a time.
+  class_clone_text_distance(const metric_context &context, const overlap_rule &rule);
 
   static constexpr std::int32_t table_format_n_text_get() { return 5; }
   // The name of format 0..4; empty outside of that.
   static std::string table_format_text_get(std::int32_t format);
   // The format of a name, -1 when there is none.
   static std::int32_t table_format_of_text(std::string_view text);
-  // The format of the options panel was chosen (0..4, others change nothing): formats above 1 need the weights of the
-  // bands and switch the full mode on; nothing switches it off again.
+  // The format of the options panel was chosen (0..4, others change nothing).
   static void table_format_select(project_settings &settings, std::int32_t format);
 
   // The cutoff of a metric, which becomes the metric of the column "weak?".
@@ -58,6 +59,8 @@ private:
          soderlund = true, lnn_sulston = true, markers = true;
   };
   static columns_on columns_of_format(std::int32_t format);
+  // The format whose columns are shown.
+  static std::int32_t format_of_columns(const metric_context &context);
   bool column_of_metric_is_on(std::int16_t distance_index) const;
   void choose_metrics();
   void calculate(clone_number clone_1, clone_number clone_2);
@@ -65,6 +68,8 @@ private:
 
   const metric_context *context_;
   class_clone_dist_calc calc_;
+  double burying_;
+  bool weights_; // are summed for each pair
   columns_on columns_;
   std::int16_t metric_of_mark_;
   std::array<double, n_metrics> cutoff_{};

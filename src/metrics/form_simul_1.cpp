@@ -5,6 +5,7 @@
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_FPC.h"
+#include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_dist_simul.h"
 #include "metrics/class_clone_simul.h"
 

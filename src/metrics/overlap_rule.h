@@ -24,6 +24,10 @@ inline overlap_rule rule_of_metric(std::int16_t distance_index, double cutoff,
   return {distance_index, cutoff, burying,
           class_clone_dist_general::need_take_band_abundances_into_account_get(distance_index)};
 }
+// Whether counting by a rule sums weights: its metric has the last word, since it scores nothing without them.
+inline bool sums_weights(const overlap_rule &rule) {
+  return rule.weights || class_clone_dist_general::need_take_band_abundances_into_account_get(rule.distance_index);
+}
 // The same at another cutoff.
 inline overlap_rule at_cutoff(overlap_rule rule, double cutoff) {
   rule.cutoff = cutoff;

@@ -13,51 +13,73 @@ constexpr const char *text_filter = "Text files (*.txt)|*.txt";
 
 } // namespace
 
-class_clone_net_signif::class_clone_net_signif(metric_context &context) : context_(context) {}
+class_clone_net_signif::class_clone_net_signif(const metric_context &context, std::function<void()> net_is_loaded)
+    : context_(context), net_is_loaded_(std::move(net_is_loaded)) {}
 
-void class_clone_net_signif::net_is_loaded_set() {
-  context_.settings.use_file_with_connections = true;
-  context_.settings.same_metric_as_net = true;
-  context_.settings.same_metric_net_ord_as_net = true;
+void class_clone_net_signif::net_is_loaded_set() const {
+  if (net_is_loaded_)
+    net_is_loaded_();
+}
+
+// Empty: cancelled.
+static std::filesystem::path asked_net_file(process_frame &frame, const char *filter) {
+  frame.file_filter_set(filter);
+  return frame.open_file_dialog("Open file with significant connections");
 }
 
 void class_clone_net_signif::read_file_with_significant_connections(std::filesystem::path file, const std::string &name,
                                                                     bool native_format, bool folder_of_files,
                                                                     bool &ok) {
   process_frame &frame = context_.frame;
+  if (!native_format)
+    return read_text_net_run({std::move(file), folder_of_files, {}, name, overlaps_wanted::ask}, ok);
   ok = false;
   frame.step_text_set("Load net of significant clone overlaps...");
-  if (file.empty()) {
-    frame.file_filter_set(native_format ? native_filter : text_filter);
-    file = frame.open_file_dialog("Open file with significant connections");
-    if (file.empty())
-      return; // nothing was loaded, and nothing failed
-  }
-  if (folder_of_files)
-    file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(frame, file.parent_path());
-  if (native_format)
-    net_.read_net_type(frame, file, ok, context_.database.total_number_of_clones_get());
-  else
-    read_text_net_and_save(file, name, ok);
+  if (file.empty())
+    file = asked_net_file(frame, native_filter);
+  if (file.empty())
+    return; // nothing was loaded, and nothing failed
+  net_.read_net_type(frame, file, ok, context_.database.total_number_of_clones_get());
   if (ok)
     net_is_loaded_set();
   frame.step_text_reset();
   frame.local_process_text_reset();
 }
 
-// A text net is kept in the native format from its first load on: the net in memory is the file read back.
-void class_clone_net_signif::read_text_net_and_save(const std::filesystem::path &file, const std::string &name,
+void class_clone_net_signif::read_text_net_run(text_net_reading wanted, bool &ok) {
+  process_frame &frame = context_.frame;
+  ok = false;
+  frame.step_text_set("Load net of significant clone overlaps...");
+  if (wanted.file.empty())
+    wanted.file = asked_net_file(frame, text_filter);
+  if (wanted.file.empty())
+    return; // nothing was loaded, and nothing failed
+  std::filesystem::path file = wanted.file;
+  if (wanted.folder_of_files)
+    file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
+        frame, std::filesystem::is_directory(file) ? file : file.parent_path());
+  read_text_net_and_save(wanted, file, ok);
+  if (ok)
+    net_is_loaded_set();
+  frame.step_text_reset();
+  frame.local_process_text_reset();
+}
+
+// The net in memory is the native file read back: sorted and tested.
+void class_clone_net_signif::read_text_net_and_save(const text_net_reading &wanted, const std::filesystem::path &file,
                                                     bool &ok) {
   process_frame &frame = context_.frame;
   class_net read;
-  read_text_net(file, read, ok);
+  read_text_net(file, read, ok, wanted.overlaps);
   if (!ok)
     return;
   read.title_of_net_set(file.filename().string());
   read.FullFileNameSet(file.string());
-  const std::filesystem::path native =
-      frame.save_file_dialog_checked("Save net of significant clone overlaps in the ORB-specific format",
-                                     "net_signif" + name + ".ORBns", "ORB-Net Signif files (*.ORBns)|*.ORBns");
+  std::filesystem::path native = wanted.native;
+  if (native.empty())
+    native =
+        frame.save_file_dialog_checked("Save net of significant clone overlaps in the ORB-specific format",
+                                       "net_signif" + wanted.name + ".ORBns", "ORB-Net Signif files (*.ORBns)|*.ORBns");
   if (native.empty()) {
     frame.message("NB! File with net of significant clone overlaps in the ORB-specific format was not created.");
     net_ = std::move(read);
@@ -75,13 +97,13 @@ void class_clone_net_signif::clones_can_be_overlapped(clone_number a, clone_numb
   yes = net.overlap_of_pair(a, b, value, index1, index2);
 }
 
-std::string net_signif_file_name(const project_settings &settings) {
-  return "net_signif_" + class_clone_dist_general::name_of_cutoff_distance(settings.distance_index) + "_" +
-         number_text(settings.cutoff, 2) + ".ORBns";
+std::string net_signif_file_name(const overlap_rule &rule) {
+  return "net_signif_" + class_clone_dist_general::name_of_cutoff_distance(rule.distance_index) + "_" +
+         number_text(rule.cutoff, 2) + ".ORBns";
 }
 
-std::string net_noQQ_file_name(const project_settings &settings, double additional_cutoff) {
-  return "net_signif_noQQ_" + number_text_shortest(settings.cutoff) + "_" + number_text_shortest(additional_cutoff) +
+std::string net_noQQ_file_name(const overlap_rule &rule, double additional_cutoff) {
+  return "net_signif_noQQ_" + number_text_shortest(rule.cutoff) + "_" + number_text_shortest(additional_cutoff) +
          ".ORBns";
 }
 

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,7 @@
 #include "metrics/class_clone_dist_calc.h"
 #include "metrics/class_clone_dist_my.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 
 namespace orb {
 
@@ -42,9 +45,22 @@ struct text_net_options {
   bool parts = false;           // in parts of 1000 clones, without the question for large libraries
 };
 
+// Which overlaps of a text net are taken: `ask` puts the question "All overlaps?".
+enum class overlaps_wanted { ask, all, within_limits };
+
+struct text_net_reading {
+  std::filesystem::path file;   // empty: asks
+  bool folder_of_files = false; // the file stands for the parts in its folder, joined in name order
+  std::filesystem::path native; // where the native form goes; empty: asks
+  std::string name;             // of the proposal in that question: "net_signif" + name + ".ORBns"
+  overlaps_wanted overlaps = overlaps_wanted::ask;
+};
+
 class class_clone_net_signif {
 public:
-  explicit class_clone_net_signif(metric_context &context);
+  // `net_is_loaded` is called when the current net was made or loaded: the owner of the settings says there how the net
+  // may be used. `context` must outlive the object.
+  explicit class_clone_net_signif(const metric_context &context, std::function<void()> net_is_loaded = {});
 
   class_net &net() { return net_; }
   const class_net &net() const { return net_; }
@@ -53,26 +69,32 @@ public:
   // --- whole nets ---
   // The text net, one block a clone, with resume and parts; asks what the work needs to ask (repeated names, parts,
   // file, "Preprocess?", "Start from ...", too many overlaps, loading). False when cancelled or stopped.
-  bool create_file_with_significant_connections(const text_net_options &options, net_creation_summary &summary);
+  bool create_file_with_significant_connections(const overlap_rule &rule, const text_net_options &options,
+                                                net_creation_summary &summary);
   // The same net in memory, equal to what writing the text net and loading it whole would give (values with two
   // decimals), and made the current net. False when stopped or not continued; the old net then stays.
-  bool create_net_in_memory(net_creation_summary &summary);
+  bool create_net_in_memory(const overlap_rule &rule, net_creation_summary &summary);
   // Loads a native or a text net; `name` goes into the proposed name of the native file ("net_signif" + name +
   // ".ORBns"). `folder_of_files`: the parts in the folder of `file` are joined in name order first.
   void read_file_with_significant_connections(std::filesystem::path file, const std::string &name, bool native_format,
                                               bool folder_of_files, bool &ok);
-  // Reads a text net into `net` (untouched when not ok); asks "All overlaps?".
-  void read_text_net(const std::filesystem::path &file, class_net &net, bool &ok);
-  // After the current net was replaced from outside: the three settings that say so.
-  void net_is_loaded_set();
+  // A text net, or the parts of one, kept in the native format from its first load on: the net in memory is the file
+  // read back.
+  void read_text_net_run(text_net_reading wanted, bool &ok);
+  // Reads a text net into `net` (untouched when not ok).
+  void read_text_net(const std::filesystem::path &file, class_net &net, bool &ok,
+                     overlaps_wanted wanted = overlaps_wanted::ask);
+  // After the current net was replaced from outside: tells the owner as a load does.
+  void net_is_loaded_set() const;
 
   // --- nets of lists of clones ---
   // Subnet of a list, records with value >= cutoff. With a loaded net it is cut out of it, otherwise computed.
-  // net_list(v) = position in `list` of subnet vertex v.
+  // net_list(v) = position in `list` of subnet vertex v. Where a metric is named by its index, weights of bands are
+  // summed when it lives on them.
   void create_net_general(const number_list &list, std::int32_t n, std::int16_t distance_index, double cutoff,
                           double burying, class_net &net, number_list &net_list);
-  // The same with the project's settings.
-  void create_net_general_run(const number_list &list, class_net &net, number_list &net_list);
+  // The same for all of a list, by a rule.
+  void create_net_general_run(const number_list &list, const overlap_rule &rule, class_net &net, number_list &net_list);
   void create_net_without_using_previous_net(const number_list &list, std::int32_t n, std::int16_t distance_index,
                                              double cutoff, double burying, class_net &net);
   void create_sub_net_different_metric_or_cutoff(const number_list &list, std::int32_t n, bool same_metric,
@@ -83,16 +105,16 @@ public:
   // Value and codes of a pair of the current net as seen from a.
   void clones_can_be_overlapped(clone_number a, clone_number b, double &value, std::int16_t &index1,
                                 std::int16_t &index2, const class_net &net, bool &yes) const;
-  // Diametric path, width and ranks of a list at the project's cutoff; start and end chosen by end width when asked.
-  void contigomer(const number_list &list, contig_shape &shape);
-  // The same with `use_end_width`, and a status text for lists of more than 50 clones.
-  void contigomer_clone_ordering(const number_list &list, contig_shape &shape);
+  // Diametric path, width and ranks of a list.
+  void contigomer(const number_list &list, const overlap_rule &rule, contig_shape &shape);
+  // The same with start and end chosen by end width, and a status text for lists of more than 50 clones.
+  void contigomer_clone_ordering(const number_list &list, const overlap_rule &rule, contig_shape &shape);
   // The same, with clone numbers in `path` and `far` (the ranks stay by position in the list), and the rank of each
   // interesting clone from the start of the path: -1 when unreached. `test_interesting`: a message for each that is
   // missing from the list.
-  void contigomer_clone_ordering_run(const number_list &list, const number_list &list_of_clones_interesting,
-                                     bool test_interesting, bool report_unconnected, contig_shape &shape,
-                                     number_list &ranks_of_interesting);
+  void contigomer_clone_ordering_run(const number_list &list, const overlap_rule &rule,
+                                     const number_list &list_of_clones_interesting, bool test_interesting,
+                                     bool report_unconnected, contig_shape &shape, number_list &ranks_of_interesting);
 
   // --- Q-overlaps and Q-clones ---
   struct revision_options {
@@ -107,37 +129,49 @@ public:
     std::int32_t n_q_clones = 0;
     bool completed = false;
   };
-  // Revises the current net and saves it. False when the form's rules refuse the options or the user stopped.
-  bool revise_connections(const revision_options &options, revision_summary &summary);
+  // Revises the current net and saves it; the rule's cutoff is the current one. False when the form's rules refuse the
+  // options or the user stopped.
+  bool revise_connections(const overlap_rule &rule, const revision_options &options, revision_summary &summary);
   // `marked_net` is a copy of `net` in which the Q things bear `index`. Each undirected Q edge counts twice.
   void identify_all_Q_connections(const class_net &net, std::int32_t max_rank, class_net &marked_net,
                                   std::int16_t index, bool print, const std::filesystem::path &file, std::int32_t &n_Q);
-  void identify_all_Q_clones(const class_net &net, std::int32_t max_rank, class_net &marked_net, std::int16_t index,
-                             bool print, const std::filesystem::path &file_test, const std::filesystem::path &file_Q,
+  // With an additional cutoff the walks use edges from there on only.
+  void identify_all_Q_clones(const class_net &net, std::int32_t max_rank, std::optional<double> additional_cutoff,
+                             class_net &marked_net, std::int16_t index, bool print,
+                             const std::filesystem::path &file_test, const std::filesystem::path &file_Q,
                              std::int32_t &n_Q);
 
   // Scratch tables lent to walks over the current net; one user at a time.
   net_workspace &workspace() { return workspace_; }
 
 private:
-  void bring_net_up_to_date();
-  bool QQ_form(const revision_options &options);
-  void shape_of_list(const number_list &list, bool use_end_width, bool with_status, contig_shape &shape);
-  void read_text_net_and_save(const std::filesystem::path &file, const std::string &name, bool &ok);
+  void create_net(const number_list &list, std::int32_t n, const overlap_rule &rule, class_net &net,
+                  number_list &net_list);
+  void compare_list(const number_list &list, std::int32_t n, const overlap_rule &rule, class_net &net);
+  void create_sub_net_by_rule(const number_list &list, std::int32_t n, bool same_metric, const overlap_rule &rule,
+                              const class_net &net_in, class_net &net);
+  void create_sub_net_plus_markers(const number_list &list, std::int32_t n, const overlap_rule &rule,
+                                   const class_net &net_in, class_net &net);
+  void bring_net_to_rule(const overlap_rule &rule);
+  void shape_of_list(const number_list &list, const overlap_rule &rule, bool use_end_width, bool with_status,
+                     contig_shape &shape);
+  void read_text_net_and_save(const text_net_reading &wanted, const std::filesystem::path &file, bool &ok);
 
-  metric_context &context_;
+  const metric_context &context_;
+  std::function<void()> net_is_loaded_;
   class_net net_;
   net_workspace workspace_;
 };
 
+// The form's proposal lies so far above the cutoff in use.
+inline constexpr double QQ_proposed_step = 10;
 // The form's rules for the additional cutoff: empty when accepted, otherwise the text of its message.
 std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff);
 // Begin and names of the revision's reports: "cutoff" and the cutoff in letters and digits only.
-std::string QQ_report_base(const project_settings &settings);
-std::vector<std::string> QQ_report_names(const project_settings &settings, bool q_overlaps, bool q_clones);
+std::string QQ_report_base(const overlap_rule &rule);
+std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones);
 // Names of the two nets without needless zeros and with two decimals, as the commands propose them.
-std::string net_signif_file_name(const project_settings &settings); // net_signif_Sulston_1988_15.00.ORBns
-std::string net_noQQ_file_name(const project_settings &settings,
-                               double additional_cutoff); // net_signif_noQQ_15_25.ORBns
+std::string net_signif_file_name(const overlap_rule &rule); // net_signif_Sulston_1988_15.00.ORBns
+std::string net_noQQ_file_name(const overlap_rule &rule, double additional_cutoff); // net_signif_noQQ_15_25.ORBns
 
 } // namespace orb

@@ -9,6 +9,8 @@
 #include "frame/worker_blocks.h"
 #include "metrics/class_clone_dist_general.h"
 #include "net/class_clone_net_signif.h"
+#include "net/derived_nets.h"
+#include "net/net_as_text.h"
 #include "pairs/half_net.h"
 
 namespace orb {
@@ -88,21 +90,14 @@ bool metric_uses_table(std::int16_t distance_index) {
          distance_index == family::DISTANCE_INDEX_Sulston_1988_frec_get();
 }
 
-std::string metric_and_cutoff(const project_settings &settings) {
-  return family::name_of_cutoff_distance(settings.distance_index) + "_" + number_text(settings.cutoff, 2);
+std::string metric_and_cutoff(const overlap_rule &rule) {
+  return family::name_of_cutoff_distance(rule.distance_index) + "_" + number_text(rule.cutoff, 2);
 }
 
 // The value that a reader gets from the text net.
 double as_read_back(double value) {
   number_from_text_silent(number_text(value, 2), value);
   return value;
-}
-
-void append_overlap(std::string &text, const class_DB_of_clones &database, clone_number partner, double value,
-                    std::int16_t code) {
-  text += "\r\n" + std::to_string(partner) + "\t" + database.name_of_clone_get(partner) + "\t" + number_text(value, 2);
-  if (code != 0)
-    text += "\tabs" + std::to_string(code);
 }
 
 // The text net of one run: parts, rows, and the order in which they go to the file.
@@ -164,16 +159,15 @@ public:
       : context_(context), n_(context.database.total_number_of_clones_get()) {}
 
   // `row_done(i, n, text)` runs on the calling thread in clone order; false ends the run. `chunk_done(i)` follows the
-  // last row of some, likewise.
-  void of_net(const class_net &net, clone_number start, const row_function &row_done,
+  // last row of some, likewise. Of the net the overlaps from `cutoff` on.
+  void of_net(const class_net &net, double cutoff, clone_number start, const row_function &row_done,
               const chunk_function &chunk_done) {
     constexpr clone_number rows_in_chunk = 1024;
-    const double cutoff = context_.settings.cutoff;
     const auto row_text = [&](clone_number i, std::string &overlaps) {
       std::int32_t count = 0;
       for (const net_edge &edge : net.edges_of_vertex(i))
         if (edge.value >= cutoff) {
-          append_overlap(overlaps, context_.database, edge.neighbour, edge.value, edge.index2);
+          text_net_overlap_append(overlaps, context_.database, edge.neighbour, edge.value, edge.index2);
           ++count;
         }
       return count;
@@ -186,7 +180,7 @@ public:
                 const std::function<bool()> &go_on) {
     const auto row_text = [&](clone_number i, std::string &overlaps) {
       for (const pair_record &record : rows.row(i))
-        append_overlap(overlaps, context_.database, record.partner, record.value, record.code);
+        text_net_overlap_append(overlaps, context_.database, record.partner, record.value, record.code);
       return static_cast<std::int32_t>(rows.row(i).size());
     };
     rows.run(
@@ -207,8 +201,7 @@ private:
         std::string overlaps;
         const auto at = static_cast<std::size_t>(i - first);
         counts_[at] = row_text(i, overlaps);
-        texts_[at] = "clone\t" + std::to_string(i) + "\t" + context_.database.name_of_clone_get(i) + "\t" +
-                     std::to_string(counts_[at]) + overlaps;
+        texts_[at] = text_net_block(context_.database, i, counts_[at], overlaps);
       }
     };
     run_in_blocks(first, last, last - first + 1, 16, context_.settings.threads, write, {});
@@ -237,7 +230,7 @@ bool asked_to_subdivide(process_frame &frame, std::int32_t n) {
   return frame.yes(asked);
 }
 
-std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &context) {
+std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &context, double cutoff) {
   question asked;
   asked.text = "Preprocess?";
   asked.title = "ORB";
@@ -245,8 +238,7 @@ std::unique_ptr<class_clone_dist_FPC> asked_preprocessing(const metric_context &
   if (!context.frame.yes(asked))
     return nullptr;
   auto significant = std::make_unique<class_clone_dist_FPC>();
-  significant->create_sulston_significant_table(context.frame, context.settings.cutoff, context.database,
-                                                context.usable_values);
+  significant->create_sulston_significant_table(context.frame, cutoff, context.database, context.usable_values);
   context.frame.message("Pre-calculation is finished.");
   return significant;
 }
@@ -259,9 +251,9 @@ std::int32_t asked_start(process_frame &frame) {
   return static_cast<std::int32_t>(std::min(typed, 2147483646.0));
 }
 
-std::filesystem::path asked_text_file(process_frame &frame, const project_settings &settings) {
+std::filesystem::path asked_text_file(process_frame &frame, const overlap_rule &rule) {
   return frame.save_file_dialog_checked("Print significant overlaps to text file",
-                                        "signif_overlaps_" + metric_and_cutoff(settings) + ".txt",
+                                        "signif_overlaps_" + metric_and_cutoff(rule) + ".txt",
                                         "Text files (*.txt)|*.txt");
 }
 
@@ -297,27 +289,27 @@ struct row_printer {
   }
 };
 
-// The rows of a net. False when refused.
-bool print_rows(const metric_context &context, const class_net &net, text_net_writer &writer, overlap_watch &watch,
-                std::int32_t start) {
+// The rows of a net, overlaps from `cutoff` on. False when refused.
+bool print_rows(const metric_context &context, const class_net &net, double cutoff, text_net_writer &writer,
+                overlap_watch &watch, std::int32_t start) {
   row_printer printer{context.frame, writer, watch, context.database.total_number_of_clones_get()};
   text_rows(context).of_net(
-      net, start,
+      net, cutoff, start,
       [&](clone_number i, std::int32_t count, const std::string &text) { return printer.row_done(i, count, text); },
       [&](clone_number i) { return printer.chunk_done(i); });
   return !printer.refused;
 }
 
 // The rows of all clones compared with all others.
-bool compare_and_print_rows(const metric_context &context, const class_clone_dist_FPC *significant, bool unite_versions,
-                            text_net_writer &writer, overlap_watch &watch, std::int32_t start) {
-  const project_settings &settings = context.settings;
+bool compare_and_print_rows(const metric_context &context, const overlap_rule &rule,
+                            const class_clone_dist_FPC *significant, bool unite_versions, text_net_writer &writer,
+                            overlap_watch &watch, std::int32_t start) {
+  const int threads = context.settings.threads;
   row_printer printer{context.frame, writer, watch, context.database.total_number_of_clones_get()};
   try {
     const pair_elements elements = pair_elements::of_library(context.database, unite_versions);
-    pair_kernel kernel(context, settings.distance_index, settings.cutoff, settings.burying, significant,
-                       settings.threads);
-    overlap_rows rows(kernel, elements, row_partners::all, settings.threads);
+    pair_kernel kernel(context, rule, significant, threads);
+    overlap_rows rows(kernel, elements, row_partners::all, threads);
     text_rows(context).compared(
         rows, start,
         [&](clone_number i, std::int32_t count, const std::string &text) { return printer.row_done(i, count, text); },
@@ -329,16 +321,15 @@ bool compare_and_print_rows(const metric_context &context, const class_clone_dis
 }
 
 // Each pair of clones once, into `half`. False when the user stopped; `refused` as above.
-bool compare_once(const metric_context &context, bool unite_versions, overlap_watch &watch, half_net &half,
-                  std::int64_t &n_pairs, bool &refused) {
+bool compare_once(const metric_context &context, const overlap_rule &rule, bool unite_versions, overlap_watch &watch,
+                  half_net &half, std::int64_t &n_pairs, bool &refused) {
   process_frame &frame = context.frame;
-  const project_settings &settings = context.settings;
+  const int threads = context.settings.threads;
   const std::int32_t n = context.database.total_number_of_clones_get();
   class_clone_dist_FPC significant;
-  const bool with_table = metric_uses_table(settings.distance_index);
+  const bool with_table = metric_uses_table(rule.distance_index);
   if (with_table)
-    significant.fill_sulston_significant_table(settings.cutoff,
-                                               class_clone_dist_FPC::proposed_table_size(context.database),
+    significant.fill_sulston_significant_table(rule.cutoff, class_clone_dist_FPC::proposed_table_size(context.database),
                                                context.database, context.usable_values);
   std::vector<std::int32_t> n_lower(static_cast<std::size_t>(n) + 1, 0); // overlaps with clones of lower number
   const auto chunk_done = [&](std::int32_t first, std::int32_t last) {
@@ -354,9 +345,8 @@ bool compare_once(const metric_context &context, bool unite_versions, overlap_wa
   };
   try {
     const pair_elements elements = pair_elements::of_library(context.database, unite_versions);
-    pair_kernel kernel(context, settings.distance_index, settings.cutoff, settings.burying,
-                       with_table ? &significant : nullptr, settings.threads);
-    overlap_rows rows(kernel, elements, row_partners::of_higher_number, settings.threads);
+    pair_kernel kernel(context, rule, with_table ? &significant : nullptr, threads);
+    overlap_rows rows(kernel, elements, row_partners::of_higher_number, threads);
     return half.compare(rows, n, chunk_done, [&] { return frame.goes_on(); }) || refused;
   } catch (const zero_frequency &failure) {
     end_on_zero_frequency(frame, failure);
@@ -365,36 +355,35 @@ bool compare_once(const metric_context &context, bool unite_versions, overlap_wa
 
 } // namespace
 
-bool class_clone_net_signif::create_file_with_significant_connections(const text_net_options &options,
+bool class_clone_net_signif::create_file_with_significant_connections(const overlap_rule &rule,
+                                                                      const text_net_options &options,
                                                                       net_creation_summary &summary) {
   process_frame &frame = context_.frame;
-  const project_settings &settings = context_.settings;
   const class_DB_of_clones &database = context_.database;
   const std::int32_t n = database.total_number_of_clones_get();
   summary = {};
   frame.process_start(process_name);
   frame.step_text_set("Print to text file");
-  metric_is_selected(context_.settings, settings.distance_index);
-  const bool from_net = settings.use_file_with_connections && net_.number_of_vertices_get() == n;
+  const bool from_net = context_.settings.use_file_with_connections && net_.number_of_vertices_get() == n;
   if (from_net)
-    bring_net_up_to_date();
+    bring_net_to_rule(rule);
   const bool unite_versions = versions_are_united(frame, database);
   const bool subdivide = options.parts || asked_to_subdivide(frame, n);
-  const std::filesystem::path file = options.file.empty() ? asked_text_file(frame, settings) : options.file;
+  const std::filesystem::path file = options.file.empty() ? asked_text_file(frame, rule) : options.file;
   if (file.empty()) {
     frame.process_canceled();
     return false;
   }
   std::unique_ptr<class_clone_dist_FPC> significant;
   if (!from_net)
-    significant = asked_preprocessing(context_);
+    significant = asked_preprocessing(context_, rule.cutoff);
   const std::int32_t start = options.start_clone > 0 ? options.start_clone : asked_start(frame);
 
   overlap_watch watch(frame, database, summary);
   text_net_writer writer(file, n, start, subdivide);
-  const bool refused = from_net
-                           ? !print_rows(context_, net_, writer, watch, start)
-                           : !compare_and_print_rows(context_, significant.get(), unite_versions, writer, watch, start);
+  const bool refused =
+      from_net ? !print_rows(context_, net_, rule.cutoff, writer, watch, start)
+               : !compare_and_print_rows(context_, rule, significant.get(), unite_versions, writer, watch, start);
   summary.n_pairs = from_net ? 0 : std::int64_t{n - 1} * writer.n_rows();
   writer.close();
   if (frame.stop_requested_get()) {
@@ -411,45 +400,30 @@ bool class_clone_net_signif::create_file_with_significant_connections(const text
   watch.closing_box("File with net of significant clone overlaps is created.");
   if (start == 1 && is_to_be_loaded(frame)) {
     bool ok = false;
-    read_file_with_significant_connections(writer.to_load(), "_" + metric_and_cutoff(settings), false, subdivide, ok);
+    read_file_with_significant_connections(writer.to_load(), "_" + metric_and_cutoff(rule), false, subdivide, ok);
   }
   return true;
 }
 
 // Brings the loaded net to the metric and markers in use before it is printed.
-void class_clone_net_signif::bring_net_up_to_date() {
-  const project_settings &settings = context_.settings;
-  const std::int32_t n = net_.number_of_vertices_get();
-  if (settings.same_metric_as_net && !settings.markers_in_clones)
-    return;
-  const number_list all = number_list::range(1, n);
-  class_net changed;
-  if (settings.markers_in_clones) {
-    create_sub_net_same_metric_plus_markers(all, n, settings.distance_index, settings.cutoff, settings.burying, net_,
-                                            changed);
-    net_ = std::move(changed);
-    changed = class_net();
-  }
-  if (!settings.same_metric_as_net) {
-    create_sub_net_different_metric_or_cutoff(all, n, false, settings.distance_index, settings.cutoff, settings.burying,
-                                              net_, changed);
-    net_ = std::move(changed);
-  }
+// Where work starts from a loaded net it is brought to the rule first, in the two steps that the settings ask for.
+void class_clone_net_signif::bring_net_to_rule(const overlap_rule &rule) {
+  const net_by_rule_options wanted{context_.settings.same_metric_as_net, context_.settings.markers_in_clones};
+  if (!wanted.same_metric || wanted.with_markers)
+    create_net_by_rule(*this, net_, rule, wanted, net_);
 }
 
-bool class_clone_net_signif::create_net_in_memory(net_creation_summary &summary) {
+bool class_clone_net_signif::create_net_in_memory(const overlap_rule &rule, net_creation_summary &summary) {
   process_frame &frame = context_.frame;
-  const project_settings &settings = context_.settings;
   const class_DB_of_clones &database = context_.database;
   summary = {};
   frame.process_start(process_name);
   frame.step_text_set("Compare all pairs of clones");
-  metric_is_selected(context_.settings, settings.distance_index);
   const bool unite_versions = versions_are_united(frame, database);
   overlap_watch watch(frame, database, summary);
   half_net half;
   bool refused = false;
-  if (!compare_once(context_, unite_versions, watch, half, summary.n_pairs, refused)) {
+  if (!compare_once(context_, rule, unite_versions, watch, half, summary.n_pairs, refused)) {
     frame.process_stopped_manually();
     return false;
   }

@@ -39,17 +39,17 @@ number_list by_position(const number_list &by_vertex, const number_list &net_lis
 
 // All ordered pairs, each direction by itself.
 void compare_small_list(const metric_context &context, const number_list &list, std::int32_t n,
-                        std::int16_t distance_index, double cutoff, double burying, class_net &net) {
-  class_clone_dist_calc calc(context);
+                        const overlap_rule &rule, class_net &net) {
+  class_clone_dist_calc calc(context, rule.weights);
   net.inicializate_net(n, net.max_n_edges_for_n_of_vertices(n, -1));
   for (vertex_number v = 1; v <= n; ++v) {
     net.add_vertex_fast(0);
     for (vertex_number w = 1; w <= n; ++w) {
       if (v == w)
         continue;
-      const double value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), distance_index);
-      if (value >= cutoff)
-        net.add_edge_fast(v, w, value, 0, calc.burring_index_get(burying));
+      const double value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), rule.distance_index);
+      if (value >= rule.cutoff)
+        net.add_edge_fast(v, w, value, 0, calc.burring_index_get(rule.burying));
     }
   }
   net.finish_of_adding();
@@ -58,19 +58,20 @@ void compare_small_list(const metric_context &context, const number_list &list, 
 
 // The same net: both directions of a pair give the same score, so each pair is compared once, on all cores. A stop
 // request leaves the rest out.
-void compare_large_list(const metric_context &context, std::span<const clone_number> list, std::int16_t distance_index,
-                        double cutoff, double burying, class_net &net) {
+void compare_large_list(const metric_context &context, std::span<const clone_number> list, const overlap_rule &rule,
+                        class_net &net) {
   process_frame &frame = context.frame;
   const int threads = context.settings.threads;
   class_clone_dist_FPC significant;
-  const bool with_table = distance_index == class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get() && cutoff > 0;
+  const bool with_table =
+      rule.distance_index == class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get() && rule.cutoff > 0;
   if (with_table)
-    significant.fill_sulston_significant_table(cutoff, class_clone_dist_FPC::proposed_table_size(context.database),
+    significant.fill_sulston_significant_table(rule.cutoff, class_clone_dist_FPC::proposed_table_size(context.database),
                                                context.database, context.usable_values);
   half_net half;
   try {
     const pair_elements elements = pair_elements::of_list(list);
-    pair_kernel kernel(context, distance_index, cutoff, burying, with_table ? &significant : nullptr, threads);
+    pair_kernel kernel(context, rule, with_table ? &significant : nullptr, threads);
     overlap_rows rows(kernel, elements, row_partners::of_higher_number, threads);
     const auto go_on = [&] { return frame.goes_on(); };
     const auto chunk_done = [&](std::int32_t, std::int32_t last) {
@@ -90,44 +91,54 @@ void compare_large_list(const metric_context &context, std::span<const clone_num
 
 void class_clone_net_signif::create_net_general(const number_list &list, std::int32_t n, std::int16_t distance_index,
                                                 double cutoff, double burying, class_net &net, number_list &net_list) {
+  create_net(list, n, rule_of_metric(distance_index, cutoff, burying), net, net_list);
+}
+
+void class_clone_net_signif::create_net_general_run(const number_list &list, const overlap_rule &rule, class_net &net,
+                                                    number_list &net_list) {
+  create_net(list, list.count(), rule, net, net_list);
+}
+
+void class_clone_net_signif::create_net(const number_list &list, std::int32_t n, const overlap_rule &rule,
+                                        class_net &net, number_list &net_list) {
   net_list = number_list::range(1, n);
   if (!context_.settings.use_file_with_connections) {
-    create_net_without_using_previous_net(list, n, distance_index, cutoff, burying, net);
+    compare_list(list, n, rule, net);
     return;
   }
   number_list sorted = first_of(list, n);
   class_net cut;
   net_.create_sub_net(sorted, n, false, &net_list, cut, workspace_);
-  create_sub_net_different_metric_or_cutoff(sorted, n, context_.settings.same_metric_as_net, distance_index, cutoff,
-                                            burying, cut, net);
-}
-
-void class_clone_net_signif::create_net_general_run(const number_list &list, class_net &net, number_list &net_list) {
-  const project_settings &settings = context_.settings;
-  create_net_general(list, list.count(), settings.distance_index, settings.cutoff, settings.burying, net, net_list);
+  create_sub_net_by_rule(sorted, n, context_.settings.same_metric_as_net, rule, cut, net);
 }
 
 void class_clone_net_signif::create_net_without_using_previous_net(const number_list &list, std::int32_t n,
                                                                    std::int16_t distance_index, double cutoff,
                                                                    double burying, class_net &net) {
-  metric_is_selected(context_.settings, distance_index);
+  compare_list(list, n, rule_of_metric(distance_index, cutoff, burying), net);
+}
+
+void class_clone_net_signif::compare_list(const number_list &list, std::int32_t n, const overlap_rule &rule,
+                                          class_net &net) {
   if (n >= clones_for_kernel)
-    compare_large_list(context_, list.members().first(static_cast<std::size_t>(n)), distance_index, cutoff, burying,
-                       net);
+    compare_large_list(context_, list.members().first(static_cast<std::size_t>(n)), rule, net);
   else
-    compare_small_list(context_, list, n, distance_index, cutoff, burying, net);
+    compare_small_list(context_, list, n, rule, net);
 }
 
 void class_clone_net_signif::create_sub_net_different_metric_or_cutoff(const number_list &list, std::int32_t n,
                                                                        bool same_metric, std::int16_t distance_index,
                                                                        double cutoff, double burying,
                                                                        const class_net &net_in, class_net &net) {
+  create_sub_net_by_rule(list, n, same_metric, rule_of_metric(distance_index, cutoff, burying), net_in, net);
+}
+
+void class_clone_net_signif::create_sub_net_by_rule(const number_list &list, std::int32_t n, bool same_metric,
+                                                    const overlap_rule &rule, const class_net &net_in, class_net &net) {
   process_frame &frame = context_.frame;
   if (n > clones_for_status)
     frame.step_text_set("creation of subnet");
-  if (!same_metric)
-    metric_is_selected(context_.settings, distance_index);
-  class_clone_dist_calc calc(context_);
+  class_clone_dist_calc calc(context_, rule.weights);
   class_net made;
   made.inicializate_net(n, net_in.number_of_edges_get());
   for (vertex_number v = 1; v <= n; ++v) {
@@ -136,10 +147,10 @@ void class_clone_net_signif::create_sub_net_different_metric_or_cutoff(const num
       double value = edge.value;
       std::int16_t code = edge.index2;
       if (!same_metric) {
-        value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(edge.neighbour), distance_index);
-        code = calc.burring_index_get(burying);
+        value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(edge.neighbour), rule.distance_index);
+        code = calc.burring_index_get(rule.burying);
       }
-      if (value >= cutoff)
+      if (value >= rule.cutoff)
         made.add_edge_fast(v, edge.neighbour, value, edge.index1, code);
     }
     if (n > clones_for_status && v % clones_for_status == 0)
@@ -154,11 +165,16 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
                                                                      std::int16_t distance_index, double cutoff,
                                                                      double burying, const class_net &net_in,
                                                                      class_net &net) {
+  create_sub_net_plus_markers(list, n, rule_of_metric(distance_index, cutoff, burying), net_in, net);
+}
+
+void class_clone_net_signif::create_sub_net_plus_markers(const number_list &list, std::int32_t n,
+                                                         const overlap_rule &rule, const class_net &net_in,
+                                                         class_net &net) {
   process_frame &frame = context_.frame;
   frame.step_text_set("creation of subnet plus markers");
-  metric_is_selected(context_.settings, distance_index);
   const class_markers &markers = context_.database.markers();
-  class_clone_dist_calc calc(context_);
+  class_clone_dist_calc calc(context_, rule.weights);
   class_net made;
   made.inicializate_net(n, net_in.number_of_edges_get());
   for (vertex_number v = 1; v <= n; ++v) {
@@ -172,10 +188,10 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
       std::int16_t index1 = 0, code = 0;
       const bool found = n_common < 1 && net_in.overlap_of_pair(v, w, value, index1, code);
       if (n_common >= 1) {
-        value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), distance_index);
-        code = calc.burring_index_get(burying);
+        value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(w), rule.distance_index);
+        code = calc.burring_index_get(rule.burying);
       }
-      if ((found || n_common >= 1) && value >= cutoff)
+      if ((found || n_common >= 1) && value >= rule.cutoff)
         made.add_edge_fast(v, w, value, index1, code);
     }
     if (v % clones_for_status == 0)
@@ -186,18 +202,18 @@ void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const numbe
   net = std::move(made);
 }
 
-void class_clone_net_signif::shape_of_list(const number_list &list, bool use_end_width, bool with_status,
-                                           contig_shape &shape) {
+void class_clone_net_signif::shape_of_list(const number_list &list, const overlap_rule &rule, bool use_end_width,
+                                           bool with_status, contig_shape &shape) {
   shape = {};
   if (list.empty())
     return;
   class_net net;
   number_list net_list, path, far, ranks_from_path, ranks_from_start;
-  create_net_general_run(list, net, net_list);
+  create_net_general_run(list, rule, net, net_list);
   if (with_status && list.count() > clones_for_ordering_status)
     context_.frame.local_process_text_set("nv=" + std::to_string(net.number_of_vertices_get()) +
                                           ", ne=" + std::to_string(net.number_of_edges_get()) +
-                                          ", cutoff=" + number_text(context_.settings.cutoff, 2));
+                                          ", cutoff=" + number_text(rule.cutoff, 2));
   net.calculate_net_diam_and_width(context_.frame, use_end_width, shape.radius, shape.diameter, path, shape.width, far,
                                    ranks_from_path, ranks_from_start);
   shape.path = positions_of(path, net_list);
@@ -206,20 +222,21 @@ void class_clone_net_signif::shape_of_list(const number_list &list, bool use_end
   shape.ranks_from_start = by_position(ranks_from_start, net_list);
 }
 
-void class_clone_net_signif::contigomer(const number_list &list, contig_shape &shape) {
-  shape_of_list(list, false, false, shape);
+void class_clone_net_signif::contigomer(const number_list &list, const overlap_rule &rule, contig_shape &shape) {
+  shape_of_list(list, rule, false, false, shape);
 }
 
-void class_clone_net_signif::contigomer_clone_ordering(const number_list &list, contig_shape &shape) {
-  shape_of_list(list, true, true, shape);
+void class_clone_net_signif::contigomer_clone_ordering(const number_list &list, const overlap_rule &rule,
+                                                       contig_shape &shape) {
+  shape_of_list(list, rule, true, true, shape);
 }
 
-void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &list,
+void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &list, const overlap_rule &rule,
                                                            const number_list &list_of_clones_interesting,
                                                            bool test_interesting, bool report_unconnected,
                                                            contig_shape &shape, number_list &ranks_of_interesting) {
   process_frame &frame = context_.frame;
-  contigomer_clone_ordering(list, shape);
+  contigomer_clone_ordering(list, rule, shape);
   if (shape.width < 0 && report_unconnected)
     frame.message("cluster of clones is not connected!");
   const auto clones_of = [&](number_list &positions) {

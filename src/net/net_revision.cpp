@@ -10,6 +10,7 @@
 #include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
 #include "net/class_clone_net_signif.h"
+#include "net/form_setting_QQ.h"
 
 namespace orb {
 
@@ -21,7 +22,6 @@ constexpr const char *overlaps_report = "_Q_overlaps.txt";
 constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";
 constexpr const char *clones_report = "_Q_clones.txt";
 constexpr std::int32_t largest_rank = 50;
-constexpr double proposed_step = 10; // of the additional cutoff above the current one
 constexpr vertex_number vertices_in_block = 1024, vertices_in_piece = 16;
 
 // Name and number of bands of a clone, with a tab between; empty and 0 beyond the library.
@@ -130,12 +130,12 @@ std::string QQ_additional_cutoff_refused(const std::string &text, double current
   return value > current_cutoff ? "" : "Additional cutoff has to be more than current cutoff";
 }
 
-std::string QQ_report_base(const project_settings &settings) {
-  return "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(settings.cutoff));
+std::string QQ_report_base(const overlap_rule &rule) {
+  return "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(rule.cutoff));
 }
 
-std::vector<std::string> QQ_report_names(const project_settings &settings, bool q_overlaps, bool q_clones) {
-  const std::string base = QQ_report_base(settings);
+std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones) {
+  const std::string base = QQ_report_base(rule);
   std::vector<std::string> names;
   if (q_overlaps)
     names.push_back(base + overlaps_report);
@@ -188,12 +188,12 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
   marked_net = std::move(marked);
 }
 
-void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::int32_t max_rank, class_net &marked_net,
+void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::int32_t max_rank,
+                                                   std::optional<double> additional_cutoff, class_net &marked_net,
                                                    std::int16_t index, bool print,
                                                    const std::filesystem::path &file_test,
                                                    const std::filesystem::path &file_Q, std::int32_t &n_Q) {
   process_frame &frame = context_.frame;
-  const project_settings &settings = context_.settings;
   frame.step_text_set("Test for Q-clones");
   class_net marked;
   net.create_net_copy(marked);
@@ -209,9 +209,9 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
   std::vector<clone_verdict> verdicts(vertices_in_block);
   const std::string of_all = " of " + std::to_string(net.number_of_vertices_get());
   const bool completed = for_all_vertices(
-      frame, net, settings.threads,
+      frame, net, context_.settings.threads,
       [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &) {
-        net.vertex_net_characteristics(v, settings.QQ_use_additional_cutoff, settings.QQ_additional_cutoff,
+        net.vertex_net_characteristics(v, additional_cutoff.has_value(), additional_cutoff.value_or(0),
                                        verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, space.walk);
       },
       [&](vertex_number v, std::size_t place) {
@@ -236,45 +236,23 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
   marked_net = std::move(marked);
 }
 
-// What the form settles: additional cutoff and file. False when its rules refuse them.
-bool class_clone_net_signif::QQ_form(const revision_options &options) {
+// Nothing when the form's rules refuse the options or no file was chosen.
+bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const revision_options &options,
+                                                revision_summary &summary) {
   process_frame &frame = context_.frame;
-  project_settings &settings = context_.settings;
-  settings.QQ_use_additional_cutoff = false;
-  const std::string typed = options.additional_cutoff.empty() ? number_text_shortest(settings.cutoff + proposed_step)
-                                                              : options.additional_cutoff;
-  const std::string refused = QQ_additional_cutoff_refused(typed, settings.cutoff);
-  if (!refused.empty()) {
-    frame.message(refused);
-    return false;
-  }
-  double additional = 0;
-  number_from_text_silent(typed, additional);
-  std::filesystem::path file = options.file;
-  if (file.empty())
-    file = frame.save_file_dialog_checked(
-        "Resulted net of significant clone overlaps (without Qs) save to... (in the ORB-specific format)",
-        net_noQQ_file_name(settings, additional), "ORB-Net Signif files (*.ORBns)|*.ORBns");
-  if (file.empty())
-    return false;
-  settings.QQ_use_additional_cutoff = true;
-  settings.QQ_additional_cutoff = additional;
-  settings.QQ_file = file.string();
-  return true;
-}
-
-bool class_clone_net_signif::revise_connections(const revision_options &options, revision_summary &summary) {
-  process_frame &frame = context_.frame;
-  const project_settings &settings = context_.settings;
   summary = {};
-  if (!QQ_form(options))
+  FrmSettingQQ form;
+  form.show(rule.cutoff);
+  if (!options.additional_cutoff.empty())
+    form.t_min_cutoff = options.additional_cutoff;
+  if (!form.c_ok(frame, options.file))
     return false;
   const std::string status = "Revise connections (Q-overlaps & Q-clones)...";
-  const std::filesystem::path file = settings.QQ_file, folder = file.parent_path();
+  const std::filesystem::path &file = form.QQ_file, folder = file.parent_path();
   frame.process_start(status);
-  frame.step_text_set(settings.QQ_file);
-  frame.log_line(status + " to file " + settings.QQ_file);
-  const std::string base = QQ_report_base(settings);
+  frame.step_text_set(file.string());
+  frame.log_line(status + " to file " + file.string());
+  const std::string base = QQ_report_base(rule);
   std::int32_t max_rank = options.max_rank;
   if (max_rank < 1 || max_rank > largest_rank)
     max_rank =
@@ -291,7 +269,7 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
     net_is_revised = true;
   }
   if (options.q_clones && !frame.stop_requested_get()) {
-    identify_all_Q_clones(net_is_revised ? revised : net_, max_rank, marked, q_mark, true,
+    identify_all_Q_clones(net_is_revised ? revised : net_, max_rank, form.QQ_additional_cutoff, marked, q_mark, true,
                           folder / (base + test_report_of_clones), folder / (base + clones_report), summary.n_q_clones);
     class_net without_Q;
     marked.create_sub_net_with_disconnected_vertices_index(q_mark, without_Q);
@@ -303,7 +281,7 @@ bool class_clone_net_signif::revise_connections(const revision_options &options,
     return false;
   }
   (net_is_revised ? revised : net_).save_net_type(frame, file);
-  frame.log_line("New net saved to file " + settings.QQ_file);
+  frame.log_line("New net saved to file " + file.string());
   bool ok = false;
   net_.read_net_type(frame, file, ok, -1);
   if (ok)

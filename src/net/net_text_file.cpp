@@ -53,12 +53,12 @@ public:
       : context_(context), frame_(context.frame), limits_(limits), n_(context.database.total_number_of_clones_get()) {}
 
   // False when the user dropped out, or the file is refused.
-  bool run(const std::filesystem::path &file) {
+  bool run(const std::filesystem::path &file, overlaps_wanted wanted) {
     limits_.status.assign(static_cast<std::size_t>(n_) + 1, 0);
     question all;
     all.text = "All overlaps?";
     all.by_default = answer::yes;
-    if (frame_.yes(all))
+    if (wanted == overlaps_wanted::all || (wanted == overlaps_wanted::ask && frame_.yes(all)))
       return true;
     limits_.n_status = 2;
     double typed = 0;
@@ -168,12 +168,13 @@ private:
 
 } // namespace
 
-void class_clone_net_signif::read_text_net(const std::filesystem::path &file, class_net &net, bool &ok) {
+void class_clone_net_signif::read_text_net(const std::filesystem::path &file, class_net &net, bool &ok,
+                                           overlaps_wanted wanted) {
   process_frame &frame = context_.frame;
   const std::int32_t n = context_.database.total_number_of_clones_get();
   ok = false;
   overlap_limits limits;
-  if (!overlap_limits_choice(context_, limits).run(file))
+  if (!overlap_limits_choice(context_, limits).run(file, wanted))
     return;
   class_net read;
   read.inicializate_net(n, read.max_n_edges_for_n_of_vertices(n, -1));

@@ -108,18 +108,19 @@ class_clone_ord_and_verif::class_clone_ord_and_verif(const metric_context &conte
 
 // ---- steps of the computation --------------------------------------------------------------------------------------
 
-void class_clone_ord_and_verif::create_clone_is_not_excluded(const number_list &list, std::int32_t n, double absorb,
+void class_clone_ord_and_verif::create_clone_is_not_excluded(const number_list &list, std::int32_t n,
+                                                             const overlap_rule &rule,
                                                              std::vector<std::int16_t> &clone_is_not_excluded,
                                                              const metric_context &context,
                                                              const std::atomic<bool> *stop) {
   clone_is_not_excluded.assign(place(n) + 1, 1);
-  class_clone_dist_calc calc(context);
+  class_clone_dist_calc calc(context, sums_weights(rule));
   for (std::int32_t i = 1; i <= n; ++i)
     for (std::int32_t j = i + 1; j <= n; ++j) {
       if (j % poll_stride == 0 && stopped(stop))
         return;
       calc.start_of_distance_calculation(list(i), list(j));
-      const std::int16_t buried = calc.burring_index_get(absorb);
+      const std::int16_t buried = calc.burring_index_get(rule.burying);
       if (buried == 1 || buried == 3)
         clone_is_not_excluded[place(i)] = 0;
       else if (buried == 2)
@@ -127,43 +128,40 @@ void class_clone_ord_and_verif::create_clone_is_not_excluded(const number_list &
     }
 }
 
-void class_clone_ord_and_verif::calculate_Rij(clone_number clone_1, clone_number clone_2, double absorb,
-                                              std::int16_t distance_index, double cutoff, class_clone_dist_calc &calc,
-                                              std::int16_t &buried, double &Rij) const {
+void class_clone_ord_and_verif::calculate_Rij(clone_number clone_1, clone_number clone_2, const overlap_rule &rule,
+                                              class_clone_dist_calc &calc, std::int16_t &buried, double &Rij) const {
   double value = 0;
   buried = 0;
   if (context_->settings.net_in_ordering) {
     double value_of_net = 0;
     std::int16_t mark = 0;
     if (net_ != nullptr && net_->overlap_of_pair(clone_1, clone_2, value_of_net, mark, buried))
-      value = calc.minus_log10_p_value_of_clone_overlapping(clone_1, clone_2, distance_index);
+      value = calc.minus_log10_p_value_of_clone_overlapping(clone_1, clone_2, rule.distance_index);
   } else {
-    value = calc.minus_log10_p_value_of_clone_overlapping(clone_1, clone_2, distance_index);
-    buried = calc.burring_index_get(absorb);
+    value = calc.minus_log10_p_value_of_clone_overlapping(clone_1, clone_2, rule.distance_index);
+    buried = calc.burring_index_get(rule.burying);
   }
   value = std::max(value, 1.0);
-  Rij = value <= cutoff ? no_link : link_less_score - value;
+  Rij = value <= rule.cutoff ? no_link : link_less_score - value;
 }
 
 void class_clone_ord_and_verif::print_distance_matrix(const number_list &list, const number_list &list_not_excluded,
-                                                      double absorb, std::int16_t distance_index, double cutoff,
-                                                      const metric_context &context, square_array<double> &matrix,
-                                                      std::int32_t &n_used, double &time_limit,
-                                                      std::int32_t &neighbour_rank,
+                                                      const overlap_rule &rule, const metric_context &context,
+                                                      square_array<double> &matrix, std::int32_t &n_used,
+                                                      double &time_limit, std::int32_t &neighbour_rank,
                                                       const std::atomic<bool> *stop) const {
   n_used = list_not_excluded.count();
   time_limit = options_.seconds;
   neighbour_rank = options_.neighbour_rank;
   matrix.assign(n_used);
-  class_clone_dist_calc calc(context);
+  class_clone_dist_calc calc(context, rule.weights);
   std::int16_t buried = 0;
   for (std::int32_t i = 1; i <= n_used; ++i)
     for (std::int32_t j = i + 1; j <= n_used; ++j) {
       if (j % poll_stride == 0 && stopped(stop))
         return;
       double Rij = 0;
-      calculate_Rij(list(list_not_excluded(i)), list(list_not_excluded(j)), absorb, distance_index, cutoff, calc,
-                    buried, Rij);
+      calculate_Rij(list(list_not_excluded(i)), list(list_not_excluded(j)), rule, calc, buried, Rij);
       matrix(i, j) = matrix(j, i) = Rij;
     }
 }
@@ -174,14 +172,12 @@ void class_clone_ord_and_verif::prepare(const ordering_task &task, ordering_work
                                         const std::atomic<bool> *stop) const {
   work = {};
   work.task = task;
-  work.distance_index = context_->settings.distance_index;
-  work.cutoff = task.cutoff.value_or(context_->settings.cutoff);
   work.runs.resize(place(std::max(options_.t_JK_N, 0)) + 1);
   ordering_run &first = work.runs.front();
   process_frame own_frame(log_keeper(first.log));
   const metric_context own{own_frame, context_->settings, context_->database, context_->usable_values, context_->table};
   try {
-    create_clone_is_not_excluded(task.list, task.list.count(), task.absorb, work.clone_is_not_excluded, own, stop);
+    create_clone_is_not_excluded(task.list, task.list.count(), task.rule, work.clone_is_not_excluded, own, stop);
   } catch (const program_end &end) {
     first.failure = end.what();
     first.failure_status = end.status();
@@ -211,8 +207,8 @@ void class_clone_ord_and_verif::compute_run(ordering_work &work, std::int32_t r,
     } else if (!as_they_are) {
       own_usable.JK_on_bands_set(false);
     }
-    print_distance_matrix(work.task.list, work.list_not_excluded, work.task.absorb, work.distance_index, work.cutoff,
-                          own, matrix, n_used, time_limit, neighbour_rank, stop);
+    print_distance_matrix(work.task.list, work.list_not_excluded, work.task.rule, own, matrix, n_used, time_limit,
+                          neighbour_rank, stop);
   } catch (const program_end &end) {
     run.failure = end.what();
     run.failure_status = end.status();
@@ -319,15 +315,15 @@ void class_clone_ord_and_verif::conclude(ordering_work &work) const {
   }
   const metric_context own{context_->frame, context_->settings, context_->database,
                            as_they_are ? context_->usable_values : all_bands, context_->table};
-  class_clone_dist_calc calc(own);
+  class_clone_dist_calc calc(own, work.task.rule.weights);
   const std::vector<std::int32_t> &order = work.consensus.order;
   double sum = 0;
   for (std::size_t i = 1; i < order.size(); ++i) {
     std::int16_t buried = 0;
     double Rij = 0;
     const auto clone = [&](std::int32_t p) { return work.task.list(work.list_not_excluded(p)); };
-    calculate_Rij(clone(std::min(order[i - 1], order[i])), clone(std::max(order[i - 1], order[i])), work.task.absorb,
-                  work.distance_index, work.cutoff, calc, buried, Rij);
+    calculate_Rij(clone(std::min(order[i - 1], order[i])), clone(std::max(order[i - 1], order[i])), work.task.rule,
+                  calc, buried, Rij);
     sum += Rij;
   }
   work.consensus.length = order.empty() ? 0 : sum / static_cast<double>(order.size());
@@ -336,15 +332,15 @@ void class_clone_ord_and_verif::conclude(ordering_work &work) const {
 
 // ---- one contig by itself ------------------------------------------------------------------------------------------
 
-void class_clone_ord_and_verif::run_JK_on_bands(const number_list &list, std::int32_t n, double absorb,
+void class_clone_ord_and_verif::run_JK_on_bands(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                                 const std::string &name, bool flag, const std::filesystem::path &folder,
                                                 std::filesystem::path &file_order, std::uint64_t number) {
   std::vector<std::int16_t> clone_is_not_excluded;
   number_list order;
-  run_JK_on_bands_new(list, n, absorb, name, flag, folder, file_order, clone_is_not_excluded, order, number);
+  run_JK_on_bands_new(list, n, rule, name, flag, folder, file_order, clone_is_not_excluded, order, number);
 }
 
-bool class_clone_ord_and_verif::run_JK_on_bands_new(const number_list &list, std::int32_t n, double absorb,
+bool class_clone_ord_and_verif::run_JK_on_bands_new(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                                     const std::string &name, bool flag,
                                                     const std::filesystem::path &folder,
                                                     std::filesystem::path &file_order,
@@ -353,7 +349,7 @@ bool class_clone_ord_and_verif::run_JK_on_bands_new(const number_list &list, std
   file_order.clear();
   clone_is_not_excluded.clear();
   order.clear();
-  const ordering_task task{number_list(list.members().first(place(n))), absorb, name, flag, folder, number, {}};
+  const ordering_task task{number_list(list.members().first(place(n))), rule, name, flag, folder, number};
   std::vector<ordering_work> works;
   if (!compute_all(std::span(&task, 1), works))
     return false;

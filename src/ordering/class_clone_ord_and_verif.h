@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "graph/class_net.h"
 #include "metrics/class_clone_dist_calc.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 #include "ordering/square_array.h"
 #include "ordering/tour_solver.h"
 
@@ -37,12 +37,11 @@ struct ordering_options {
 // One contig to be ordered.
 struct ordering_task {
   number_list list;             // its clones
-  double absorb = 0.9;          // burying fraction, 0 to 1
+  overlap_rule rule;            // cutoff of links, burying fraction of clones left out
   std::string name;             // begins the tail of the file names
   bool flag = true;             // write "Input.dis" and its copies; off: consensus table and solution file instead
   std::filesystem::path folder; // of the files; empty: the working folder
   std::uint64_t number = 0;     // of the contig: its generators are streams of it
-  std::optional<double> cutoff; // unset: the project's when the computation starts
 };
 
 // One search: run 0 on all bands, the others on what the jackknife left.
@@ -61,8 +60,6 @@ struct ordering_run {
 // What the computation gives and the writing takes.
 struct ordering_work {
   ordering_task task;
-  std::int16_t distance_index = 4; // as the settings were at the start
-  double cutoff = 15;
   std::vector<std::int16_t> clone_is_not_excluded; // 1..n by position in the list; 0: buried
   number_list list_not_excluded;                   // positions in the list
   std::vector<ordering_run> runs;                  // 0..N
@@ -94,13 +91,13 @@ public:
   void write(const ordering_work &work, std::filesystem::path &file_order);
 
   // --- one contig ---
-  void run_JK_on_bands(const number_list &list, std::int32_t n, double absorb, const std::string &name, bool flag,
-                       const std::filesystem::path &folder, std::filesystem::path &file_order,
+  void run_JK_on_bands(const number_list &list, std::int32_t n, const overlap_rule &rule, const std::string &name,
+                       bool flag, const std::filesystem::path &folder, std::filesystem::path &file_order,
                        std::uint64_t number = 0);
   // compute_all of one task and write. `order`: places among the clones that aren't excluded. `number`: of the contig,
   // whose generators are its own. Returns false, with empty results and no file, when the user stopped.
-  bool run_JK_on_bands_new(const number_list &list, std::int32_t n, double absorb, const std::string &name, bool flag,
-                           const std::filesystem::path &folder, std::filesystem::path &file_order,
+  bool run_JK_on_bands_new(const number_list &list, std::int32_t n, const overlap_rule &rule, const std::string &name,
+                           bool flag, const std::filesystem::path &folder, std::filesystem::path &file_order,
                            std::vector<std::int16_t> &clone_is_not_excluded, number_list &order,
                            std::uint64_t number = 0);
   // `list_without_buried`: the list without excluded clones, in list order; `list_ordered`: the same in the order.
@@ -114,18 +111,18 @@ public:
   // --- steps of the computation; safe on worker threads with a context of their own ---
   // Every pair of the list is looked at, those with a clone that is excluded already too. O(n^2) band comparisons.
   // `stop` may be null; when it turns true the rest isn't looked at.
-  static void create_clone_is_not_excluded(const number_list &list, std::int32_t n, double absorb,
+  static void create_clone_is_not_excluded(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                            std::vector<std::int16_t> &clone_is_not_excluded,
                                            const metric_context &context, const std::atomic<bool> *stop = nullptr);
   // Distances of all pairs of clones that aren't excluded, 1-based both ways, and what the search is run with.
-  void print_distance_matrix(const number_list &list, const number_list &list_not_excluded, double absorb,
-                             std::int16_t distance_index, double cutoff, const metric_context &context,
-                             square_array<double> &matrix, std::int32_t &n_used, double &time_limit,
-                             std::int32_t &neighbour_rank, const std::atomic<bool> *stop = nullptr) const;
+  void print_distance_matrix(const number_list &list, const number_list &list_not_excluded, const overlap_rule &rule,
+                             const metric_context &context, square_array<double> &matrix, std::int32_t &n_used,
+                             double &time_limit, std::int32_t &neighbour_rank,
+                             const std::atomic<bool> *stop = nullptr) const;
   // Rij: 1000 minus the score of a pair above the cutoff, otherwise 10000, which is no link. `buried`: burial code as
   // seen from clone 1.
-  void calculate_Rij(clone_number clone_1, clone_number clone_2, double absorb, std::int16_t distance_index,
-                     double cutoff, class_clone_dist_calc &calc, std::int16_t &buried, double &Rij) const;
+  void calculate_Rij(clone_number clone_1, clone_number clone_2, const overlap_rule &rule, class_clone_dist_calc &calc,
+                     std::int16_t &buried, double &Rij) const;
 
   // --- texts of the files, lines with their ends ---
   // The table of column `r` of the orders (N + 1: the consensus).

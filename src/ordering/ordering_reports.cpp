@@ -101,8 +101,8 @@ void write_text(const std::filesystem::path &path, const std::string &text) {
 } // namespace
 
 std::string class_clone_ord_and_verif::tail_of_files(const ordering_work &work) {
-  return work.task.name + "_" + class_clone_dist_general::name_of_cutoff_distance(work.distance_index) + "_Cf" +
-         number_text(work.cutoff, 1) + "_p" + number_text(work.task.absorb, 2) + ".txt";
+  return work.task.name + "_" + class_clone_dist_general::name_of_cutoff_distance(work.task.rule.distance_index) +
+         "_Cf" + number_text(work.task.rule.cutoff, 1) + "_p" + number_text(work.task.rule.burying, 2) + ".txt";
 }
 
 std::string class_clone_ord_and_verif::print_order_control(const ordering_work &work, std::int32_t r,

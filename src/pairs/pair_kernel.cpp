@@ -37,23 +37,23 @@ pair_elements pair_elements::of_library(const class_DB_of_clones &database, bool
   return elements;
 }
 
-pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_index, double cutoff, double burying,
+pair_kernel::pair_kernel(const metric_context &context, const overlap_rule &rule,
                          const class_clone_dist_FPC *significant, int threads)
-    : context_(context), distance_index_(distance_index), cutoff_(cutoff), burying_(burying), significant_(significant),
-      skip_by_table_(significant != nullptr && cutoff > 0 &&
-                     distance_index == family::DISTANCE_INDEX_Sulston_1988_get()),
-      with_weights_(context.settings.distance_table_full_mode),
+    : context_(context), distance_index_(rule.distance_index), cutoff_(rule.cutoff), burying_(rule.burying),
+      significant_(significant), skip_by_table_(significant != nullptr && rule.cutoff > 0 &&
+                                                rule.distance_index == family::DISTANCE_INDEX_Sulston_1988_get()),
+      with_weights_(sums_weights(rule)),
       exclude_bands_(!with_weights_ && context.usable_values.JK_on_bands_get() &&
                      context.database.taking_tollerance_into_account_index_get() > 0),
-      with_markers_(distance_index == family::DISTANCE_INDEX_LnnMarkers_get() ||
-                    distance_index == family::DISTANCE_INDEX_k2_frac_mn_Markers_get()),
-      score_by_counts_(distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
-                       distance_index == family::DISTANCE_INDEX_Sulston_1988_get() ||
-                       distance_index == family::DISTANCE_INDEX_Soderlund_1997_get()),
+      with_markers_(distance_index_ == family::DISTANCE_INDEX_LnnMarkers_get() ||
+                    distance_index_ == family::DISTANCE_INDEX_k2_frac_mn_Markers_get()),
+      score_by_counts_(distance_index_ == family::DISTANCE_INDEX_LnnSulston_get() ||
+                       distance_index_ == family::DISTANCE_INDEX_Sulston_1988_get() ||
+                       distance_index_ == family::DISTANCE_INDEX_Soderlund_1997_get()),
       t_(context.database.taking_tollerance_into_account_index_get() > 0 ? context.database.tollerance_get() : 0),
       most_(context.database.total_number_of_different_bands_get()),
-      frequencies_(context.database, distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
-                                             distance_index == family::DISTANCE_INDEX_LnnCuted_get()
+      frequencies_(context.database, distance_index_ == family::DISTANCE_INDEX_LnnSulston_get() ||
+                                             distance_index_ == family::DISTANCE_INDEX_LnnCuted_get()
                                          ? &context.usable_values
                                          : nullptr),
       bands_(context.database.band_array()), first_(context.database.first_band_adress_array()),
@@ -72,7 +72,7 @@ pair_kernel::pair_kernel(const metric_context &context, std::int16_t distance_in
   count_together_ = !with_weights_ && !exclude_bands_ && t_ >= 0;
   if (count_together_)
     lanes_ = band_merge_lanes(bands_, first_, n_clones);
-  least_common_ = std::make_unique<least_common_bands>(context, distance_index, cutoff, significant,
+  least_common_ = std::make_unique<least_common_bands>(context, distance_index_, cutoff_, significant,
                                                        with_weights_ ? largest_weight() : 0);
 }
 

@@ -12,6 +12,7 @@
 #include "metrics/band_frequencies.h"
 #include "metrics/band_merge_lanes.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 #include "metrics/pair_score.h"
 #include "pairs/least_common.h"
 #include "pairs/score_memory.h"
@@ -48,10 +49,10 @@ private:
 
 class pair_kernel {
 public:
-  // `significant`: table of the least significant k for `cutoff`, or null; metrics without one pass it by. Throws
-  // zero_frequency when weights are needed and a band has no frequency. `threads` as in the settings.
-  pair_kernel(const metric_context &context, std::int16_t distance_index, double cutoff, double burying,
-              const class_clone_dist_FPC *significant, int threads);
+  // `significant`: table of the least significant k for the rule's cutoff, or null; metrics without one pass it by.
+  // Throws zero_frequency when weights are needed and a band has no frequency. `threads` as in the settings.
+  pair_kernel(const metric_context &context, const overlap_rule &rule, const class_clone_dist_FPC *significant,
+              int threads);
 
   // What is known of the common bands that a significant pair must have.
   const least_common_bands &least_common() const { return *least_common_; }
@@ -126,8 +127,8 @@ private:
   double cutoff_, burying_;
   const class_clone_dist_FPC *significant_;
   bool skip_by_table_; // a pair below its table entry can't reach the cutoff
-  bool with_weights_;  // the full mode
-  bool exclude_bands_; // excluded bands count in no match (plain mode only: the full mode reads filtered lists)
+  bool with_weights_;  // weights of bands are summed
+  bool exclude_bands_; // excluded bands count in no match (without weights only: with them the lists are filtered)
   bool with_markers_;
   bool score_by_counts_;        // the score depends on the counts alone
   bool count_together_ = false; // common bands by the merge of several pairs at once

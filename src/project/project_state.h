@@ -1,20 +1,41 @@
-// One object a run: owns the frame, the settings, the database, the tables and the net of significant overlaps, and
-// lends them to the operations. A session is made in one line; two sessions don't know of each other.
+// What lives for a whole session: the frame, the settings, the rule by which clones are compared, and the parts that
+// are loaded, each with where it came from. A project is made in one line; two projects don't know of each other.
+//
+// Parts change through one door, `loaded`: it drops what hangs on the old part and raises `version`, by which whoever
+// shows the project sees that he must look again. A part is loaded whole or not at all (part_loading.h).
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "clustering/class_FPCto_import.h"
 #include "database/class_DB_of_clones.h"
 #include "database/class_DB_of_clones_read.h"
 #include "database/class_usable_values.h"
+#include "database/library_parameters.h"
 #include "frame/process_frame.h"
 #include "frame/settings.h"
 #include "metrics/metric_context.h"
+#include "metrics/overlap_rule.h"
 #include "net/class_clone_net_signif.h"
 
 namespace orb {
+
+enum class project_part { library, markers, pvalue_tables, net, contigs };
+inline constexpr std::array<project_part, 5> all_project_parts{project_part::library, project_part::markers,
+                                                               project_part::pvalue_tables, project_part::net,
+                                                               project_part::contigs};
+// "a library", "a net of overlaps" and so on.
+std::string name_of_part(project_part part);
+
+struct part_origin {
+  std::filesystem::path file; // or folder; empty for what was made here
+  std::string made_by;        // id of the command
+};
 
 class project_state {
 public:
@@ -24,30 +45,70 @@ public:
   project_state &operator=(const project_state &) = delete;
 
   process_frame &frame() { return frame_; }
+  const process_frame &frame() const { return frame_; }
   project_settings &settings() { return settings_; }
   const project_settings &settings() const { return settings_; }
+  overlap_rule &rule() { return rule_; }
+  const overlap_rule &rule() const { return rule_; }
   class_DB_of_clones &database() { return database_; }
+  const class_DB_of_clones &database() const { return database_; }
   class_usable_values &usable_values() { return usable_values_; }
+  class_clone_dist_table &pvalue_tables() { return table_; }
+  const class_clone_dist_table &pvalue_tables() const { return table_; }
   metric_context &context() { return context_; }
   class_clone_net_signif &signif() { return *signif_; }
+  const class_clone_net_signif &signif() const { return *signif_; }
   class_DB_of_clones_read &reader() { return reader_; }
+
+  // ---- parts ---------------------------------------------------------------------------------------------------
+  bool has(project_part part) const;
+  const part_origin &origin(project_part part) const { return origins_[static_cast<std::size_t>(part)]; }
+  // Grows with every change of a part.
+  std::uint64_t version() const { return version_; }
+  // The one door: the part is new. A new library drops markers, net and contigs; a new net leaves the contigs, which
+  // are lists of clones and stand by themselves.
+  void loaded(project_part part, part_origin origin);
+  void drop(project_part part);
+  // An empty registry; with a library it holds one cluster "all" of all clones that is switched off, or with a net
+  // nothing at all.
+  void reset_registry();
+  // The rule by which the loaded net was made, where that is known.
+  const std::optional<overlap_rule> &rule_of_net() const { return rule_of_net_; }
+  void rule_of_net_set(std::optional<overlap_rule> rule) { rule_of_net_ = rule; }
+  // Where results go that have no folder of their own; empty: the frame's own working folder.
+  const std::filesystem::path &working_folder() const { return working_folder_; }
+  void working_folder_set(std::filesystem::path folder) { working_folder_ = std::move(folder); }
+  // As at the start of the program, but for the frame, seed and threads.
+  void clear();
+
+  // ---- the one command that runs -------------------------------------------------------------------------------
+  const std::string &running() const { return running_; } // its id; empty: none
+  void running_set(std::string id) { running_ = std::move(id); }
 
   // "Start of ORB program" in the log, panels at rest.
   void start();
   // "Exit the ORB program" in the log.
   void finish();
-  // After a load of fingerprints: an empty net, an empty registry.
-  void renew_net_and_registry();
 
 private:
+  void renew_net_and_registry();
+  void net_may_be_used(bool on);
+  std::shared_ptr<class_FPCto_import> fresh_registry();
+
   process_frame frame_;
   project_settings settings_;
+  overlap_rule rule_;
   class_DB_of_clones database_;
   class_usable_values usable_values_;
   class_clone_dist_table table_;
   metric_context context_;
   std::unique_ptr<class_clone_net_signif> signif_;
   class_DB_of_clones_read reader_;
+  std::array<part_origin, all_project_parts.size()> origins_;
+  std::optional<overlap_rule> rule_of_net_;
+  std::filesystem::path working_folder_;
+  std::uint64_t version_ = 0;
+  std::string running_;
 };
 
 } // namespace orb

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "contigs/run_folder.h"
 #include "database/class_DB_of_clones_read.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
-#include "reports/input_kind.h"
+#include "graph/class_net.h"
+#include "project/input_kind.h"
 
 namespace orb {
 
@@ -56,8 +58,9 @@ const char *burial_text(std::int16_t code) {
   return code == 1 ? "this in partner" : code == 2 ? "partner in this" : code == 3 ? "each in the other" : "";
 }
 
-void load_any(project_state &session, const fs::path &path, class_DB_of_clones &database) {
-  class_DB_of_clones_read reader(session.frame(), session.settings());
+void load_any(process_frame &frame, const project_settings &settings, const fs::path &path,
+              class_DB_of_clones &database) {
+  class_DB_of_clones_read reader(frame, settings);
   class_usable_values usable_values;
   if (kind_of_input(path) == input_kind::library) {
     reader.open_file_with_clones(0, path, true, true, database, usable_values);
@@ -98,13 +101,13 @@ std::string row_of_clone(const fs::path &folder, const std::string &ending, std:
   return {};
 }
 
-report neighbours_in(project_state &session, const fs::path &file, const class_DB_of_clones &database,
+report neighbours_in(process_frame &frame, const fs::path &file, const class_DB_of_clones &database,
                      clone_number clone) {
   report made;
   made["net"] = file.string();
   class_net net;
   bool ok = false;
-  net.read_net_type(session.frame(), file, ok, database.total_number_of_clones_get());
+  net.read_net_type(frame, file, ok, database.total_number_of_clones_get());
   if (!ok)
     return made;
   std::int32_t n_Q = 0;
@@ -125,10 +128,10 @@ report neighbours_in(project_state &session, const fs::path &file, const class_D
 }
 
 // False when no final cluster of the run holds the clone.
-bool contig_in(project_state &session, const fs::path &folder, const std::string &name, report &made) {
+bool contig_in(process_frame &frame, const fs::path &folder, const std::string &name, report &made) {
   run_folder run;
   made["run"] = folder.string();
-  if (!read_run_folder(session.frame(), folder, run))
+  if (!read_run_folder(frame, folder, run))
     return false;
   for (std::size_t i = 0; i < run.clusters.size(); ++i) {
     if (std::find(run.clones[i].begin(), run.clones[i].end(), name) == run.clones[i].end())
@@ -156,8 +159,8 @@ bool contig_in(project_state &session, const fs::path &folder, const std::string
 
 } // namespace
 
-report report_on_clone(project_state &session, const std::vector<fs::path> &paths, const std::string &name,
-                       bool &found) {
+report report_on_clone(process_frame &frame, const project_settings &settings, const std::vector<fs::path> &paths,
+                       const std::string &name, bool &found) {
   places where;
   for (const fs::path &path : paths)
     add_place(path, where);
@@ -166,14 +169,14 @@ report report_on_clone(project_state &session, const std::vector<fs::path> &path
   found = false;
   for (const fs::path &library : where.libraries) {
     class_DB_of_clones database;
-    load_any(session, library, database);
+    load_any(frame, settings, library, database);
     report entry{{"library", library.string()}};
     const number_list versions = database.clone_number_get_with_repeats(name);
     for (clone_number clone : versions.members()) {
       found = true;
       entry["fingerprint"].push_back(bands_of(database, clone));
       for (const fs::path &net : where.nets)
-        entry["overlaps"].push_back(neighbours_in(session, net, database, clone));
+        entry["overlaps"].push_back(neighbours_in(frame, net, database, clone));
     }
     if (!entry.contains("fingerprint"))
       entry["fingerprint"] = "not in this library";
@@ -189,7 +192,7 @@ report report_on_clone(project_state &session, const std::vector<fs::path> &path
     }
   for (const fs::path &run : where.runs) {
     report entry;
-    found = contig_in(session, run, name, entry) || found;
+    found = contig_in(frame, run, name, entry) || found;
     made["runs"].push_back(std::move(entry));
   }
   return made;

@@ -11,7 +11,7 @@ namespace orb {
 
 // Looks in the libraries, nets and runs among the paths, and in those that lie in results folders among them. With
 // `found` false the report says where it was looked for.
-report report_on_clone(project_state &session, const std::vector<std::filesystem::path> &paths, const std::string &name,
-                       bool &found);
+report report_on_clone(process_frame &frame, const project_settings &settings,
+                       const std::vector<std::filesystem::path> &paths, const std::string &name, bool &found);
 
 } // namespace orb

@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <map>
 
+#include "contigs/run_folder.h"
 #include "database/class_DB_of_clones_read.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "graph/class_net.h"
+#include "project/input_kind.h"
 #include "reports/contig_summary_text.h"
 #include "reports/fingerprint_survey.h"
-#include "reports/input_kind.h"
 #include "reports/run_record.h"
 
 namespace orb {
@@ -43,11 +46,11 @@ void add_making(report &made, const fs::path &path) {
 
 } // namespace
 
-report report_on_library(project_state &session, const fs::path &file) {
+report report_on_library(process_frame &frame, const project_settings &settings, const fs::path &file) {
   report made = head_of_report(file, input_kind::library);
   class_DB_of_clones database;
   class_usable_values usable_values;
-  class_DB_of_clones_read reader(session.frame(), session.settings());
+  class_DB_of_clones_read reader(frame, settings);
   if (!reader.open_file_with_clones(0, file, true, true, database, usable_values)) {
     made["check"] = "refused";
     return made;
@@ -75,11 +78,11 @@ report report_on_library(project_state &session, const fs::path &file) {
   return made;
 }
 
-report report_on_net(project_state &session, const fs::path &file) {
+report report_on_net(process_frame &frame, const fs::path &file) {
   report made = head_of_report(file, input_kind::native_net);
   class_net net;
   bool ok = false;
-  net.read_net_type(session.frame(), file, ok, -1);
+  net.read_net_type(frame, file, ok, -1);
   if (!ok) {
     made["check"] = "refused";
     return made;
@@ -182,10 +185,10 @@ report report_on_fingerprints(const fs::path &path) {
   return made;
 }
 
-report report_on_run(project_state &session, const fs::path &folder) {
+report report_on_run(process_frame &frame, const fs::path &folder) {
   report made = head_of_report(folder, input_kind::run_folder);
   run_folder run;
-  if (!read_run_folder(session.frame(), folder, run)) {
+  if (!read_run_folder(frame, folder, run)) {
     made["check"] = "refused";
     return made;
   }
@@ -216,7 +219,7 @@ report report_on_run(project_state &session, const fs::path &folder) {
   return made;
 }
 
-report report_on_results(project_state &session, const fs::path &folder) {
+report report_on_results(process_frame &frame, const project_settings &settings, const fs::path &folder) {
   report made = head_of_report(folder, input_kind::results_folder);
   add_making(made, folder);
   report holds = report::array();
@@ -228,7 +231,7 @@ report report_on_results(project_state &session, const fs::path &folder) {
     const input_kind kind = kind_of_input(entry);
     if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net ||
         kind == input_kind::run_folder)
-      holds.push_back(report_on(session, entry));
+      holds.push_back(report_on(frame, settings, entry));
     for (report &held : holds)
       held.erase("made by"); // told above
   }
@@ -252,23 +255,23 @@ report report_on_other(const fs::path &path) {
   return made;
 }
 
-report report_on(project_state &session, const fs::path &path) {
+report report_on(process_frame &frame, const project_settings &settings, const fs::path &path) {
   switch (kind_of_input(path)) {
   case input_kind::missing:
     throw file_error("can't open", path, "No such file or directory");
   case input_kind::library:
-    return report_on_library(session, path);
+    return report_on_library(frame, settings, path);
   case input_kind::native_net:
-    return report_on_net(session, path);
+    return report_on_net(frame, path);
   case input_kind::text_net:
     return report_on_text_net(path);
   case input_kind::sizes_folder:
   case input_kind::sizes_file:
     return report_on_fingerprints(path);
   case input_kind::run_folder:
-    return report_on_run(session, path);
+    return report_on_run(frame, path);
   case input_kind::results_folder:
-    return report_on_results(session, path);
+    return report_on_results(frame, settings, path);
   case input_kind::other_folder:
   case input_kind::other_file:
     return report_on_other(path);

@@ -5,23 +5,24 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "contigs/run_folder.h"
-#include "graph/class_net.h"
-#include "project/project_state.h"
+#include "frame/process_frame.h"
+#include "frame/settings.h"
 
 namespace orb {
 
 using report = nlohmann::ordered_json;
 
-report report_on_library(project_state &session, const std::filesystem::path &file);
-report report_on_net(project_state &session, const std::filesystem::path &file);
+// `settings`: in which format clone names are read. Nothing of a project is read or changed. A missing path throws
+// file_error; a damaged file is told in messages and in the report.
+report report_on_library(process_frame &frame, const project_settings &settings, const std::filesystem::path &file);
+report report_on_net(process_frame &frame, const std::filesystem::path &file);
 report report_on_text_net(const std::filesystem::path &file);
 report report_on_fingerprints(const std::filesystem::path &path);
-report report_on_run(project_state &session, const std::filesystem::path &folder);
-report report_on_results(project_state &session, const std::filesystem::path &folder);
+report report_on_run(process_frame &frame, const std::filesystem::path &folder);
+report report_on_results(process_frame &frame, const project_settings &settings, const std::filesystem::path &folder);
 report report_on_other(const std::filesystem::path &path);
 // By the kind of the path.
-report report_on(project_state &session, const std::filesystem::path &path);
+report report_on(process_frame &frame, const project_settings &settings, const std::filesystem::path &path);
 
 // "key: value" lines, nested reports indented, lists of reports as tables.
 std::string text_of_report(const report &shown);

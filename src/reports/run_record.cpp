@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "frame/files.h"
-#include "reports/input_kind.h"
+#include "project/input_kind.h"
 
 namespace orb {
 
@@ -77,6 +77,13 @@ void run_record::continue_from(const nlohmann::json &earlier) {
       json_[part] = earlier[part];
 }
 
+void run_record::end_set(const std::string &state, exit_status status, const std::string &why) {
+  json_["state"] = state;
+  json_["exit_status"] = static_cast<int>(status);
+  if (!why.empty())
+    json_["why"] = why;
+}
+
 void run_record::save(const fs::path &file) const {
   result_file out(file);
   out.write(json_.dump(2));
@@ -115,11 +122,12 @@ std::optional<json> run_record_beside(const fs::path &result) {
 std::string run_record_difference(const json &before, const json &now) {
   if (before.value("version", json()) != now.value("version", json()))
     return "another version of the program";
-  const json was = before.value("parameters", json::object()), is = now.value("parameters", json::object());
+  const json was = before.value("wishes", json::object()), is = now.value("wishes", json::object());
+  const auto shown = [](const json &value) { return value.is_null() ? std::string("not given") : value.dump(); };
   for (const auto &[name, value] : is.items())
     if (!was.is_object() || !was.contains(name) || was[name] != value)
-      return fmt::format("{} is {} now and was {}", name, value.dump(),
-                         was.is_object() && was.contains(name) ? was[name].dump() : "not recorded");
+      return fmt::format("{} is {} now and was {}", name, shown(value),
+                         was.is_object() && was.contains(name) ? shown(was[name]) : "not recorded");
   if (before.value("seed", json()) != now.value("seed", json()))
     return "another seed";
   const json files_before = before.value("inputs", json::array()), files_now = now.value("inputs", json::array());

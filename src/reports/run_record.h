@@ -9,6 +9,7 @@
 #include <string>
 
 #include "frame/clock.h"
+#include "frame/failures.h"
 
 namespace orb {
 
@@ -36,17 +37,17 @@ public:
   // Begins with the outputs and figures of an earlier run of the same kind: a stage made again replaces its own.
   void continue_from(const nlohmann::json &earlier);
   void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
-  void state_set(const std::string &state) { json_["state"] = state; } // "running", "stopped", "failed", "complete"
-  // Where `finish_record` saves it.
-  const std::filesystem::path &file() const { return file_; }
-  void file_set(std::filesystem::path file) { file_ = std::move(file); }
+  // What the run was asked for, by option: an earlier run with other wishes is another run.
+  void wish_set(const std::string &option, nlohmann::json value) { json_["wishes"][option] = std::move(value); }
+  // "running", "stopped", "failed" or "complete"; a complete run may end with a status other than done, for data that
+  // are doubtful.
+  void end_set(const std::string &state, exit_status status, const std::string &why);
   // Written through a temporary name; throws file_error.
   void save(const std::filesystem::path &file) const;
   const nlohmann::json &json() const { return json_; }
 
 private:
   nlohmann::json json_;
-  std::filesystem::path file_;
   std::string stage_;
   std::chrono::steady_clock::time_point stage_began_;
 };
@@ -55,7 +56,7 @@ private:
 // it can't be read as JSON.
 std::optional<nlohmann::json> run_record_read(const std::filesystem::path &file);
 std::optional<nlohmann::json> run_record_beside(const std::filesystem::path &result);
-// What of `now` (parameters, inputs) differs from `before`, in words; empty when nothing does.
+// What of `now` (wishes, inputs) differs from `before`, in words; empty when nothing does.
 std::string run_record_difference(const nlohmann::json &before, const nlohmann::json &now);
 // Whether the file of an output entry is still there as it was recorded.
 bool output_is_intact(const nlohmann::json &record, const std::string &key, const std::filesystem::path &folder);

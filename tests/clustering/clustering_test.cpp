@@ -104,12 +104,13 @@ TEST(clustering, single_linkage_through_the_net_equals_the_pair_tests) {
   class_usable_values usable_values;
   class_clone_dist_table table;
   metric_context context{lib.frame, lib.settings, lib.database, usable_values, table};
-  class_clone_net_signif nets(context);
+  class_clone_net_signif nets(context,
+                              [&] { lib.settings.use_file_with_connections = lib.settings.same_metric_as_net = true; });
   class_clone_dist_my metric(context, &nets.net());
   net_creation_summary summary;
   for (const bool with_net : {false, true}) {
     if (with_net) {
-      ASSERT_TRUE(nets.create_net_in_memory(summary));
+      ASSERT_TRUE(nets.create_net_in_memory({}, summary));
       nets.net_is_loaded_set();
     }
     number_list list;

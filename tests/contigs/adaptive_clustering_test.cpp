@@ -44,7 +44,7 @@ std::map<std::string, lines> files_of_contigs(const std::filesystem::path &run) 
 class_contig_adapt_clust make_run(contig_session &session, const slow_parameters &p, bool with_order = false) {
   contig_files files;
   files.drawings = with_order;
-  class_contig_adapt_clust run(*session.signif, files);
+  class_contig_adapt_clust run(*session.signif, session.rule, files);
   run.detail_control_set(with_order);
   run.print_all_dist_on_set(with_order);
   run.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step, p.n_steps, false, 2, 3);
@@ -90,7 +90,6 @@ TEST(adaptive_clustering, gives_the_files_of_the_slow_formulation) {
     EXPECT_TRUE(files == slow.files);
     EXPECT_EQ(run.result().n_clones_alone, slow.n_clones_alone);
     EXPECT_TRUE(run.result().completed);
-    EXPECT_EQ(session.settings.cutoff, given.cutoff);
     EXPECT_GT(slow.clusters.size(), 2u); // the case has something to say
   }
 }
@@ -189,15 +188,13 @@ TEST(adaptive_clustering, stopped_run_keeps_what_was_finished) {
     session.shown.yield = [&session, n_processed] {
       const std::string done = "4: " + std::to_string(n_processed);
       const auto &panels = session.record.panels;
-      if (std::find(panels.begin(), panels.end(), done) != panels.end())
-        session.frame->stop_requested_set(true);
+      return std::find(panels.begin(), panels.end(), done) != panels.end();
     };
     session.make_frame_again();
     class_contig_adapt_clust run = make_run(session, {});
     run.adaptive_clustering_all_run(session.database);
     EXPECT_FALSE(run.result().completed);
     EXPECT_TRUE(session.frame->was_stopped());
-    EXPECT_EQ(session.settings.cutoff, 8);
     EXPECT_FALSE(session.frame->process_is_running());
     EXPECT_EQ(session.record.log.back(), "Adaptive clustering has aborted.");
     EXPECT_FALSE(std::filesystem::exists(session.run() / "FPC_like.fpc"));
@@ -218,7 +215,6 @@ TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   // The folder of the run is taken away before the first cluster is written.
   session.shown.panel_set = [&session](panel, const std::string &text, panel_colour) {
     if (text.starts_with("Process 1 of")) {
-      session.settings.cutoff = 99;
       const std::filesystem::path run = session.run();
       std::filesystem::remove_all(run);
       std::ofstream(run) << "a file in its place";
@@ -227,7 +223,6 @@ TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   session.make_frame_again();
   class_contig_adapt_clust run = make_run(session, {});
   EXPECT_THROW(run.adaptive_clustering_all_run(session.database), file_error);
-  EXPECT_EQ(session.settings.cutoff, 8);
   EXPECT_FALSE(session.frame->process_is_running());
 }
 
@@ -238,7 +233,6 @@ TEST(adaptive_clustering, every_file_of_a_cluster) {
   add_chain(data, 201, 7);
   for (const bool all : {true, false}) {
     contig_session session(data, 8);
-    session.settings.cutoff = 8;
     class_contig_adapt_clust run = make_run(session, {}, all);
     run.adaptive_clustering_all_run(session.database);
     const std::filesystem::path folder = session.run();
@@ -359,6 +353,5 @@ TEST(given_clusters, cutoff_rises_until_few_clones_stray) {
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[1].substr(0, given.row.size()), given.row);
     EXPECT_EQ(rows[1].substr(rows[1].size() - given.end.size()), given.end);
-    EXPECT_EQ(session.settings.cutoff, given.cutoff);
   }
 }

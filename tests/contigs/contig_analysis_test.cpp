@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "contigs/contig_reports.h"
 #include "support/contig_test_library.h"
 
 using namespace orb_test;
@@ -62,7 +63,7 @@ TEST(contig_analysis, worked_cases) {
     SCOPED_TRACE(given.what);
     const library_data data = windows(given.clones);
     contig_session session(data, 10);
-    class_contig_analysis contig(*session.signif);
+    class_contig_analysis contig(*session.signif, session.rule);
     contig.list_of_clones_set(number_list::range(1, data.count()), data.count());
     contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
     EXPECT_EQ(contig.net_diam_get(), given.diam);
@@ -80,20 +81,20 @@ TEST(contig_analysis, worked_cases) {
   }
 }
 
-TEST(contig_analysis, check_at_another_cutoff_counts_unreached_clones_and_restores_the_cutoff) {
+TEST(contig_analysis, check_at_another_cutoff_counts_unreached_clones_and_keeps_its_own) {
   // At 15 only 1-2 and 2-3 hold; clone 4 hangs on clone 3 by 10.
   const library_data data = windows({{1, 20}, {6, 25}, {11, 30}, {21, 40}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif);
+  class_contig_analysis contig(*session.signif, session.rule);
   contig.list_of_clones_set({1, 2, 3, 4}, 4);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   const number_list MTP = contig.list_of_clones_MTP();
   contig.check_contig_with_MTP_new_cutoff(15);
-  EXPECT_EQ(session.settings.cutoff, 10);
+  EXPECT_EQ(contig.rule().cutoff, 10);
   EXPECT_EQ(contig.cutoff_new_get(), 15);
   EXPECT_EQ(contig.net_is_connected_NewCutoff_get(), MTP.members().back() == 4 || MTP(1) == 4);
   contig.list_of_clones_set({1, 2, 4}, 3);
-  session.settings.cutoff = 15;
+  contig.cutoff_set(15);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   contig.check_contig_with_MTP_new_cutoff(15);
   EXPECT_FALSE(contig.net_is_connected_NewCutoff_get());
@@ -106,7 +107,7 @@ TEST(contig_analysis, check_at_another_cutoff_counts_unreached_clones_and_restor
 TEST(contig_analysis, single_linkage_and_one_cluster) {
   const library_data data = windows({{1, 20}, {101, 120}, {6, 25}, {106, 125}, {301, 320}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif);
+  class_contig_analysis contig(*session.signif, session.rule);
   contig.list_of_clones_set(number_list::range(1, 5), 5);
   for (const bool fast : {true, false}) {
     session.settings.fast_clustering = fast;
@@ -124,18 +125,17 @@ TEST(contig_analysis, report_line_has_the_gap_fields_of_its_family) {
   // The list jumps from one end to the other and back: its first steps are weak, those of the order aren't.
   const library_data data = windows({{1, 20}, {29, 48}, {8, 27}, {15, 34}, {22, 41}});
   contig_session session(data, 10);
-  session.settings.cutoff = 10;
-  class_contig_analysis contig(*session.signif);
+  class_contig_analysis contig(*session.signif, session.rule);
   contig.cluster_name_set("cl_1");
   contig.cluster_name_long_set("all");
   contig.list_of_clones_set(number_list::range(1, 5), 5);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   EXPECT_EQ(contig.n_gaps_Sulston_get(), 0);
   contig.dir_name_to_output_set(session.folder, true);
-  contig.print_consecuent_dist_initial_list_of_clones(false);
+  contig.gaps_initial_set(print_consecuent_dist_initial_list_of_clones(contig, false));
   EXPECT_EQ(contig.gaps_initial()[4], 2);
   ASSERT_TRUE(contig.detail_control_of_clone_ordering({}, 1));
-  contig.print_consecuent_dist_NoBuriedORB(false);
+  contig.gaps_NoBuriedORB_set(print_consecuent_dist_NoBuriedORB(contig, false));
   EXPECT_EQ(contig.n_gaps_Sulston_get(), 0);
   EXPECT_EQ(contig.list_NoBuriedInit(), number_list::range(1, 5));
   EXPECT_EQ(contig.list_NoBuriedORB(), (number_list{1, 3, 4, 5, 2}));
@@ -150,26 +150,26 @@ TEST(contig_analysis, report_line_has_the_gap_fields_of_its_family) {
   for (const auto &[family, line] : std::vector<std::pair<int, std::string>>{
            {0, of_tables}, {2, of_tables}, {3, "cl_1\t5\t2\t" + shape + "0\tall"}, {4, "cl_1\t5\t" + shape + "all"}}) {
     session.settings.table_format_column_subset = static_cast<std::int16_t>(family);
-    EXPECT_EQ(contig.report_line_get(), line);
+    EXPECT_EQ(report_line_get(contig), line);
   }
 }
 
 TEST(contig_analysis, a_list_in_any_order_and_files_by_name) {
   const library_data data = windows({{21, 40}, {1, 20}, {11, 30}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif);
+  class_contig_analysis contig(*session.signif, session.rule);
   contig.cluster_name_set("x");
   contig.list_of_clones_set({3, 1, 2}, 3);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   contig.dir_name_to_output_set(session.folder, true);
-  contig.print_list_of_clones_with_coordinates();
+  print_list_of_clones_with_coordinates(contig);
   const bool from_right = contig.list_of_clones_MTP()(1) == 1;
   EXPECT_EQ(lines_of_file(session.folder / "x" / "coor_x.txt"),
             from_right ? (lines{"clone\tcoor_left\tcoor_right", "W3\t11\t30", "W1\t1\t20", "W2\t21\t40"})
                        : (lines{"clone\tcoor_left\tcoor_right", "W3\t11\t30", "W1\t21\t40", "W2\t1\t20"}));
-  contig.print_clones_of_cluster(session.folder / "named.txt");
+  print_clones_of_cluster(contig, session.folder / "named.txt");
   EXPECT_EQ(lines_of_file(session.folder / "named.txt"), (lines{"W3", "W1", "W2"}));
-  contig.print_list_of_clones_unoverlapped_with_diam_path();
+  print_list_of_clones_unoverlapped_with_diam_path(contig);
   EXPECT_FALSE(std::filesystem::exists(session.folder / "x" / "far_from_MTP_x.txt"));
   EXPECT_FALSE(contig.clustering_delete_brunching_run(2, 3));
 }

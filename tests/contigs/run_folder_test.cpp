@@ -22,7 +22,7 @@ struct finished_run {
   std::shared_ptr<class_FPCto_import> registry;
   std::filesystem::path folder;
   finished_run() {
-    class_contig_adapt_clust run(*session.signif);
+    class_contig_adapt_clust run(*session.signif, session.rule);
     run.main_parameters_set(40, 5, 1, 1.5, 4, false, 2, 3);
     run.adaptive_clustering_all_run(session.database);
     result = run.result();

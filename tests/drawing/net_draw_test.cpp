@@ -12,7 +12,7 @@ namespace {
 
 // Clones 1..5 with names and numbers of bands that are known, over a net whose values cross the scales.
 struct drawing_fixture : net_fixture {
-  class_clone_net_draw draw{signif};
+  class_clone_net_draw draw{signif, rule};
   drawing_fixture() : net_fixture({.n_clones = 5, .bands_in_clone = 6}) {
     for (clone_number clone = 1; clone <= 5; ++clone)
       database.name_of_clone_set(clone, "B" + std::to_string(clone));
@@ -216,10 +216,10 @@ TEST(clone_drawing, series_of_cutoffs) {
   EXPECT_TRUE(has("s_14.net", "*Edges 4\r\n") && has("s_18.net", "*Edges 1\r\n"));
   EXPECT_TRUE(has("s_50.net", "*Vertices 5\r\n") && has("s_50.net", "*Arcs 4\r\n") && has("s_50.net", "*Edges 1\r\n"));
   EXPECT_TRUE(has("s_50.graphml", "<data key=\"g_cutoff\">50</data>"));
-  f.settings.distance_index = class_clone_dist_general::DISTANCE_INDEX_k_get();
-  EXPECT_FALSE(f.draw.quick_run({1, 2, 3}, "c", f.folder, 0.9, -1, {})); // no series for this metric
-  EXPECT_EQ(f.draw.files_written().size(), 22U);
-  f.settings.distance_index = 4;
+  class_clone_net_draw of_counts(f.signif, rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_k_get(), 15));
+  of_counts.options_set(options);
+  EXPECT_FALSE(of_counts.quick_run({1, 2, 3}, "c", f.folder, 0.9, -1, {})); // no series for this metric
+  EXPECT_TRUE(of_counts.files_written().empty());
   options.nets_for_cutoffs = options.write_graphml = false;
   f.draw.options_set(options);
   ASSERT_TRUE(f.draw.quick_run({1, 2, 3}, "c", f.folder, 0.9, -1, {}, true));
@@ -231,10 +231,10 @@ TEST(clone_drawing, series_of_cutoffs) {
 // Overlaps of the loaded net, of each pair, and of the comparison on all cores give the same drawing.
 TEST(clone_drawing, all_ways_to_the_pairs_agree) {
   net_fixture f({.n_clones = 620, .bands_in_clone = 30, .coverage = 25});
-  f.settings.cutoff = 6;
+  f.rule.cutoff = 6;
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_net_in_memory(summary));
-  class_clone_net_draw draw(f.signif);
+  ASSERT_TRUE(f.signif.create_net_in_memory(f.rule, summary));
+  class_clone_net_draw draw(f.signif, f.rule);
   drawing_options options;
   options.mark_relations = true;
   draw.options_set(options);

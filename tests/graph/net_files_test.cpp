@@ -172,10 +172,8 @@ TEST_F(native_file, survives_random_damage) {
 TEST_F(native_file, stops_before_a_record) {
   sample().save_net_type(scripted_.frame, path_);
   front_end stopping = null_front_end();
-  process_frame *running = nullptr;
-  stopping.yield = [&running] { running->stop_requested_set(true); };
+  stopping.yield = [] { return true; };
   process_frame frame(stopping);
-  running = &frame;
   class_net read = net_of(3, {});
   bool ok = true;
   read.read_net_type(frame, path_, ok, -1);

@@ -89,7 +89,7 @@ struct pair_tables : ::testing::Test {
   number_list list;
   std::vector<std::int32_t> gaps;
   pair_tables() {
-    f.settings.cutoff = 6;
+    f.rule.cutoff = 6;
     for (const clone_number clone : {17, 3, 90, 4, 55, 56, 101, 2})
       list.add(clone);
   }
@@ -103,8 +103,7 @@ struct pair_tables : ::testing::Test {
 
 TEST_F(pair_tables, consecutive) {
   f.settings.markers_in_clones = true;
-  class_clone_text_distance distance(f.context);
-  distance.cutoff_set(4, 6);
+  class_clone_text_distance distance(f.context, f.rule);
   class_clone_dist_my gate(f.context, nullptr);
   gate.net_private_parameters_set(4, 6, 0.9, false, false);
   std::string expected =
@@ -118,26 +117,25 @@ TEST_F(pair_tables, consecutive) {
     }
     expected += "\r\n";
   }
-  ASSERT_TRUE(lists.print_consecuent_dist(list.count(), list, "ctg1", {}, gaps, true, f.context));
+  ASSERT_TRUE(lists.print_consecuent_dist(list.count(), list, "ctg1", {}, gaps, true, f.rule, f.context));
   EXPECT_EQ(file_bytes(f.folder / "Consec_dist_ctg1.txt"), expected + "Zones of markers:\r\n");
   ASSERT_EQ(gaps.size(), 15u);
   EXPECT_EQ(gaps[4], n_weak);
   EXPECT_EQ(gaps[5], 0);
   const std::vector<std::int32_t> printed = gaps;
-  ASSERT_TRUE(lists.print_consecuent_dist(list.count(), list, "ctg2", {}, gaps, false, f.context));
+  ASSERT_TRUE(lists.print_consecuent_dist(list.count(), list, "ctg2", {}, gaps, false, f.rule, f.context));
   EXPECT_EQ(gaps, printed);
   EXPECT_FALSE(std::filesystem::exists(f.folder / "Consec_dist_ctg2.txt"));
-  ASSERT_TRUE(lists.print_consecuent_dist(0, {}, "none", {}, gaps, false, f.context));
+  ASSERT_TRUE(lists.print_consecuent_dist(0, {}, "none", {}, gaps, false, f.rule, f.context));
   EXPECT_EQ(gaps, std::vector<std::int32_t>(15, 0));
   EXPECT_TRUE(f.record.questions.empty());
 }
 
 TEST_F(pair_tables, all_pairs_or_those_of_the_net) {
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_net_in_memory(summary));
+  ASSERT_TRUE(f.signif.create_net_in_memory(f.rule, summary));
   f.record = {};
-  class_clone_text_distance distance(f.context);
-  distance.cutoff_set(4, 6);
+  class_clone_text_distance distance(f.context, f.rule);
   std::string all = "CloneName\tnBands\tN\tN/n\tCloneName\tnBands\tN\tN/n\tk\tk_double_tolerance\tSulston_1988\t"
                     "Absorption\tweak?\r\n",
               of_net = all;
@@ -153,52 +151,47 @@ TEST_F(pair_tables, all_pairs_or_those_of_the_net) {
       of_net += overlap ? row : "";
     }
   const class_net *net = &f.signif.net();
-  ASSERT_TRUE(lists.print_all_dist(list, "w", {}, f.context, net));
+  ASSERT_TRUE(lists.print_all_dist(list, "w", {}, f.rule, f.context, net));
   EXPECT_EQ(f.record.questions, std::vector<std::string>{"From the net only?"});
   EXPECT_EQ(file_bytes(f.folder / "All_dist_w.txt"), all);
   f.answer_always("From the net only?", "yes");
-  ASSERT_TRUE(lists.print_all_dist(list, "w", {}, f.context, net));
+  ASSERT_TRUE(lists.print_all_dist(list, "w", {}, f.rule, f.context, net));
   EXPECT_EQ(file_bytes(f.folder / "All_dist_w.txt"), of_net);
   EXPECT_LT(of_net.size(), all.size());
-  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "t", f.context, net, pairs_of_table::from_net_only));
-  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "u", f.context, nullptr, pairs_of_table::all));
+  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "t", f.rule, f.context, net, pairs_of_table::from_net_only));
+  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "u", f.rule, f.context, nullptr, pairs_of_table::all));
   EXPECT_EQ(file_bytes(f.folder / "t"), of_net);
   EXPECT_EQ(file_bytes(f.folder / "u"), all);
   f.settings.markers_in_clones = true;
-  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "u", f.context, nullptr, pairs_of_table::all));
+  ASSERT_TRUE(lists.print_all_dist(list, "", f.folder / "u", f.rule, f.context, nullptr, pairs_of_table::all));
   EXPECT_EQ(file_bytes(f.folder / "u"), all + "Zones of markers:\r\n");
   EXPECT_EQ(f.record.questions.size(), 2u);
 }
 
 TEST_F(pair_tables, a_stop_leaves_the_former_table) {
   front_end shown = null_front_end();
-  process_frame *stopped = nullptr;
   int n_yields = 0;
   std::vector<std::string> shown_pairs;
   shown.panel_set = [&](panel, const std::string &text, panel_colour) { shown_pairs.push_back(text); };
-  shown.yield = [&] { // in the middle of the large table
-    if (++n_yields == 3)
-      stopped->stop_requested_set(true);
-  };
+  shown.yield = [&] { return ++n_yields == 3; }; // in the middle of the large table
   process_frame frame(shown);
-  stopped = &frame;
   frame.working_folder_set(f.folder);
   const metric_context context{frame, f.settings, f.database, f.usable_values, f.table};
   class_list_of_clones slow(frame, f.settings);
   f.write("All_dist_x.txt", "former");
   f.write("Consec_dist_x.txt", "former");
   const number_list whole = number_list::range(1, 120);
-  EXPECT_FALSE(slow.print_all_dist(whole, "x", {}, context, nullptr, pairs_of_table::all));
+  EXPECT_FALSE(slow.print_all_dist(whole, "x", {}, f.rule, context, nullptr, pairs_of_table::all));
   EXPECT_EQ(n_yields, 3);
   f.usable_values.for_FPC_fast_indicator_set(false); // a slow score asks more often
   class_clone_text_distance::table_format_select(f.settings, 4);
   frame.stop_requested_set(false);
   n_yields = 0;
   shown_pairs.clear();
-  EXPECT_FALSE(slow.print_all_dist(number_list::range(1, 20), "x", {}, context, nullptr, pairs_of_table::all));
+  EXPECT_FALSE(slow.print_all_dist(number_list::range(1, 20), "x", {}, f.rule, context, nullptr, pairs_of_table::all));
   EXPECT_EQ(shown_pairs.back(), "101 of 190");
   gaps = {7};
-  EXPECT_FALSE(slow.print_consecuent_dist(120, whole, "x", {}, gaps, true, context)); // stopped before it began
+  EXPECT_FALSE(slow.print_consecuent_dist(120, whole, "x", {}, gaps, true, f.rule, context)); // stopped before it began
   EXPECT_EQ(gaps, std::vector<std::int32_t>{7});
   EXPECT_EQ(file_bytes(f.folder / "All_dist_x.txt"), "former");
   EXPECT_EQ(file_bytes(f.folder / "Consec_dist_x.txt"), "former");

@@ -9,9 +9,9 @@ namespace {
 
 TEST(net_of_list, cut_out_of_the_net_and_computed_agree) {
   net_fixture f({.n_clones = 700, .bands_in_clone = 30, .coverage = 20});
-  f.settings.cutoff = 6;
+  f.rule.cutoff = 6;
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_net_in_memory(summary));
+  ASSERT_TRUE(f.signif.create_net_in_memory(f.rule, summary));
   random_source chance(3);
   for (const std::int32_t n : {1, 40, 600}) { // below and above the size from which the kernel computes
     number_list list;
@@ -25,7 +25,7 @@ TEST(net_of_list, cut_out_of_the_net_and_computed_agree) {
       f.settings.same_metric_as_net = same_metric;
       class_net cut;
       number_list net_list;
-      f.signif.create_net_general_run(list, cut, net_list);
+      f.signif.create_net_general_run(list, f.rule, cut, net_list);
       ASSERT_EQ(cut.number_of_edges_get(), computed.number_of_edges_get());
       for (vertex_number v = 1; v <= n; ++v)
         for (const net_edge &edge : cut.edges_of_vertex(v)) {
@@ -51,7 +51,7 @@ TEST(net_of_list, shape_speaks_in_places_of_the_callers_list) {
   f.signif.net_is_loaded_set();
   const number_list list{8, 6, 4, 2, 1};
   contig_shape shape;
-  f.signif.contigomer(list, shape);
+  f.signif.contigomer(list, f.rule, shape);
   EXPECT_EQ(shape.diameter, 4);
   EXPECT_EQ(shape.width, 1);
   ASSERT_EQ(shape.path.count(), 4);
@@ -59,17 +59,17 @@ TEST(net_of_list, shape_speaks_in_places_of_the_callers_list) {
     EXPECT_EQ(shape.ranks_from_start(shape.path(i)), i - 1);
   EXPECT_EQ(list(shape.path(2)) + list(shape.path(3)), 10);
   number_list ranks;
-  f.signif.contigomer_clone_ordering_run({2, 4, 7}, {4, 7, 5}, true, true, shape, ranks);
+  f.signif.contigomer_clone_ordering_run({2, 4, 7}, f.rule, {4, 7, 5}, true, true, shape, ranks);
   EXPECT_EQ(shape.width, -1);
   EXPECT_EQ(ranks, number_list({-1, -1, -1}));
   EXPECT_EQ(f.record.messages,
             (std::vector<std::string>{"cluster of clones is not connected!",
                                       "Clone C100005 of list_of_clones_interesting() 3 is not presented in "
                                       "list_of_clones()?!"}));
-  f.signif.contigomer_clone_ordering_run(list, {2, 8}, false, false, shape, ranks);
+  f.signif.contigomer_clone_ordering_run(list, f.rule, {2, 8}, false, false, shape, ranks);
   EXPECT_EQ(ranks(1) + ranks(2), 3);
   EXPECT_TRUE(shape.path(1) == 2 || shape.path(4) == 2);
-  f.signif.contigomer({}, shape);
+  f.signif.contigomer({}, f.rule, shape);
   EXPECT_EQ(shape.path.count(), 0);
 }
 

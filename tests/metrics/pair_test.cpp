@@ -83,10 +83,9 @@ TEST(pair, merges_side_by_side_count_as_one_by_one) {
   }
 }
 
-TEST(pair, full_mode_weighs_common_bands_by_their_frequency) {
+TEST(pair, counting_with_weights_weighs_common_bands_by_their_frequency) {
   library lib({{100, 500, 900}, {105, 500, 2000}, {500}});
-  lib.settings.distance_table_full_mode = true;
-  class_clone_dist_calc calc(lib.context);
+  class_clone_dist_calc calc(lib.context, true);
   calc.start_of_distance_calculation(1, 2);
   const auto f = [&](band_value band) { return lib.database.frecuency_of_band_in_clones_get(band); };
   EXPECT_EQ(calc.x_iid_get(), 2);
@@ -145,7 +144,9 @@ TEST(pair, gate_asks_the_net_first) {
     EXPECT_EQ(gate.overlap_is_significant(c.a, c.b), c.significant) << c.what;
   }
   gate.net_private_parameters_set(3, 0, 0.9, false, true);
-  EXPECT_TRUE(lib.settings.distance_table_full_mode); // a metric on abundances was chosen
+  EXPECT_EQ(gate.my_cutoff(1, 3), 0); // a metric on abundances: bands that all clones have weigh nothing
+  gate.distance_index_set(0);
+  EXPECT_EQ(gate.my_cutoff(1, 3), 1000);
 }
 
 TEST(pair, comparisons_on_lists) {

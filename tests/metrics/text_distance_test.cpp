@@ -47,13 +47,12 @@ TEST(text_distance, formats_choose_the_columns) {
     const auto place = static_cast<std::size_t>(format);
     EXPECT_EQ(class_clone_text_distance::table_format_text_get(format), names[place]);
     EXPECT_EQ(class_clone_text_distance::table_format_of_text(names[place]), format);
-    lib.settings.distance_table_full_mode = false;
     class_clone_text_distance::table_format_select(lib.settings, format);
-    EXPECT_EQ(lib.settings.distance_table_full_mode, format > 1);
     lib.usable_values.for_FPC_fast_indicator_set(true);
-    EXPECT_EQ(class_clone_text_distance(lib.context).text_of_distance_shapka(), heads[std::min<std::size_t>(place, 3)]);
+    EXPECT_EQ(class_clone_text_distance(lib.context, {}).text_of_distance_shapka(),
+              heads[std::min<std::size_t>(place, 3)]);
     lib.usable_values.for_FPC_fast_indicator_set(false);
-    class_clone_text_distance distance(lib.context);
+    class_clone_text_distance distance(lib.context, {});
     EXPECT_EQ(distance.text_of_distance_shapka(), heads[place]);
     EXPECT_EQ(fields_of(distance.text_of_distance(1, 2)).size(), fields_of(heads[place]).size());
   }
@@ -73,9 +72,8 @@ TEST(text_distance, rows_hold_the_values_of_the_pair) {
   for (clone_number clone = 1; clone <= 60; clone += 2)
     markers.add_clone_with_markers_new(lib.frame, clone, {"", "a", "b"}, 2, numbers, is_new);
   markers.finish_of_adding();
-  class_clone_text_distance distance(lib.context);
-  distance.cutoff_set(4, 6);
-  class_clone_dist_calc calc(lib.context);
+  class_clone_text_distance distance(lib.context, rule_of_metric(4, 6));
+  class_clone_dist_calc calc(lib.context, true);
   std::vector<std::string> words_seen;
   for (clone_number a = 1; a <= 60; ++a)
     for (clone_number b = a; b <= 60; b += 3) {
@@ -88,7 +86,7 @@ TEST(text_distance, rows_hold_the_values_of_the_pair) {
       const auto value = [&](std::int16_t j) { return calc.minus_log10_p_value_of_clone_overlapping_no_clones(0, j); };
       const auto text = [](double v) { return number_text(v, 2); };
       const char *const words[] = {"", "buried<", "buried>", "buried="};
-      const std::string word = words[calc.burring_index_get(lib.settings.burying)];
+      const std::string word = words[calc.burring_index_get(overlap_rule::standard_burying)];
       words_seen.push_back(word);
       EXPECT_EQ(row,
                 (std::vector<std::string>{number_text(k, 0), number_text(k2, 0), text(K), text(k > 0 ? K / k : 0),
@@ -107,7 +105,7 @@ TEST(text_distance, rows_hold_the_values_of_the_pair) {
 
 TEST(text_distance, weak_is_below_the_cutoff_of_its_metric_whatever_the_columns) {
   text_library lib; // the column of the score only
-  class_clone_text_distance distance(lib.context);
+  class_clone_text_distance distance(lib.context, {});
   EXPECT_FALSE(distance.is_weak_get(14));
   EXPECT_FALSE(distance.is_weak_get(-1));
   class_clone_dist_calc calc(lib.context);

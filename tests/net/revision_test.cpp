@@ -27,8 +27,7 @@ TEST(revision, marks_are_those_of_the_definition) {
   for (int run = 0; run < 12; ++run) {
     const std::int32_t r = 1 + run % 3;
     f.settings.threads = 1 + run % 2 * 3;
-    f.settings.QQ_use_additional_cutoff = run % 4 < 2;
-    f.settings.QQ_additional_cutoff = 22;
+    const std::optional<double> additional = run % 4 < 2 ? std::optional<double>(22) : std::nullopt;
     const class_net net = random_net(chance, 40, 0.01 * (run % 5));
     class_net marked;
     std::int32_t n_Q = 0, expected = 0;
@@ -41,10 +40,10 @@ TEST(revision, marks_are_those_of_the_definition) {
         expected += !supported;
       }
     EXPECT_EQ(n_Q, expected);
-    f.signif.identify_all_Q_clones(net, r, marked, -1, false, {}, {}, n_Q);
+    f.signif.identify_all_Q_clones(net, r, additional, marked, -1, false, {}, {}, n_Q);
     expected = 0;
     for (vertex_number v = 1; v <= 40; ++v) {
-      const bool is_Q = plain_revision::is_Q_clone(net, v, r, f.settings.QQ_use_additional_cutoff ? 22 : 0);
+      const bool is_Q = plain_revision::is_Q_clone(net, v, r, additional.value_or(0));
       EXPECT_EQ(marked.index_of_vertex_get(v), is_Q ? -1 : 0) << v << " r=" << r;
       expected += is_Q;
     }
@@ -62,9 +61,9 @@ struct revised {
   class_clone_net_signif::revision_summary summary;
   bool done = false;
   explicit revised(bool overlaps, bool clones, std::int32_t rank = 1) {
-    f.settings.cutoff = 15.5;
+    f.rule.cutoff = 15.5;
     f.signif.net() = triangle_with_tail();
-    done = f.signif.revise_connections({overlaps, clones, rank, "16", f.folder / "revised.ORBns"}, summary);
+    done = f.signif.revise_connections(f.rule, {overlaps, clones, rank, "16", f.folder / "revised.ORBns"}, summary);
   }
   std::string clone(vertex_number v) {
     return std::to_string(v) + "\t" + f.database.name_of_clone_get(v) + "\t" +
@@ -116,17 +115,22 @@ TEST(revision, the_form_refuses_and_proposes) {
   net_fixture f({.n_clones = 6, .bands_in_clone = 6});
   f.signif.net() = triangle_with_tail();
   class_clone_net_signif::revision_summary summary;
-  EXPECT_FALSE(f.signif.revise_connections({true, true, 1, "15", f.folder / "net.ORBns"}, summary));
+  EXPECT_FALSE(f.signif.revise_connections(f.rule, {true, true, 1, "15", f.folder / "net.ORBns"}, summary));
   EXPECT_EQ(f.record.messages, std::vector<std::string>{more});
-  EXPECT_FALSE(f.settings.QQ_use_additional_cutoff);
   EXPECT_TRUE(std::filesystem::is_empty(f.folder));
   f.answer_always("max rank connections (min=1, max=50)", "77"); // out of range: 1 stays
-  ASSERT_TRUE(f.signif.revise_connections({true, false, 0, "", f.folder / "net.ORBns"}, summary));
-  EXPECT_EQ(f.settings.QQ_additional_cutoff, 25);
-  EXPECT_TRUE(f.settings.QQ_use_additional_cutoff);
+  ASSERT_TRUE(f.signif.revise_connections(f.rule, {true, false, 0, "", f.folder / "net.ORBns"}, summary));
   EXPECT_EQ(summary.n_q_overlaps, 2);
-  EXPECT_EQ(net_noQQ_file_name(f.settings, 25), "net_signif_noQQ_15_25.ORBns");
-  EXPECT_EQ(net_signif_file_name(f.settings), "net_signif_Sulston_1988_15.00.ORBns");
+  // The proposal is 25: Q-clones are the same as with that cutoff, and others than with a lower one.
+  const auto n_Q_clones = [&](const std::string &additional) {
+    f.signif.net() = triangle_with_tail();
+    EXPECT_TRUE(f.signif.revise_connections(f.rule, {false, true, 2, additional, f.folder / "net.ORBns"}, summary));
+    return summary.n_q_clones;
+  };
+  EXPECT_EQ(n_Q_clones(""), n_Q_clones("25"));
+  EXPECT_NE(n_Q_clones(""), n_Q_clones("16"));
+  EXPECT_EQ(net_noQQ_file_name(f.rule, 25), "net_signif_noQQ_15_25.ORBns");
+  EXPECT_EQ(net_signif_file_name(f.rule), "net_signif_Sulston_1988_15.00.ORBns");
 }
 
 // Each vertex of a line is joined with the 120 before and behind it, so that a ball of rank 50 holds all of them.
@@ -147,16 +151,11 @@ class_net wide_line(std::int32_t n) {
 // The events behind a yield are seen while a block is judged, not only between blocks: the whole net is one block.
 TEST(revision, a_stop_within_a_block_leaves_nothing) {
   net_fixture f({.n_clones = 900, .bands_in_clone = 4});
-  f.settings.threads = 1; // half a second of work
-  process_frame *frame = nullptr;
+  f.settings.threads = 1;        // half a second of work
   int n_yields = 0, stop_at = 0; // 0: never
   front_end stopping = null_front_end();
-  stopping.yield = [&] {
-    if (++n_yields == stop_at)
-      frame->stop_requested_set(true);
-  };
+  stopping.yield = [&] { return ++n_yields == stop_at; };
   process_frame stopped(stopping);
-  frame = &stopped;
   metric_context context{stopped, f.settings, f.database, f.usable_values, f.table};
   class_clone_net_signif signif(context);
   const auto revised = [&](const class_net &net) {
@@ -165,7 +164,7 @@ TEST(revision, a_stop_within_a_block_leaves_nothing) {
     signif.net() = net;
     n_yields = 0;
     class_clone_net_signif::revision_summary summary;
-    return signif.revise_connections({false, true, 50, "16", f.folder / "net.ORBns"}, summary);
+    return signif.revise_connections(f.rule, {false, true, 50, "16", f.folder / "net.ORBns"}, summary);
   };
   class_net empty; // no work between the yields: as many as come anyhow
   empty.inicializate_net(900, 0);

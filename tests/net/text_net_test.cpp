@@ -120,9 +120,9 @@ TEST(text_net, limits_that_are_no_limits_end_the_load) {
 // Loads with limits and compares with the definition of status and cutoffs.
 TEST(text_net, reduction_keeps_what_the_status_of_both_clones_allows) {
   net_fixture f({.n_clones = 120, .bands_in_clone = 24, .coverage = 25});
-  f.settings.cutoff = 4;
+  f.rule.cutoff = 4;
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "net.txt", 1}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "net.txt", 1}, summary));
   class_net whole, reduced;
   bool ok = false;
   f.signif.read_text_net(f.folder / "net.txt", whole, ok);

@@ -5,6 +5,7 @@
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "metrics/class_clone_text_distance.h"
 #include "support/net_fixture.h"
 
 namespace orb {
@@ -27,7 +28,7 @@ class_net naive_net(net_fixture &f) {
   };
   class_clone_dist_calc calc(f.context);
   auto table = std::make_shared<class_clone_dist_FPC>();
-  table->fill_sulston_significant_table(f.settings.cutoff, 215, database, f.usable_values);
+  table->fill_sulston_significant_table(f.rule.cutoff, 215, database, f.usable_values);
   calc.FPC_member_set(table);
   calc.FPC_table_defined_set(true); // what lies below the table scores 0, which matters where 0 is significant
   class_net net;
@@ -42,13 +43,13 @@ class_net naive_net(net_fixture &f) {
       const number_list versions_i = versions(i), versions_j = versions(j);
       for (const clone_number a : versions_i.members())
         for (const clone_number b : versions_j.members()) {
-          const double value = calc.minus_log10_p_value_of_clone_overlapping(a, b, f.settings.distance_index);
+          const double value = calc.minus_log10_p_value_of_clone_overlapping(a, b, f.rule.distance_index);
           if (value < best)
             continue;
           best = value;
-          code = calc.burring_index_get(f.settings.burying);
+          code = calc.burring_index_get(f.rule.burying);
         }
-      if (best >= f.settings.cutoff)
+      if (best >= f.rule.cutoff)
         net.add_edge_fast(i, j, two_decimals(best), 0, code);
     }
   }
@@ -91,9 +92,7 @@ TEST(whole_net, memory_equals_text_equals_the_double_loop_for_any_number_of_thre
   for (const library_case &c : library_cases) {
     SCOPED_TRACE(c.what);
     net_fixture f(c.library);
-    f.settings.distance_index = c.metric;
-    f.settings.cutoff = c.cutoff;
-    metric_is_selected(f.settings, c.metric);
+    f.rule = rule_of_metric(c.metric, c.cutoff);
     if (c.excluded > 0) {
       random_source chance(1);
       f.usable_values.create_band_is_not_excluded(f.frame, c.excluded, f.database, chance);
@@ -104,7 +103,7 @@ TEST(whole_net, memory_equals_text_equals_the_double_loop_for_any_number_of_thre
     for (const int threads : {1, 4}) {
       f.settings.threads = threads;
       net_creation_summary summary;
-      ASSERT_TRUE(f.signif.create_net_in_memory(summary));
+      ASSERT_TRUE(f.signif.create_net_in_memory(f.rule, summary));
       EXPECT_TRUE(f.signif.net().neighbours_are_sorted_get());
       EXPECT_TRUE(f.settings.same_metric_as_net);
       EXPECT_TRUE(f.native_bytes(f.signif.net()) == expected) << threads << " threads";
@@ -113,7 +112,7 @@ TEST(whole_net, memory_equals_text_equals_the_double_loop_for_any_number_of_thre
     f.answer_always("Do you want to load", "yes");
     f.answer_always("Save net of significant", (f.folder / "saved.ORBns").string());
     net_creation_summary summary;
-    ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "net.txt", 1}, summary));
+    ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "net.txt", 1}, summary));
     EXPECT_TRUE(f.settings.use_file_with_connections);
     EXPECT_TRUE(file_bytes(f.folder / "saved.ORBns") == expected);
     EXPECT_TRUE(f.native_bytes(f.signif.net()) == expected);
@@ -125,11 +124,51 @@ TEST(whole_net, memory_equals_text_equals_the_double_loop_for_any_number_of_thre
   }
 }
 
+// Weights go by the rule of each call: after a metric of abundances and a table with columns of weights the net of
+// another metric is the one from before, and isn't even touched by a band without a frequency, which ends all weighing.
+TEST(whole_net, weights_follow_the_rule_and_not_what_was_compared_before) {
+  net_fixture f({.n_clones = 520, .bands_in_clone = 12, .skewed = true, .seed = 15});
+  const overlap_rule plain = rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get(), 6),
+                     weighted = rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_KK2_frac_mn_get(), 1500);
+  EXPECT_FALSE(plain.weights);
+  EXPECT_TRUE(weighted.weights);
+  const number_list few = number_list::range(1, 60), many = number_list::range(1, 510); // pair by pair; all cores
+  const auto nets_of = [&](const overlap_rule &rule) {
+    net_creation_summary summary;
+    f.settings.use_file_with_connections = false;
+    EXPECT_TRUE(f.signif.create_net_in_memory(rule, summary));
+    std::vector<std::string> bytes{f.native_bytes(f.signif.net())};
+    f.settings.use_file_with_connections = false;
+    for (const number_list &list : {few, many}) {
+      class_net net;
+      number_list places;
+      f.signif.create_net_general_run(list, rule, net, places);
+      bytes.push_back(f.native_bytes(net));
+      f.signif.create_net_without_using_previous_net(list, list.count(), rule.distance_index, rule.cutoff, rule.burying,
+                                                     net);
+      EXPECT_TRUE(f.native_bytes(net) == bytes.back());
+    }
+    return bytes;
+  };
+  const std::vector<std::string> plain_first = nets_of(plain), weighted_after = nets_of(weighted);
+  class_clone_text_distance::table_format_select(f.settings, 3);
+  class_clone_text_distance(f.context, plain).text_of_distance(1, 2);
+  EXPECT_TRUE(nets_of(plain) == plain_first);
+  EXPECT_TRUE(nets_of(weighted) == weighted_after);
+  EXPECT_TRUE(plain_first != weighted_after);
+  f.database.frecuency_of_band_in_clones_set(f.database.bands_of_clone(1)[0], 0);
+  net_creation_summary summary;
+  EXPECT_THROW(f.signif.create_net_in_memory(weighted, summary), program_end);
+  EXPECT_THROW(f.signif.create_net_in_memory({plain.distance_index, plain.cutoff, plain.burying, true}, summary),
+               program_end);
+  EXPECT_TRUE(nets_of(plain) == plain_first);
+}
+
 TEST(whole_net, a_resumed_text_net_is_the_tail_of_the_whole_one) {
   net_fixture f({.n_clones = 80, .bands_in_clone = 30});
-  f.settings.cutoff = 5;
+  f.rule.cutoff = 5;
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "whole.txt", 1}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "whole.txt", 1}, summary));
   const std::string whole = file_bytes(f.folder / "whole.txt");
   EXPECT_EQ(f.record.messages[0], "Pre-calculation is finished.");
   EXPECT_EQ(f.record.messages[1],
@@ -137,13 +176,13 @@ TEST(whole_net, a_resumed_text_net_is_the_tail_of_the_whole_one) {
             "for one clone n_max=" +
                 std::to_string(summary.n_overlaps_max_found) + ".");
   f.answer_always("Start from ...", "37");
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "tail.txt", 0}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "tail.txt", 0}, summary));
   const std::string tail = file_bytes(f.folder / "tail.txt");
   EXPECT_TRUE(tail.starts_with("clone\t37\t"));
   EXPECT_TRUE(whole.ends_with(tail) && tail.size() < whole.size());
   EXPECT_TRUE(whole.starts_with("clone\t1\tC100001\t"));
   // one of the records, letter by letter
-  const net_edge &edge = (f.settings.use_file_with_connections = false, f.signif.create_net_in_memory(summary),
+  const net_edge &edge = (f.settings.use_file_with_connections = false, f.signif.create_net_in_memory(f.rule, summary),
                           f.signif.net().edges_of_vertex(1).front());
   const std::string line = "\r\n" + std::to_string(edge.neighbour) + "\t" +
                            f.database.name_of_clone_get(edge.neighbour) + "\t" + number_text(edge.value, 2) +
@@ -167,15 +206,15 @@ TEST(whole_net, parts_joined_equal_the_whole) {
   f.signif.net() = net;
   f.signif.net_is_loaded_set();
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "whole.txt", 1}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "whole.txt", 1}, summary));
   f.answer_always("NB! Nomber of clones N=60001 is large.\rTo optimize", "yes");
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "parts.txt", 1}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "parts.txt", 1}, summary));
   EXPECT_TRUE(file_bytes(f.folder / "parts" / "parts_61.txt").starts_with("clone\t60001\t"));
   const auto joined = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(f.frame, f.folder / "parts");
   EXPECT_TRUE(file_bytes(joined) == file_bytes(f.folder / "whole.txt"));
   // Resumed within a part: the names still sort in clone order.
   std::filesystem::remove_all(f.folder / "parts");
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections({f.folder / "parts.txt", 59000}, summary));
+  ASSERT_TRUE(f.signif.create_file_with_significant_connections(f.rule, {f.folder / "parts.txt", 59000}, summary));
   EXPECT_TRUE(file_bytes(f.folder / "parts" / "parts_59_59000.txt").starts_with("clone\t59000\t"));
   EXPECT_TRUE(file_bytes(f.folder / "parts" / "parts_60.txt").starts_with("clone\t59001\t"));
 }
@@ -190,13 +229,14 @@ TEST(whole_net, too_many_overlaps_are_asked_about_once_at_501) {
   for (const bool text : {false, true})
     for (const auto &c : cases) {
       net_fixture f({.n_clones = c.n_clones, .bands_in_clone = 2});
-      f.settings.cutoff = -1; // each clone overlaps with all others
+      f.rule.cutoff = -1; // each clone overlaps with all others
       f.answer_always("NB! clone 1 (C100001) has too many (501) significant overlaps at selected cutoff level.\r "
                       "Continue with this cutoff?",
                       c.reply);
       net_creation_summary summary;
-      const bool made = text ? f.signif.create_file_with_significant_connections({f.folder / "net.txt", 1}, summary)
-                             : f.signif.create_net_in_memory(summary);
+      const bool made =
+          text ? f.signif.create_file_with_significant_connections(f.rule, {f.folder / "net.txt", 1}, summary)
+               : f.signif.create_net_in_memory(f.rule, summary);
       EXPECT_EQ(made, c.made);
       EXPECT_EQ(summary.completed, c.made);
       EXPECT_EQ(
@@ -232,11 +272,11 @@ TEST(whole_net, a_stop_keeps_the_old_net_and_what_was_written) {
   frame = &stopped;
   metric_context context{stopped, f.settings, f.database, f.usable_values, f.table};
   class_clone_net_signif signif(context);
-  EXPECT_FALSE(signif.create_net_in_memory(summary));
+  EXPECT_FALSE(signif.create_net_in_memory(f.rule, summary));
   EXPECT_FALSE(summary.completed);
   EXPECT_EQ(signif.net().number_of_vertices_get(), 0);
   EXPECT_TRUE(stopped.was_stopped());
-  EXPECT_FALSE(signif.create_file_with_significant_connections({f.folder / "net.txt", 1}, summary));
+  EXPECT_FALSE(signif.create_file_with_significant_connections(f.rule, {f.folder / "net.txt", 1}, summary));
   EXPECT_TRUE(file_bytes(f.folder / "net.txt").starts_with("clone\t1\t"));
   EXPECT_FALSE(f.settings.use_file_with_connections);
 }

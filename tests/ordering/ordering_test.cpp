@@ -21,6 +21,7 @@ struct ordering_fixture : testing::Test {
   front_end shown = scripted_front_end(book, record);
   process_frame frame{forwarding()};
   project_settings settings;
+  overlap_rule rule;
   class_DB_of_clones database;
   class_usable_values usable_values;
   class_clone_dist_table table;
@@ -33,6 +34,7 @@ struct ordering_fixture : testing::Test {
     with_yield.yield = [this] {
       if (on_yield)
         on_yield();
+      return false;
     };
     return with_yield;
   }
@@ -54,13 +56,12 @@ struct ordering_fixture : testing::Test {
     database.total_number_of_clones_set(5);
     database.sort_clones_by_name(frame);
     make_band_statistics(frame, database, usable_values);
-    settings.distance_index = class_clone_dist_general::DISTANCE_INDEX_k2_frac_mn_get();
-    settings.cutoff = 100;
+    rule = rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_k2_frac_mn_get(), 100);
     record = {};
   }
   void load_generated(std::int32_t n) {
     generate_library(frame, {.n_clones = n, .bands_in_clone = 30, .coverage = 8, .seed = 4}, database, usable_values);
-    settings.cutoff = 8;
+    rule.cutoff = 8;
     record = {};
   }
   std::map<std::string, std::string> files() const {
@@ -70,7 +71,7 @@ struct ordering_fixture : testing::Test {
     return out;
   }
   std::string tail() const {
-    return "ctg_" + class_clone_dist_general::name_of_cutoff_distance(settings.distance_index) + "_Cf100.0_p0.90.txt";
+    return "ctg_" + class_clone_dist_general::name_of_cutoff_distance(rule.distance_index) + "_Cf100.0_p0.90.txt";
   }
 };
 
@@ -86,7 +87,7 @@ TEST_F(ordering_fixture, FilesWithoutJackknife) {
   fs::path file_order;
   std::vector<std::int16_t> clone_is_not_excluded;
   number_list order, without_buried, ordered;
-  ASSERT_TRUE(ordering.run_JK_on_bands_new(shuffled_windows, 5, 0.9, "ctg", false, {}, file_order,
+  ASSERT_TRUE(ordering.run_JK_on_bands_new(shuffled_windows, 5, rule, "ctg", false, {}, file_order,
                                            clone_is_not_excluded, order));
   EXPECT_EQ(clone_is_not_excluded, (std::vector<std::int16_t>{1, 1, 1, 0, 1, 1}));
   EXPECT_EQ(order, (number_list{2, 4, 1, 3}));
@@ -114,7 +115,7 @@ TEST_F(ordering_fixture, FilesWithTheInstanceInTheFolderOfTheContig) {
   class_clone_ord_and_verif ordering(context, nullptr, {.t_JK_N = 2, .t_JK_alpha = 0});
   fs::path file_order;
   fs::create_directory(folder.path() / "ctg");
-  ordering.run_JK_on_bands(shuffled_windows, 5, 0.9, "ctg", true, folder.path() / "ctg", file_order);
+  ordering.run_JK_on_bands(shuffled_windows, 5, rule, "ctg", true, folder.path() / "ctg", file_order);
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1); // nothing beside the contig's folder
   const std::string instance = "4,2,30\r\n1 2 4 5\r\n1\t2\t10000\r\n1\t3\t510\r\n1\t4\t640\r\n2\t3\t10000\r\n"
                                "2\t4\t510\r\n3\t4\t10000\r\n";
@@ -143,9 +144,9 @@ TEST_F(ordering_fixture, ABuriedCloneOfTwoLeavesOneAndNoneLeavesNone) {
   load_windows();
   class_clone_ord_and_verif ordering(context, nullptr);
   fs::path file_order;
-  ordering.run_JK_on_bands({5, 2}, 2, 0.9, "ctg", false, {}, file_order);
+  ordering.run_JK_on_bands({5, 2}, 2, rule, "ctg", false, {}, file_order);
   EXPECT_EQ(file_bytes(file_order), "cB\r\n");
-  ordering.run_JK_on_bands({5, 2}, 0, 0.9, "none", false, {}, file_order);
+  ordering.run_JK_on_bands({5, 2}, 0, rule, "none", false, {}, file_order);
   EXPECT_EQ(file_bytes(file_order), "");
 }
 
@@ -166,18 +167,18 @@ TEST_F(ordering_fixture, DistancesComeFromTheNetWhenAsked) {
   class_clone_dist_calc calc(context);
   std::int16_t buried = -1;
   double Rij = 0;
-  ordering.calculate_Rij(3, 2, 0.6, 0, 100, calc, buried, Rij);
+  ordering.calculate_Rij(3, 2, rule_of_metric(0, 100, 0.6), calc, buried, Rij);
   EXPECT_TRUE(Rij == 640 && buried == 3);
-  ordering.calculate_Rij(3, 2, 0.9, 0, 360, calc, buried, Rij);
+  ordering.calculate_Rij(3, 2, rule_of_metric(0, 360, 0.9), calc, buried, Rij);
   EXPECT_TRUE(Rij == 10000 && buried == 0); // at the cutoff is no link
   settings.net_in_ordering = true;
-  ordering.calculate_Rij(3, 2, 0.6, 0, 100, calc, buried, Rij);
+  ordering.calculate_Rij(3, 2, rule_of_metric(0, 100, 0.6), calc, buried, Rij);
   EXPECT_TRUE(Rij == 10000 && buried == 0); // unknown to the net
-  ordering.calculate_Rij(2, 1, 0.6, 0, 100, calc, buried, Rij);
+  ordering.calculate_Rij(2, 1, rule_of_metric(0, 100, 0.6), calc, buried, Rij);
   EXPECT_TRUE(Rij == 510 && buried == 2); // the score is computed, the code is the net's
-  ordering.calculate_Rij(2, 1, 0.6, 0, 0.5, calc, buried, Rij);
+  ordering.calculate_Rij(2, 1, rule_of_metric(0, 0.5, 0.6), calc, buried, Rij);
   EXPECT_EQ(Rij, 510);
-  ordering.calculate_Rij(1, 4, 0.6, 0, 0.5, calc, buried, Rij);
+  ordering.calculate_Rij(1, 4, rule_of_metric(0, 0.5, 0.6), calc, buried, Rij);
   EXPECT_EQ(Rij, 999); // a score below 1 counts as 1, above this cutoff
 }
 
@@ -187,12 +188,11 @@ TEST_F(ordering_fixture, AnyNumberOfThreadsGivesTheSameFiles) {
   std::vector<ordering_task> tasks;
   for (std::int32_t first = 1; first <= 61; first += 30)
     tasks.push_back({number_list::range(first, first + 29),
-                     0.9,
+                     rule,
                      "c" + std::to_string(first),
                      true,
                      {},
-                     static_cast<std::uint64_t>(first),
-                     {}});
+                     static_cast<std::uint64_t>(first)});
   std::map<std::string, std::string> of_one_thread;
   for (const int threads : {1, 3}) {
     settings.threads = threads;
@@ -233,7 +233,7 @@ TEST_F(ordering_fixture, StoppedAtOnceOrMidwayWritesNothing) {
     std::vector<std::int16_t> flags;
     number_list order;
     EXPECT_FALSE(
-        ordering.run_JK_on_bands_new(number_list::range(1, 120), 120, 0.9, "ctg", true, {}, file_order, flags, order));
+        ordering.run_JK_on_bands_new(number_list::range(1, 120), 120, rule, "ctg", true, {}, file_order, flags, order));
     EXPECT_TRUE(file_order.empty() && order.empty() && flags.empty());
     EXPECT_TRUE(files().empty());
     on_yield = {};
@@ -245,11 +245,11 @@ TEST_F(ordering_fixture, TooManyExcludedBandsEndTheProgramAndTooFewAreLogged) {
   load_windows();
   fs::path file_order;
   class_clone_ord_and_verif far_too_many(context, nullptr, {.t_JK_N = 1, .t_JK_alpha = 0.81});
-  EXPECT_THROW(far_too_many.run_JK_on_bands(shuffled_windows, 5, 0.9, "ctg", true, {}, file_order), program_end);
+  EXPECT_THROW(far_too_many.run_JK_on_bands(shuffled_windows, 5, rule, "ctg", true, {}, file_order), program_end);
   EXPECT_EQ(record.messages, std::vector<std::string>{"Too mach bands are excluded!"});
   EXPECT_TRUE(files().empty());
   class_clone_ord_and_verif more_than_there_are(context, nullptr, {.t_JK_N = 3, .t_JK_alpha = 0.5});
-  more_than_there_are.run_JK_on_bands(shuffled_windows, 5, 0.9, "ctg", true, {}, file_order);
+  more_than_there_are.run_JK_on_bands(shuffled_windows, 5, rule, "ctg", true, {}, file_order);
   EXPECT_EQ(std::count_if(record.log.begin(), record.log.end(),
                           [](const std::string &line) { return line.rfind("No band is left to exclude: ", 0) == 0; }),
             1); // once for the contig

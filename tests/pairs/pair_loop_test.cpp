@@ -112,7 +112,7 @@ rows rows_of(net_fixture &f, const loop_case &c, const pair_elements &elements, 
   class_clone_dist_FPC significant;
   significant.fill_sulston_significant_table(c.cutoff, class_clone_dist_FPC::proposed_table_size(f.database),
                                              f.database, f.usable_values);
-  pair_kernel kernel(f.context, c.metric, c.cutoff, 0.9, c.preprocessed ? &significant : nullptr, threads);
+  pair_kernel kernel(f.context, rule_of_metric(c.metric, c.cutoff), c.preprocessed ? &significant : nullptr, threads);
   EXPECT_EQ(kernel.least_common().exists(), c.limited);
   overlap_rows made(kernel, elements, partners, threads, path);
   rows all(static_cast<std::size_t>(elements.count()) + 1);
@@ -142,7 +142,6 @@ TEST(pair_loop, the_scan_keeps_the_pairs_of_the_plain_kernel_on_every_path) {
   for (const loop_case &c : loop_cases) {
     SCOPED_TRACE(c.what);
     net_fixture f(c.library);
-    metric_is_selected(f.settings, c.metric);
     make_tables(f, c);
     if (c.excluded > 0) {
       random_source chance(1);
@@ -304,7 +303,7 @@ TEST(pair_loop, stops_between_chunks_and_within) {
   net_fixture f({.n_clones = 9000, .bands_in_clone = 10});
   class_clone_dist_FPC significant;
   significant.fill_sulston_significant_table(8, 215, f.database, f.usable_values);
-  pair_kernel kernel(f.context, 4, 8, 0.9, &significant, 2);
+  pair_kernel kernel(f.context, rule_of_metric(4, 8), &significant, 2);
   const pair_elements elements = pair_elements::of_library(f.database, false);
   for (const int stop_at : {1, 2, 3}) {
     overlap_rows made(kernel, elements, row_partners::all, 2);
@@ -317,9 +316,7 @@ TEST(pair_loop, stops_between_chunks_and_within) {
     EXPECT_LT(done, 9000);
   }
   // Without a scan a single row can take long.
-  f.settings.distance_index = family::DISTANCE_INDEX_LnnSulston_get();
-  metric_is_selected(f.settings, f.settings.distance_index);
-  pair_kernel slow(f.context, f.settings.distance_index, 8, 0.9, nullptr, 2);
+  pair_kernel slow(f.context, rule_of_metric(family::DISTANCE_INDEX_LnnSulston_get(), 8), nullptr, 2);
   overlap_rows made(slow, elements, row_partners::all, 2);
   EXPECT_FALSE(made.run(
       1, [](std::int32_t, std::int32_t) { return true; }, [] { return false; }));

@@ -95,6 +95,7 @@ public:
   std::filesystem::path folder;
   std::unique_ptr<process_frame> frame;
   project_settings settings;
+  overlap_rule rule;
   class_DB_of_clones database;
   class_usable_values usable_values;
   class_clone_dist_table table;
@@ -113,7 +114,9 @@ public:
     frame = std::make_unique<process_frame>(shown);
     frame->working_folder_set(folder);
     context = std::make_unique<metric_context>(metric_context{*frame, settings, database, usable_values, table});
-    signif = std::make_unique<class_clone_net_signif>(*context);
+    signif = std::make_unique<class_clone_net_signif>(*context, [this] {
+      settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
+    });
   }
   // For a front end that was changed: the same library and net again.
   void make_frame_again() {
@@ -165,7 +168,7 @@ private:
     net.finish_of_adding();
     net.test_neighbours_sorted();
     signif->net_is_loaded_set();
-    settings.cutoff = cutoff;
+    rule.cutoff = cutoff;
   }
 };
 

@@ -11,6 +11,11 @@
 
 namespace orb {
 
+// What the owner of the settings says when a net was loaded.
+inline void settings_of_loaded_net(project_settings &settings) {
+  settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
+}
+
 struct net_fixture {
   std::filesystem::path folder;
   answer_book book;
@@ -21,7 +26,8 @@ struct net_fixture {
   class_usable_values usable_values;
   class_clone_dist_table table;
   metric_context context{frame, settings, database, usable_values, table};
-  class_clone_net_signif signif{context};
+  overlap_rule rule;
+  class_clone_net_signif signif{context, [this] { settings_of_loaded_net(settings); }};
 
   explicit net_fixture(const generated_library &wanted) {
     static int number = 0;

@@ -9,7 +9,16 @@
 using whole::outcome;
 namespace fs = std::filesystem;
 
-class CommandLine : public whole::program_test {};
+class CommandLine : public whole::program_test {
+protected:
+  std::vector<std::string> files_beginning_with(const std::string &start) const {
+    std::vector<std::string> names;
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder))
+      if (const std::string name = entry.path().filename().string(); name.starts_with(start))
+        names.push_back(name);
+    return names;
+  }
+};
 
 TEST_F(CommandLine, HelpStandsOnEachCommandWithAnExample) {
   const outcome general = orb("--help");
@@ -47,7 +56,7 @@ TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
       {"assemble " + example + " --out d --additional-cutoff x",
        "Additional cutoff has to be numeric and more than current cutoff"},
       {"assemble " + example + " --out d --preset 6", "--preset"},
-      {"assemble " + example + " --out d --step nan", "Value nan is no number"},
+      {"assemble " + example + " --out d --step nan", "--step: \"nan\" isn't a number from 0 to 1000000"},
   };
   for (const auto &c : cases) {
     const outcome seen = orb(c.arguments);
@@ -82,8 +91,8 @@ TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
     for (const std::string &said : c.said)
       EXPECT_NE(seen.err.find(said), std::string::npos) << said << "\n" << seen.err;
     EXPECT_FALSE(fs::exists(folder / "l.ORBdb"));
-    for (const fs::directory_entry &entry : fs::directory_iterator(folder))
-      EXPECT_FALSE(entry.path().filename().string().starts_with("l.ORBdb")) << entry.path();
+    EXPECT_EQ(files_beginning_with("l.ORBdb"), std::vector<std::string>{"l.ORBdb.run.json"});
+    EXPECT_EQ(nlohmann::json::parse(whole::bytes_of(folder / "l.ORBdb.run.json"))["state"], "failed");
   }
 }
 
@@ -113,8 +122,7 @@ TEST_F(CommandLine, AFullDiskLeavesNoHalfFileAndStatus3) {
   const outcome seen = orb("load " + example + " --out l.ORBdb", "trap '' XFSZ; ulimit -f 64;");
   EXPECT_EQ(seen.status, 3) << seen.err;
   EXPECT_NE(seen.err.find("l.ORBdb"), std::string::npos) << seen.err;
-  for (const fs::directory_entry &entry : fs::directory_iterator(folder))
-    EXPECT_FALSE(entry.path().filename().string().starts_with("l.ORBdb")) << entry.path();
+  EXPECT_EQ(files_beginning_with("l.ORBdb"), std::vector<std::string>{"l.ORBdb.run.json"}) << "why it failed";
 }
 
 TEST_F(CommandLine, DamagedLibrariesAndForeignNetsAreRefused) {

@@ -60,7 +60,7 @@ TEST_F(simulate, RefusesBadInputAndImpossibleParameters) {
                {"empty.fa", "Sequence is empty!", 1},
                {"protein.fa", "file protein.fa, line 2", 1},
                {"genome.fa --chimeras 1.5", "--chimeras", 2},
-               {"genome.fa --error nan", "--error: Value nan is no number", 2},
+               {"genome.fa --error nan", "--error: \"nan\" isn't a number", 2},
                {"genome.fa --coverage 3 --clones 9", "use one of them", 2},
                {"genome.fa --min-bands 90 --max-bands 80", "--min-bands must not be above --max-bands", 2},
                {"genome.fa --min-band-length 500", "--min-band-length must be below --max-band-length", 2},

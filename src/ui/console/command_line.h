@@ -1,19 +1,21 @@
-// The command line: texts in, command_options out.
+// Reading the command line of the program orb into a call of a verb; made from the table of verbs, with the help.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "commands/command_options.h"
+#include "commands/verbs.h"
 
 namespace orb {
 
 struct command_line_result {
-  bool run = false; // options hold a command to run
-  int status = 0;   // otherwise: the exit status, after `text` was shown
-  std::string text; // help (status 0, for standard output) or what is wrong (status 2, for standard error)
+  std::unique_ptr<verb_run> call; // null: nothing is to be run, `text` is for standard output or error
+  int status = 0;
+  std::string text;
 };
 
-command_line_result parse_command_line(const std::vector<std::string> &arguments, command_options &options);
+// `arguments`: without the program's name. Status 2 for anything wrong.
+command_line_result parse_command_line(const std::vector<std::string> &arguments);
 
 } // namespace orb

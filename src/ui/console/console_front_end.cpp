@@ -147,7 +147,7 @@ void progress_line_end() {
   progress_line_open = false;
 }
 
-front_end console_front_end(const console_manner &manner, answer_book &book, process_frame *&frame) {
+front_end console_front_end(const console_manner &manner, answer_book &book) {
   front_end shown;
   auto line = std::make_shared<panel_line>(manner);
   shown.panel_set = [line](panel which, const std::string &text, panel_colour) { line->set(which, text); };
@@ -164,10 +164,8 @@ front_end console_front_end(const console_manner &manner, answer_book &book, pro
     say(asked.title + " " + reply);
     return reply;
   };
-  shown.yield = [&frame] {
-    if (interrupts > 0 && frame && frame->process_is_running() && !frame->stop_requested_get())
-      frame->stop_requested_set(true);
-  };
+  shown.note = [](const std::string &text) { say(text); };
+  shown.yield = [] { return interrupts > 0; };
   shown.stop_button_enable = [](bool) {};
   return shown;
 }

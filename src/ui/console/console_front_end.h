@@ -2,7 +2,6 @@
 #pragma once
 
 #include "frame/front_end.h"
-#include "frame/process_frame.h"
 
 namespace orb {
 
@@ -13,8 +12,8 @@ struct console_manner {
 };
 
 // Questions are answered by `book`, by --yes, on the terminal when standard input is one, by their default.
-// `frame` is set once the frame exists: the yields pass Ctrl-C on to it. All references must outlive the front end.
-front_end console_front_end(const console_manner &manner, answer_book &book, process_frame *&frame);
+// The yields answer Ctrl-C. `book` must outlive the front end.
+front_end console_front_end(const console_manner &manner, answer_book &book);
 
 // Ctrl-C asks the running command to stop; a second one ends the program at once, status 130.
 void interrupts_install();

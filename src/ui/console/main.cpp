@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "commands/commands.h"
+#include "commands/verbs.h"
 #include "frame/files.h"
 #include "ui/console/command_line.h"
 #include "ui/console/console_front_end.h"
@@ -39,23 +39,23 @@ fs::path program_folder() {
   return state;
 }
 
-fs::path log_folder(const orb::command_options &options) {
-  if (!options.log.empty())
-    return options.log;
-  return options.command == "assemble" || options.command == "contigs" ? options.out : fs::path();
+// The folder of the verb's results for the long runs, unless one is named.
+fs::path log_folder(orb::verb_run &call) {
+  if (!call.program().log.empty())
+    return call.program().log;
+  const std::string &name = call.the_verb().name;
+  return name == "assemble" || name == "contigs" ? call.path("out") : fs::path();
 }
 
-void read_answers(const orb::command_options &options, orb::answer_book &book) {
-  if (options.answers.empty())
+void read_answers(const fs::path &file, orb::answer_book &book) {
+  if (file.empty())
     return;
   std::string problem;
-  if (!orb::answer_book::parse(orb::file_bytes(options.answers), book, problem))
+  if (!orb::answer_book::parse(orb::file_bytes(file), book, problem))
     throw orb::usage_error("--answers: " + problem);
 }
 
-void say_closing_lines(const orb::command_options &options, std::chrono::steady_clock::time_point began) {
-  if (options.quiet)
-    return;
+void say_closing_lines(std::chrono::steady_clock::time_point began) {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
@@ -70,30 +70,26 @@ bool standard_output_is_whole() {
   return std::fflush(stdout) == 0 && !std::ferror(stdout);
 }
 
-orb::exit_status run(orb::command_options &options) {
+orb::exit_status run(orb::verb_run &call) {
+  const orb::program_options &options = call.program();
   orb::answer_book book;
-  read_answers(options, book);
-  orb::process_frame *frame = nullptr;
-  orb::project_state session(orb::console_front_end({options.quiet, options.verbose, options.yes}, book, frame),
+  read_answers(options.answers, book);
+  orb::project_state project(orb::console_front_end({options.quiet, options.verbose, options.yes}, book),
                              program_folder());
-  frame = &session.frame();
-  if (const fs::path folder = log_folder(options); !folder.empty()) {
+  if (const fs::path folder = log_folder(call); !folder.empty()) {
     orb::create_folder(folder);
-    session.frame().log_folder_set(folder);
+    project.frame().log_folder_set(folder);
   }
-  session.settings().seed = options.seed;
-  session.settings().threads = options.threads;
   orb::command_streams streams;
   streams.results = [](const std::string &text) { std::printf("%s\n", text.c_str()); };
   streams.people = [](const std::string &text) {
     orb::progress_line_end();
     std::fprintf(stderr, "%s\n", text.c_str());
   };
-  orb::exit_status status = orb::run_command(session, options, streams);
-  if (status == orb::exit_status::done && orb::interrupt_was_requested() && session.frame().was_stopped())
-    status = orb::exit_status::stopped;
+  project.start();
+  const orb::exit_status status = orb::run_verb(call, project, streams);
+  project.finish();
   orb::progress_line_end();
-  frame = nullptr;
   return status;
 }
 
@@ -102,29 +98,29 @@ orb::exit_status run(orb::command_options &options) {
 int main(int count, char **values) {
   const auto began = std::chrono::steady_clock::now();
   const std::vector<std::string> arguments(values + 1, values + count);
-  orb::command_options options;
-  const orb::command_line_result parsed = orb::parse_command_line(arguments, options);
-  if (!parsed.run) {
+  const orb::command_line_result parsed = orb::parse_command_line(arguments);
+  if (!parsed.call) {
     std::fputs((parsed.text + (parsed.text.ends_with('\n') ? "" : "\n")).c_str(), parsed.status == 0 ? stdout : stderr);
     return parsed.status == 0 && !standard_output_is_whole() ? 3 : parsed.status;
   }
-  options.command_line.assign(values, values + count);
+  orb::verb_run &call = *parsed.call;
+  call.program().command_line.assign(values, values + count);
   orb::interrupts_install();
   orb::exit_status status = orb::exit_status::done;
+  const auto wrong_end = [&](const char *why, orb::exit_status end) {
+    std::fprintf(stderr, "orb %s: %s\n", call.the_verb().name.c_str(), why);
+    status = end;
+  };
   try {
-    status = run(options);
+    status = run(call);
   } catch (const orb::usage_error &wrong) {
-    std::fprintf(stderr, "orb %s: %s\n", options.command.c_str(), wrong.what());
-    status = orb::exit_status::wrong_command;
+    wrong_end(wrong.what(), orb::exit_status::wrong_command);
   } catch (const orb::file_error &failed) {
-    std::fprintf(stderr, "orb %s: %s\n", options.command.c_str(), failed.what());
-    status = orb::exit_status::no_input_or_output;
+    wrong_end(failed.what(), orb::exit_status::no_input_or_output);
   }
-  if (status == orb::exit_status::done)
-    say_closing_lines(options, began);
-  if (!standard_output_is_whole() && status == orb::exit_status::done) {
-    std::fprintf(stderr, "orb %s: standard output can't be written\n", options.command.c_str());
-    status = orb::exit_status::no_input_or_output;
-  }
+  if (status == orb::exit_status::done && !call.program().quiet)
+    say_closing_lines(began);
+  if (!standard_output_is_whole() && status == orb::exit_status::done)
+    wrong_end("standard output can't be written", orb::exit_status::no_input_or_output);
   return static_cast<int>(status);
 }

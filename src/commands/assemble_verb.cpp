@@ -1,0 +1,273 @@
+// The whole road: library, net, revision, contigs; each stage's result is kept and, with --resume, not made again.
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "commands/command_door.h"
+#include "commands/command_table.h"
+#include "commands/row_steps.h"
+#include "commands/verbs.h"
+#include "contigs/run_folder.h"
+#include "database/class_DB_of_clones.h"
+#include "frame/files.h"
+#include "frame/numbers.h"
+#include "project/input_kind.h"
+#include "reports/contig_summary_text.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char *library_name = "CloneBandSizes.ORBdb";
+
+class assembly {
+public:
+  assembly(verb_run &call, project_state &project, const command_streams &streams)
+      : call_(call), project_(project), streams_(streams), record_(identity_of(call), project.frame().clock()),
+        out_(call.path("out")), record_file_(out_ / "run.json") {}
+
+  command_result run() {
+    create_folder(out_);
+    check_folder_is_writable(out_);
+    project_.working_folder_set(out_);
+    const fs::path input = call_.path("input");
+    if (kind_of_input(input) != input_kind::missing)
+      record_.inputs_add(input);
+    if (const fs::path markers = call_.path("markers"); !markers.empty())
+      record_.input_add(markers);
+    if (call_.is_given("pvalue-tables")) {
+      record_inputs_ = true;
+      if (const command_result tables = step("pvalue.load"); !tables.completed)
+        return tables;
+      record_inputs_ = false;
+    }
+    check_steps(call_, project_);
+    record_wishes();
+    if (!settle_earlier_run())
+      return command_result::ended(exit_status::no_input_or_output);
+    if (is_complete())
+      return summarise_again();
+    record_.end_set("running", exit_status::done, {});
+    command_result end;
+    for (auto stage : {&assembly::library, &assembly::net, &assembly::revision, &assembly::contigs}) {
+      take_end((this->*stage)(), end);
+      if (!end.completed)
+        break;
+      record_.save(record_file_);
+    }
+    record_.end_set(state_of(end), end.status, end.why);
+    save_at_the_end(end);
+    return end;
+  }
+
+private:
+  // Runs a command of the verb and keeps in the record what it found.
+  command_result step(const std::string &command) { return keep(run_command(project_, *call_.step(command))); }
+
+  command_result keep(command_result result) {
+    for (const std::string &line : result.lines)
+      streams_.results(line);
+    command_result recorded = result;
+    if (!record_inputs_)
+      recorded.inputs.clear(); // recorded before any work, so that an earlier run can be compared
+    recorded.files.clear();    // under the names of stages, below
+    record_result(recorded, record_);
+    for (const named_file &file : result.files)
+      if (file.key == "run_folder" && fs::exists(file.path))
+        record_.output_set(file.key, file.path);
+    return result;
+  }
+
+  void save_at_the_end(const command_result &end) {
+    try {
+      record_.save(record_file_);
+    } catch (const file_error &failed) {
+      if (end.completed)
+        throw;
+      streams_.people(failed.what());
+    }
+  }
+
+  // What was asked for: a run with other wishes is another run. Inputs count by their contents.
+  void record_wishes() {
+    static const std::vector<std::string> not_wishes{
+        "input",   "markers", "pvalue-tables", "out", "force", "resume", "threads", "quiet",
+        "verbose", "log",     "answers",       "yes", "seed",  "metric", "cutoff",  "burying"};
+    for (const verb_option &option : call_.options()) {
+      if (std::find(not_wishes.begin(), not_wishes.end(), option.name) != not_wishes.end())
+        continue;
+      const std::string text = option.rows.front()->text();
+      record_.wish_set(option.name, text.empty() ? nlohmann::json() : nlohmann::json(text));
+    }
+    const overlap_rule &rule = project_.rule();
+    record_.wish_set("metric", class_clone_dist_general::name_of_cutoff_distance(rule.distance_index));
+    record_.wish_set("cutoff", rule.cutoff);
+    record_.wish_set("burying", rule.burying);
+  }
+
+  fs::path library_file() const { return out_ / library_name; }
+  fs::path net_file() const { return out_ / net_signif_file_name(project_.rule()); }
+  fs::path revised_file() const {
+    double additional = project_.rule().cutoff + QQ_proposed_step;
+    number_parse(call_.option("additional-cutoff")->rows.front()->text(), additional);
+    return out_ / net_noQQ_file_name(project_.rule(), additional);
+  }
+
+  // False when results are there that this run may neither continue nor overwrite.
+  bool settle_earlier_run() {
+    if (call_.flag("force"))
+      return true;
+    const auto before = run_record_read(record_file_);
+    if (call_.resume && before) {
+      const std::string difference = run_record_difference(*before, record_.json());
+      if (difference.empty()) {
+        earlier_ = *before;
+        record_.continue_from(*before);
+        return true;
+      }
+      streams_.people(
+          fmt::format("The assembly in {} can't be resumed: {}. --force makes it anew.", out_.string(), difference));
+      return false;
+    }
+    // a run that made nothing is no result
+    const bool was_empty = before && before->value("outputs", nlohmann::json::object()).empty();
+    if (!was_empty)
+      check_output(record_file_, false);
+    for (const fs::path &file : {library_file(), net_file(), revised_file()})
+      check_output(file, false);
+    const bool q_overlaps = !call_.flag("no-overlaps"), q_clones = !call_.flag("no-clones");
+    for (const std::string &name : QQ_report_names(project_.rule(), q_overlaps, q_clones))
+      check_output(out_ / name, false);
+    return true;
+  }
+
+  bool kept(const char *key) const { return earlier_ && output_is_intact(*earlier_, key, out_); }
+
+  bool is_complete() const {
+    return earlier_ && earlier_->value("state", "") == "complete" && kept("library") && kept("net") &&
+           kept("revised_net") && kept("run_folder");
+  }
+
+  command_result summarise_again() {
+    const fs::path folder = out_ / (*earlier_)["outputs"]["run_folder"]["name"].get<std::string>();
+    streams_.people("This assembly is complete; nothing was made again (--force makes it anew).");
+    const nlohmann::json results = earlier_->value("results", nlohmann::json::object());
+    const auto figure = [&](const char *name) { return number_text_thousands(results.value(name, std::int64_t{0})); };
+    streams_.people(
+        fmt::format("Clones read: {}. Exact copies dropped: {}.", figure("clones"), figure("copies_dropped")));
+    streams_.people(fmt::format("Overlaps: {}. Removed as false: {} Q-overlaps, {} Q-clones.", figure("overlaps"),
+                                figure("q_overlaps"), figure("q_clones")));
+    run_folder run;
+    if (!read_run_folder(project_.frame(), folder, run))
+      return command_result::ended(exit_status::run_failed);
+    std::int32_t min_size = contig_figures{}.min_size;
+    whole_number_parse(call_.option("min-size")->rows.front()->text(), min_size);
+    streams_.people(text_of_contigs(
+        contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})))));
+    streams_.results(folder.string());
+    return command_result::ended(static_cast<exit_status>(earlier_->value("exit_status", 0)));
+  }
+
+  // A command that isn't one of the verb's own, with values of its own.
+  command_result other(const std::string &command, const std::vector<std::pair<std::string, std::string>> &values) {
+    bound_command bound = command_by_id(command)->bind();
+    for (const auto &[key, value] : values)
+      bound.set(key, value);
+    return keep(run_command(project_, bound));
+  }
+
+  command_result read_library(bool resumed) {
+    if (!resumed)
+      return step("library.load");
+    streams_.people("Resumed: the library is there.");
+    return other("library.load",
+                 {{"file", library_file().string()}, {"capacity", call_.option("capacity")->rows.front()->text()}});
+  }
+
+  command_result library() {
+    const bool resumed = kept("library");
+    const nlohmann::json earlier_copies = record_.json()["results"].value("copies_dropped", nlohmann::json());
+    record_.stage_start("load");
+    command_result end = read_library(resumed);
+    if (!end.completed)
+      return end;
+    if (resumed)
+      record_.result_set("copies_dropped", earlier_copies);
+    else
+      streams_.people(fmt::format("Clones read: {}. Exact copies dropped: {}.",
+                                  number_text_thousands(project_.database().total_number_of_clones_get()),
+                                  number_text_thousands(project_.reader().summary().n_copies_dropped)));
+    if (call_.is_given("markers"))
+      take_end(step("markers.load"), end);
+    if (end.completed && !resumed)
+      take_end(other("library.save", {{"out", library_file().string()}, {"force", "yes"}}), end);
+    record_.stage_end();
+    if (!end.completed)
+      return end;
+    record_.output_set("library", library_file());
+    record_.library_set(project_.database().total_number_of_clones_get(), library_checksum(project_.database()));
+    take_end(step("metric.set"), end);
+    take_end(step("options.set"), end);
+    return end;
+  }
+
+  command_result net() {
+    if (kept("net")) {
+      streams_.people("Resumed: the net is there.");
+      return kept("revised_net") ? command_result{} : load(net_file());
+    }
+    record_.stage_start("net");
+    command_result end = step("net.create");
+    if (end.completed)
+      take_end(other("net.save", {{"out", net_file().string()}, {"force", "yes"}}), end);
+    record_.stage_end();
+    if (end.completed)
+      record_.output_set("net", net_file());
+    earlier_.reset(); // what hangs on an older net is made anew
+    return end;
+  }
+
+  command_result load(const fs::path &file) { return other("net.load", {{"file", file.string()}}); }
+
+  command_result revision() {
+    if (kept("revised_net")) {
+      streams_.people("Resumed: the revised net is there.");
+      return load(revised_file());
+    }
+    record_.stage_start("revision");
+    bound_command &revise = *call_.step("net.revise");
+    revise.set("out", revised_file().string());
+    revise.set("force", "yes");
+    const command_result end = step("net.revise");
+    record_.stage_end();
+    if (end.completed)
+      record_.output_set("revised_net", revised_file());
+    return end;
+  }
+
+  command_result contigs() {
+    record_.stage_start("contigs");
+    const command_result end = step("contigs.assemble");
+    record_.stage_end();
+    return end;
+  }
+
+  verb_run &call_;
+  project_state &project_;
+  const command_streams &streams_;
+  run_record record_;
+  fs::path out_, record_file_;
+  std::optional<nlohmann::json> earlier_; // the run that --resume continues
+  bool record_inputs_ = false;
+};
+
+} // namespace
+
+exit_status run_assemble_verb(verb_run &call, project_state &project, const command_streams &streams) {
+  const command_result end = assembly(call, project, streams).run();
+  say_why(call, end, streams);
+  return end.status;
+}
+
+} // namespace orb

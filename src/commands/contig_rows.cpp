@@ -1,0 +1,316 @@
+// Contigs: adaptive clustering, runs read back, the re-analysis with an older tiling path.
+#include <fmt/format.h>
+
+#include "commands/command_table.h"
+#include "commands/contig_parameters.h"
+#include "commands/row_steps.h"
+#include "contigs/class_contig_adapt_clust.h"
+#include "reports/contig_summary_text.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+// ---- shared parameters
+// -----------------------------------------------------------------------------------------------
+
+void describe_ordering(parameter_list &list, ordering_parameters &p) {
+  const char *group = "Order of the clones";
+  list.add("ordering-seconds", p.seconds, "limit of each search for an order").limits(0, 1e6).in_group(group);
+  list.add("ordering-steps", p.steps, "limit by steps in its place, the same on every machine")
+      .limits(0, 1e12)
+      .unset("none")
+      .in_group(group);
+  list.add("jackknife", p.jackknife, "runs with bands left out by chance").limits(0, 10000).in_group(group);
+  list.add("jackknife-alpha", p.jackknife_alpha, "chance of leaving a band out").limits(0, 0.8).in_group(group);
+}
+
+ordering_options ordering_of(const ordering_parameters &p) {
+  ordering_options wanted;
+  wanted.seconds = p.seconds;
+  wanted.steps = p.steps;
+  wanted.t_JK_N = p.jackknife;
+  wanted.t_JK_alpha = p.jackknife_alpha;
+  return wanted;
+}
+
+void put_ordering(const ordering_parameters &p, command_result &result) {
+  if (p.steps > 0)
+    result.parameter("ordering_steps", p.steps);
+  else
+    result.parameter("ordering_seconds", p.seconds);
+  result.parameter("jackknife", p.jackknife);
+  result.parameter("jackknife_alpha", p.jackknife_alpha);
+}
+
+void set_drawing_format(const std::string &format, drawing_options &drawing) {
+  drawing.write_pajek = format != "graphml";
+  drawing.write_graphml = format != "net";
+}
+
+void describe_contig_files(parameter_list &list, contig_file_parameters &p) {
+  const char *group = "Files of a contig";
+  list.add("no-ordering", p.no_ordering, "no ordering by jackknife").in_group(group);
+  list.add("no-pair-tables", p.no_pair_tables, "no tables of pairs").in_group(group);
+  list.add("no-drawings", p.no_drawings, "no drawings of nets").in_group(group);
+  list.add("drawing-format", p.drawing_format, "of drawings: net, graphml, or both")
+      .one_of({"net", "graphml", "both"})
+      .in_group(group);
+  describe_drawing_panel(list, p.drawing);
+  describe_ordering(list, p.ordering);
+}
+
+contig_files files_of_contigs(process_frame &frame, const contig_file_parameters &p) {
+  contig_files files;
+  files.pair_tables = !p.no_pair_tables;
+  files.drawings = !p.no_drawings;
+  files.drawing = p.drawing;
+  set_drawing_format(p.drawing_format, files.drawing);
+  files.ordering = ordering_of(p.ordering);
+  if (!files.pair_tables)
+    return files;
+  question asked;
+  asked.text = "From the net only?";
+  asked.by_default = asked.to_go_on = answer::no;
+  files.pairs = frame.yes(asked) ? pairs_of_table::from_net_only : pairs_of_table::all;
+  return files;
+}
+
+void put_contig_files(const contig_file_parameters &p, command_result &result) {
+  result.parameter("ordering", !p.no_ordering);
+  result.parameter("pair_tables", !p.no_pair_tables);
+  result.parameter("drawings", !p.no_drawings);
+  if (!p.no_drawings && p.drawing_format != "net")
+    result.parameter("drawing_format", p.drawing_format);
+  if (!p.no_ordering)
+    put_ordering(p.ordering, result);
+}
+
+namespace {
+
+// ---- contigs.assemble
+// --------------------------------------------------------------------------------------------------
+
+// The form of adaptive clustering, with its own defaults.
+struct assemble_parameters {
+  fs::path out;
+  std::int32_t n_clones_max = 1200, minimal_cluster_size = 6, width_max = 1, n_steps = 6;
+  double step_cutoff = 3;
+  bool excluding_branching = false;
+  std::int32_t rank_relative_to_diam_path = 2, minimal_branch_size = 3;
+  contig_file_parameters files;
+};
+
+void describe_assemble(parameter_list &list, assemble_parameters &p) {
+  constexpr double most = 2000000000;
+  const char *group = "Contigs";
+  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
+  list.add("max-clones", p.n_clones_max, "a larger cluster is cut")
+      .captioned("N clones in cluster >")
+      .limits(0, most)
+      .in_group(group);
+  list.add("min-size", p.minimal_cluster_size, "a smaller cluster is a heap")
+      .captioned("Minimal cluster size")
+      .limits(0, most)
+      .in_group(group);
+  list.add("max-width", p.width_max, "a wider cluster is cut")
+      .captioned("Width of net >")
+      .limits(0, most)
+      .in_group(group);
+  list.add("step", p.step_cutoff, "rise of the cutoff a level")
+      .captioned("Step size = 10^")
+      .limits(0, 1e6)
+      .in_group(group);
+  list.add("steps", p.n_steps, "levels above the base").captioned("N steps").limits(0, 10000).in_group(group);
+  describe_contig_files(list, p.files);
+}
+
+void put_assemble(const assemble_parameters &p, command_result &result) {
+  result.parameter("max_clones", p.n_clones_max);
+  result.parameter("min_size", p.minimal_cluster_size);
+  result.parameter("max_width", p.width_max);
+  result.parameter("step", p.step_cutoff);
+  result.parameter("steps", p.n_steps);
+  put_contig_files(p.files, result);
+}
+
+void put_figures(const contig_figures &figures, command_result &result) {
+  result.figure("contigs", figures.contigs.size());
+  result.figure("clones_in_contigs", figures.n_clones_in_contigs);
+  result.figure("heaps", figures.n_heaps);
+  result.figure("clones_in_heaps", figures.n_clones_in_heaps);
+  result.figure("clones_alone", figures.n_clones_alone);
+  result.figure("N50_bands", figures.N50_bands);
+}
+
+command_result run_assemble(project_state &project, const assemble_parameters &p) {
+  work_in(project, p.out);
+  class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
+  clust.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step_cutoff, p.n_steps,
+                            p.excluding_branching, p.rank_relative_to_diam_path, p.minimal_branch_size);
+  clust.detail_control_set(!p.files.no_ordering);
+  clust.print_all_dist_on_set(!p.files.no_pair_tables);
+  clust.adaptive_clustering_all_run(project.database());
+  const adapt_clust_result &found = clust.result();
+  const contig_figures figures = contig_figures_of(found, p.minimal_cluster_size);
+  command_result result = result_of(project, found.completed);
+  put_assemble(p, result);
+  put_figures(figures, result);
+  if (!found.folder.empty()) {
+    result.file("run_folder", found.folder);
+    result.lines.push_back(found.folder.string());
+    project.loaded(project_part::contigs, {found.folder, "contigs.assemble"});
+  }
+  if (found.completed)
+    project.frame().note(text_of_contigs(figures));
+  return result;
+}
+
+// ---- contigs.load, contigs.load_folder
+// ---------------------------------------------------------------------------------
+
+struct run_parameters {
+  fs::path folder;
+};
+
+void describe_load(parameter_list &list, run_parameters &p) {
+  list.add("folder", p.folder, "folder of a run, or of an assembly").type("RUN").needed();
+}
+
+void check_folder(const project_state &, const parts_there &, const run_parameters &p) {
+  check_input(p.folder);
+}
+
+command_result run_load(project_state &project, const run_parameters &p) {
+  const fs::path folder = folder_of_run(project, p.folder);
+  if (folder.empty())
+    return command_result::ended(exit_status::run_failed);
+  const load_end end = load_run(project, folder, "contigs.load");
+  if (end != load_end::loaded)
+    return result_of(end);
+  command_result result;
+  result.inputs.push_back(folder / "report_clusters.txt");
+  project.frame().note(fmt::format("Run: {}, {} clusters.", folder.string(),
+                                   project.database().contigs()->current_list_of_clusters_in_use_get().count()));
+  return result;
+}
+
+void describe_load_folder(parameter_list &list, run_parameters &p) {
+  list.add("folder", p.folder, "folder of lists of clones, each a cluster; without it a dialog asks").type("DIR");
+}
+
+command_result run_load_folder(project_state &project, const run_parameters &p) {
+  return result_of(load_folder_of_clusters(project, p.folder, "contigs.load_folder"));
+}
+
+// ---- contigs.retain
+// ----------------------------------------------------------------------------------------------------
+
+struct retain_parameters {
+  fs::path out, old_MTP, sequenced;
+  std::optional<std::int32_t> which_clusters;
+  bool use_maximal_subcluster = false, increase_cutoff = false;
+  contig_file_parameters files;
+};
+
+void describe_retain(parameter_list &list, retain_parameters &p) {
+  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
+  list.add("old-mtp", p.old_MTP, "clones of the old tiling path").type("LIST").needed();
+  list.add("sequenced", p.sequenced, "clones that are sequenced already, kept where possible").type("LIST");
+  list.add("contigs", p.which_clusters,
+           "0 all contigs, 1 those with clones of the lists, 2 those with sequenced clones")
+      .limits(0, 2)
+      .unset("1");
+  list.add("largest-part", p.use_maximal_subcluster,
+           "where a contig isn't connected at the cutoff, go on with its largest part");
+  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path");
+  describe_contig_files(list, p.files);
+}
+
+void check_retain(const project_state &, const parts_there &, const retain_parameters &p) {
+  check_input(p.old_MTP);
+  check_input(p.sequenced);
+}
+
+retained_path_options wishes_of(const retain_parameters &p) {
+  retained_path_options wanted;
+  wanted.old_MTP = p.old_MTP;
+  wanted.sequenced = p.sequenced;
+  wanted.no_sequenced = p.sequenced.empty();
+  if (p.which_clusters)
+    wanted.clusters = static_cast<retained_clusters>(*p.which_clusters);
+  return wanted;
+}
+
+command_result run_retain(project_state &project, const retain_parameters &p) {
+  work_in(project, p.out);
+  class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
+  // Given clusters are tested as they are: none is too large, too small or too wide, and the ladder has one step.
+  constexpr std::int32_t any_size = 5000, smallest = 2, any_width = 5000;
+  clust.main_parameters_set(any_size, smallest, any_width, 0, 0, false, 5, 5);
+  clust.detail_control_set(!p.files.no_ordering);
+  clust.print_all_dist_on_set(!p.files.no_pair_tables);
+  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
+  const bool begun = clust.process_clusters_without_adaptive_clustering_Retain_run(wishes_of(p));
+  const adapt_clust_result &found = clust.result();
+  command_result result = result_of(project, begun && found.completed);
+  for (const fs::path &file : {p.old_MTP, p.sequenced})
+    if (!file.empty())
+      result.inputs.push_back(file);
+  if (!found.folder.empty())
+    result.file("run_folder", found.folder);
+  if (result.completed) {
+    project.frame().note(fmt::format("Contigs analysed again: {}. The path that keeps old clones: "
+                                     "list_of_clones_MTP_new.tsv; old clones off it: "
+                                     "list_of_clones_from_allow_to_use_not_used.tsv.",
+                                     found.clusters.size()));
+    result.lines.push_back(found.folder.string());
+  }
+  return result;
+}
+
+} // namespace
+
+void add_contig_rows(command_rows &rows) {
+  using part = project_part;
+  rows.push_back(command_maker<assemble_parameters>("contigs.assemble")
+                     .captioned("Adaptive clustering")
+                     .purpose("cut the net into contigs by adaptive clustering")
+                     .example("contigs.assemble out=results min-size=6")
+                     .needs({part::library})
+                     .makes({part::contigs})
+                     .parameters(describe_assemble)
+                     .runs(run_assemble)
+                     .row());
+  rows.push_back(command_maker<run_parameters>("contigs.load")
+                     .captioned("Load a run")
+                     .purpose("read the contigs of a finished run back")
+                     .example("contigs.load folder=results")
+                     .needs({part::library})
+                     .makes({part::contigs})
+                     .parameters(describe_load)
+                     .checked_by(check_folder)
+                     .runs(run_load)
+                     .row());
+  rows.push_back(command_maker<run_parameters>("contigs.load_folder")
+                     .captioned("Read folder of clusters")
+                     .purpose("a folder of lists of clones, each a cluster")
+                     .example("contigs.load_folder folder=lists")
+                     .needs({part::library})
+                     .makes({part::contigs})
+                     .parameters(describe_load_folder)
+                     .checked_by(check_folder)
+                     .runs(run_load_folder)
+                     .row());
+  rows.push_back(command_maker<retain_parameters>("contigs.retain")
+                     .captioned("Re-analysis of contigs")
+                     .purpose("analyse the contigs again, keeping an older tiling path")
+                     .example("contigs.retain old-mtp=old_path.txt out=retained")
+                     .needs({part::library, part::net, part::contigs})
+                     .parameters(describe_retain)
+                     .checked_by(check_retain)
+                     .runs(run_retain)
+                     .row());
+}
+
+} // namespace orb

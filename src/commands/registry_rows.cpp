@@ -1,0 +1,212 @@
+// The contig registry: its reset, its names, its tables.
+#include <fmt/format.h>
+
+#include "clustering/class_FPCto_import.h"
+#include "commands/command_table.h"
+#include "commands/row_steps.h"
+#include "database/class_markers.h"
+#include "fpc/fpc_writing.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class_FPCto_import &registry_of(project_state &project) {
+  return *project.database().contigs();
+}
+
+struct folder_wishes {
+  fs::path out;
+};
+
+void describe_folder(parameter_list &list, folder_wishes &p) {
+  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+}
+
+command_result done_in(project_state &project, const char *key, const std::string &name) {
+  command_result result = result_of(project, !project.frame().stop_requested_get());
+  result.file(key, project.frame().path_in_working_folder(name));
+  return result;
+}
+
+command_result run_reset(project_state &project, const no_parameters &) {
+  project.reset_registry();
+  return {};
+}
+
+command_result run_statistics(project_state &project, const folder_wishes &p) {
+  work_in(project, p.out);
+  registry_of(project).print_N50_statistics();
+  return {};
+}
+
+struct list_wishes {
+  fs::path out, list;
+};
+
+void describe_list(parameter_list &list, list_wishes &p) {
+  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  list.add("list", p.list, "only these clones").type("LIST").unset("all clones");
+}
+
+void check_list(const project_state &, const parts_there &, const list_wishes &p) {
+  check_input(p.list);
+}
+
+// The clones of a table by clone: those of the list, else all.
+bool list_of_table(project_state &project, const fs::path &file, number_list &list) {
+  if (file.empty()) {
+    list = number_list::range(1, project.database().total_number_of_clones_get());
+    return true;
+  }
+  std::string name;
+  return read_list(project, file, list, name);
+}
+
+command_result run_coordinates(project_state &project, const list_wishes &p) {
+  work_in(project, p.out);
+  number_list list;
+  if (!list_of_table(project, p.list, list))
+    return stopped_or_failed(project);
+  const fs::path file = project.frame().path_in_working_folder("\\coordinates_of_clones.txt");
+  registry_of(project).print_coordinates_of_clones(list, file);
+  return done_in(project, "coordinates", "\\coordinates_of_clones.txt");
+}
+
+command_result run_names(project_state &project, const list_wishes &p) {
+  work_in(project, p.out);
+  number_list list;
+  if (!list_of_table(project, p.list, list))
+    return stopped_or_failed(project);
+  registry_of(project).print_cluster_name_for_clones(list);
+  return done_in(project, "names", "\\clones_in_contogs.txt");
+}
+
+command_result run_lists(project_state &project, const folder_wishes &p) {
+  work_in(project, p.out);
+  const fs::path folder = registry_of(project).print_FPC_clusters();
+  command_result result = result_of(project, !project.frame().stop_requested_get());
+  result.file("lists", folder);
+  return result;
+}
+
+command_result run_fpc(project_state &project, const folder_wishes &p) {
+  work_in(project, p.out);
+  process_frame &frame = project.frame();
+  const fs::path plain = frame.path_in_working_folder("\\FPC_like.fpc"),
+                 pp = frame.path_in_working_folder("\\FPC_like_pp.fpc");
+  print_FPC_like_file_run(frame, project.settings(), project.database(), registry_of(project), plain, pp,
+                          frame.working_folder_get(), true);
+  command_result result = result_of(project, !frame.stop_requested_get());
+  result.file("fpc", plain);
+  result.file("fpc_pp", pp);
+  return result;
+}
+
+command_result run_remarks(project_state &project, const no_parameters &) {
+  registry_of(project).contig_user_remark_make_based_on_information_for_clones();
+  return {};
+}
+
+struct markers_wishes {
+  fs::path out;
+  bool spaces = false;
+};
+
+command_result run_marker_positions(project_state &project, const folder_wishes &p) {
+  work_in(project, p.out);
+  if (!registry_of(project).print_positon_of_markers())
+    return stopped_or_failed(project);
+  return done_in(project, "positions", "\\mmm.txt");
+}
+
+void describe_marker_clones(parameter_list &list, markers_wishes &p) {
+  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker");
+}
+
+command_result run_marker_clones(project_state &project, const markers_wishes &p) {
+  work_in(project, p.out);
+  registry_of(project).PrintClonesForMarkers(p.spaces ? marker_separator::blank : marker_separator::ask);
+  return done_in(project, "clones", "\\clones_for_each_marker.txt");
+}
+
+struct rename_wishes {
+  fs::path file;
+};
+
+void describe_rename(parameter_list &list, rename_wishes &p) {
+  list.add("file", p.file, "new names of contigs: name, tab, new name").type("FILE").needed();
+}
+
+void check_rename(const project_state &, const parts_there &, const rename_wishes &p) {
+  check_input(p.file);
+}
+
+command_result run_rename(project_state &project, const rename_wishes &p) {
+  if (!registry_of(project).rename_contigs(p.file))
+    return stopped_or_failed(project);
+  project.loaded(project_part::contigs, project.origin(project_part::contigs));
+  command_result result;
+  result.inputs.push_back(p.file);
+  return result;
+}
+
+template <class Parameters>
+void add_table(command_rows &rows, const char *id, const char *caption, const char *purpose,
+               void (*describe)(parameter_list &, Parameters &),
+               command_result (*run)(project_state &, const Parameters &), bool markers = false) {
+  command_maker<Parameters> maker(id);
+  maker.captioned(caption).purpose(purpose).example(std::string(id) + " out=tables").parameters(describe).runs(run);
+  std::vector<project_part> needs{project_part::library, project_part::contigs};
+  if (markers)
+    needs.push_back(project_part::markers);
+  maker.needs(std::move(needs));
+  if constexpr (std::is_same_v<Parameters, list_wishes>)
+    maker.checked_by(check_list);
+  rows.push_back(maker.row());
+}
+
+} // namespace
+
+void add_registry_rows(command_rows &rows) {
+  rows.push_back(command_maker<no_parameters>("contigs.reset")
+                     .captioned("Reset contigs")
+                     .purpose("an empty registry of contigs")
+                     .example("contigs.reset")
+                     .needs({project_part::library})
+                     .runs(run_reset)
+                     .row());
+  rows.push_back(command_maker<rename_wishes>("contigs.rename")
+                     .captioned("Rename contigs")
+                     .purpose("give contigs new names from a file; all or none")
+                     .example("contigs.rename file=names.txt")
+                     .needs({project_part::library, project_part::contigs})
+                     .parameters(describe_rename)
+                     .checked_by(check_rename)
+                     .runs(run_rename)
+                     .row());
+  rows.push_back(command_maker<no_parameters>("contigs.remarks")
+                     .captioned("User remarks from markers")
+                     .purpose("the zones of its markers as each contig's remark")
+                     .example("contigs.remarks")
+                     .needs({project_part::library, project_part::contigs, project_part::markers})
+                     .runs(run_remarks)
+                     .row());
+  add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_folder, run_statistics);
+  add_table(rows, "contigs.coordinates", "Coordinates of clones", "where each clone lies in its contig", describe_list,
+            run_coordinates);
+  add_table(rows, "contigs.names", "Contigs of clones", "which contig each clone lies in", describe_list, run_names);
+  add_table(rows, "contigs.lists", "Print contigs", "the clones of each contig from left to right, a file a contig",
+            describe_folder, run_lists);
+  add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_folder,
+            run_fpc);
+  add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs", describe_folder,
+            run_marker_positions, true);
+  add_table(rows, "contigs.marker_clones", "Clones for markers", "the clones of each marker", describe_marker_clones,
+            run_marker_clones, true);
+}
+
+} // namespace orb

@@ -1,0 +1,95 @@
+#include "commands/row_steps.h"
+
+#include "frame/files.h"
+#include "lists/class_list_of_clones.h"
+#include "project/input_kind.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+fs::path folder_of(const fs::path &file) {
+  return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+void check_output(const fs::path &file, bool force) {
+  const fs::path folder = folder_of(file);
+  create_folder(folder);
+  check_folder_is_writable(folder);
+  std::error_code failed;
+  if (!force && fs::exists(file, failed))
+    throw file_error("can't write", file, "it exists already; --force overwrites it");
+}
+
+void work_in(project_state &project, const fs::path &folder) {
+  if (folder.empty())
+    return;
+  create_folder(folder);
+  project.frame().working_folder_set(folder);
+}
+
+command_result result_of(load_end end) {
+  switch (end) {
+  case load_end::loaded:
+    return {};
+  case load_end::cancelled:
+    return command_result::ended(exit_status::run_failed, "nothing was chosen");
+  case load_end::stopped:
+    return command_result::ended(exit_status::stopped);
+  case load_end::refused:
+    return command_result::ended(exit_status::run_failed);
+  case load_end::nothing_there:
+    return command_result::ended(exit_status::no_input_or_output);
+  }
+  return {};
+}
+
+command_result stopped_or_failed(project_state &project) {
+  process_frame &frame = project.frame();
+  if (frame.stop_requested_get() && frame.process_is_running())
+    frame.process_stopped_manually();
+  return command_result::ended(frame.was_stopped() || frame.stop_requested_get() ? exit_status::stopped
+                                                                                 : exit_status::run_failed);
+}
+
+command_result result_of(project_state &project, bool done) {
+  return done ? command_result{} : stopped_or_failed(project);
+}
+
+bool read_list(project_state &project, const fs::path &file, number_list &list, std::string &name) {
+  if (!class_list_of_clones(project.frame(), project.settings())
+           .run_reading_file_with_list_of_clones(file, list, name, project.database()))
+    return false;
+  if (list.empty())
+    project.frame().message("List " + file.string() + " holds no clone of the library.");
+  return true;
+}
+
+void check_input(const fs::path &file) {
+  std::error_code failed;
+  if (!file.empty() && !fs::exists(file, failed))
+    throw file_error("can't open", file, "No such file or directory");
+}
+
+fs::path folder_of_run(project_state &project, const fs::path &given) {
+  const input_kind kind = kind_of_input(given);
+  if (kind == input_kind::missing)
+    throw file_error("can't open", given, "No such file or directory");
+  if (kind == input_kind::run_folder)
+    return given;
+  const fs::path newest = kind == input_kind::results_folder ? run_folder_of_results(given) : fs::path();
+  if (newest.empty()) {
+    project.frame().message("This is neither the folder of a run nor of an assembly with one: " + given.string());
+    project.frame().data_failed_set();
+  }
+  return newest;
+}
+
+void describe_output(parameter_list &list, output_wishes &wishes, const char *type, bool needed) {
+  parameter_row &out = list.add("out", wishes.out, "where the result goes").type(type);
+  if (needed)
+    out.needed();
+  list.add("force", wishes.force, "overwrite results that exist");
+}
+
+} // namespace orb

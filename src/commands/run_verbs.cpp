@@ -1,0 +1,84 @@
+// The verbs over a finished run: where its library, net, metric and cutoff come from.
+#include "commands/command_table.h"
+#include "commands/row_steps.h"
+#include "commands/verbs.h"
+#include "project/input_kind.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A file that the record names as an output of the run, in the record's folder; empty when there is none.
+fs::path output_of_run(const nlohmann::json &record, const fs::path &folder, const char *key) {
+  const nlohmann::json outputs = record.value("outputs", nlohmann::json::object());
+  if (!outputs.is_object() || !outputs.contains(key))
+    return {};
+  return folder / outputs[key].value("name", "");
+}
+
+// The inputs of a run that are of a kind: the first of them. Fingerprints stand for their folder or file.
+fs::path input_of_run(const nlohmann::json &record, bool net) {
+  for (const nlohmann::json &input : record.value("inputs", nlohmann::json::array())) {
+    const fs::path path = input.value("path", "");
+    const input_kind kind = kind_of_input(path);
+    if (net ? kind == input_kind::native_net : kind == input_kind::library)
+      return path;
+  }
+  return {};
+}
+
+void set_if_open(bound_command *command, const char *key, const nlohmann::json &parameters, const char *name) {
+  if (!command || !parameters.is_object() || !parameters.contains(name))
+    return;
+  const parameter_row *row = command->parameters().find(key);
+  if (!row || row->is_given())
+    return;
+  command->set(key, parameters[name].is_string() ? parameters[name].get<std::string>() : parameters[name].dump());
+}
+
+// Metric, cutoff and burying fraction that aren't given become the run's.
+void take_metric_of_run(verb_run &call, const nlohmann::json &record) {
+  bound_command *metric = call.step("metric.set");
+  if (!metric)
+    return;
+  const nlohmann::json parameters = record.value("parameters", nlohmann::json::object());
+  if (!call.is_given("metric")) {
+    set_if_open(metric, "metric", parameters, "metric");
+    set_if_open(metric, "cutoff", parameters, "cutoff");
+  }
+  set_if_open(metric, "burying", parameters, "burying");
+}
+
+} // namespace
+
+void prepare_run_verb(verb_run &call, project_state &project) {
+  const fs::path folder = folder_of_run(project, call.run_folder);
+  if (folder.empty())
+    throw program_end("no run", exit_status::run_failed); // told already
+  const fs::path results = fs::absolute(folder).lexically_normal().parent_path();
+  const nlohmann::json record = run_record_read(results / "run.json").value_or(nlohmann::json::object());
+  take_metric_of_run(call, record);
+  fs::path library = !call.library.empty() ? call.library : output_of_run(record, results, "library");
+  if (library.empty())
+    library = input_of_run(record, false);
+  if (library.empty())
+    throw usage_error("no record of " + call.run_folder.string() + " names a library file; give one with --library");
+  call.step("library.load")->set("file", library.string());
+  call.step("contigs.load")->set("folder", folder.string());
+  bound_command *net_step = call.step("net.load");
+  if (!net_step)
+    return;
+  fs::path net = call.net;
+  for (const char *key : {"revised_net", "net"})
+    if (net.empty())
+      net = output_of_run(record, results, key);
+  if (net.empty())
+    net = input_of_run(record, true);
+  if (net.empty())
+    throw usage_error("no record of " + call.run_folder.string() + " names a net; give one with --net");
+  net_step->set("file", net.string());
+}
+
+} // namespace orb

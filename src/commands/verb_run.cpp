@@ -1,0 +1,323 @@
+#include <algorithm>
+
+#include "commands/command_door.h"
+#include "commands/command_table.h"
+#include "commands/row_steps.h"
+#include "commands/verbs.h"
+#include "database/class_DB_of_clones.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+void describe_program_options(parameter_list &list, program_options &options) {
+  const char *group = "General";
+  list.add("threads", options.threads, "worker threads; the result is the same for any number")
+      .short_key('t')
+      .limits(0, 4096)
+      .unset("all")
+      .in_group(group);
+  list.add("seed", options.seed, "of all chance").in_group(group);
+  list.add("quiet", options.quiet, "messages only").short_key('q').in_group(group);
+  list.add("verbose", options.verbose, "counters and log lines too").short_key('v').in_group(group);
+  list.add("log", options.log, "folder of ORB.log").type("DIR").in_group(group);
+  list.add("answers", options.answers, "file of answers to questions: prompt start, tab, answer")
+      .type("FILE")
+      .in_group(group);
+  list.add("yes", options.yes, "answer questions so that the work goes on").in_group(group);
+}
+
+// ---- options
+// -----------------------------------------------------------------------------------------------------------
+
+std::string verb_option::take(const std::string &text) const {
+  for (const parameter_row *row : rows)
+    if (const std::string wrong = row->take(text); !wrong.empty())
+      return wrong;
+  return {};
+}
+
+verb_run::verb_run(const verb &wanted) : verb_(&wanted) {
+  bound_.reserve(wanted.steps.size());
+  for (const verb_step &step : wanted.steps) {
+    bound_.push_back(command_by_id(step.command)->bind());
+    for (const auto &[key, value] : step.presets)
+      bound_.back().set(key, value);
+  }
+  if (wanted.extra)
+    wanted.extra(extra_, *this);
+  describe_program_options(program_list_, program_);
+  const auto add = [&](const parameter_list &list) {
+    for (const parameter_row &row : list.rows())
+      options_.push_back({row.key, {&row}, false, row.required});
+  };
+  add(extra_);
+  for (std::size_t i = 0; i < bound_.size(); ++i)
+    gather(wanted.steps[i], bound_[i]);
+  if (wanted.record == record_place::in_folder && !option("force")) {
+    force_list_.add("force", force_, "overwrite results that exist");
+    add(force_list_);
+  }
+  add(program_list_);
+  for (verb_option &option : options_) {
+    option.is_by_place =
+        std::find(wanted.by_place.begin(), wanted.by_place.end(), option.name) != wanted.by_place.end();
+    option.needed = option.needed || option.is_by_place ||
+                    std::find(wanted.needed.begin(), wanted.needed.end(), option.name) != wanted.needed.end();
+  }
+}
+
+void verb_run::gather(const verb_step &step, const bound_command &bound) {
+  for (const parameter_row &row : bound.parameters().rows()) {
+    std::string name = row.key;
+    for (const auto &[key, other] : step.names)
+      if (key == row.key)
+        name = other;
+    const bool is_preset = std::any_of(step.presets.begin(), step.presets.end(),
+                                       [&](const auto &preset) { return preset.first == row.key; });
+    if (name.empty() || is_preset)
+      continue;
+    const auto at =
+        std::find_if(options_.begin(), options_.end(), [&](const verb_option &option) { return option.name == name; });
+    if (at != options_.end())
+      at->rows.push_back(&row);
+    else
+      options_.push_back({name, {&row}, false, row.required && step.when.empty()});
+  }
+}
+
+const verb_option *verb_run::option(const std::string &name) const {
+  const auto at =
+      std::find_if(options_.begin(), options_.end(), [&](const verb_option &option) { return option.name == name; });
+  return at == options_.end() ? nullptr : &*at;
+}
+
+bool verb_run::is_given(const std::string &name) const {
+  const verb_option *found = option(name);
+  return found && found->is_given();
+}
+
+void verb_run::set(const std::string &name, const std::string &value) {
+  const verb_option *found = option(name);
+  if (!found)
+    throw usage_error("unknown option --" + name);
+  if (const std::string wrong = found->take(value); !wrong.empty())
+    throw usage_error((found->is_by_place ? name : "--" + name) + ": " + wrong);
+}
+
+bool verb_run::runs(const verb_step &step, const project_state &project) const {
+  if (step.if_there && !project.has(*step.if_there))
+    return false;
+  if (step.when.empty())
+    return true;
+  return step.when[0] == '!' ? !is_given(step.when.substr(1)) : is_given(step.when);
+}
+
+bound_command *verb_run::step(const std::string &command) {
+  for (bound_command &bound : bound_)
+    if (bound.row().id == command)
+      return &bound;
+  return nullptr;
+}
+
+fs::path verb_run::path(const std::string &name) const {
+  const verb_option *found = option(name);
+  if (!found)
+    return {};
+  const auto *held = std::get_if<fs::path *>(&found->rows.front()->target);
+  return held ? **held : fs::path();
+}
+
+bool verb_run::flag(const std::string &name) const {
+  const verb_option *found = option(name);
+  if (!found)
+    return false;
+  const auto *held = std::get_if<bool *>(&found->rows.front()->target);
+  return held && **held;
+}
+
+// ---- running
+// -----------------------------------------------------------------------------------------------------------
+
+run_identity identity_of(verb_run &call) {
+  return {call.the_verb().name, call.program().command_line, call.program().seed, call.program().threads};
+}
+
+std::string state_of(const command_result &end) {
+  return end.completed ? "complete" : end.status == exit_status::stopped ? "stopped" : "failed";
+}
+
+void record_result(const command_result &result, run_record &record) {
+  const auto value_of = [](const figure_value &value) {
+    return std::visit([](const auto &held) { return nlohmann::json(held); }, value);
+  };
+  for (const named_figure &parameter : result.parameters)
+    record.parameter_set(parameter.name, value_of(parameter.value));
+  for (const named_figure &figure : result.figures)
+    record.result_set(figure.name, value_of(figure.value));
+  for (const fs::path &input : result.inputs)
+    record.inputs_add(input);
+  std::error_code failed;
+  for (const named_file &file : result.files)
+    if (fs::exists(file.path, failed))
+      record.output_set(file.key, file.path);
+}
+
+void say_why(const verb_run &call, const command_result &result, const command_streams &streams) {
+  if (!result.why.empty())
+    streams.people("orb " + call.the_verb().name + ": " + result.why);
+}
+
+void take_end(const command_result &result, command_result &end) {
+  if (end.status == exit_status::done) {
+    end.status = result.status;
+    end.why = result.why;
+  }
+  end.completed = end.completed && result.completed;
+}
+
+void check_steps(verb_run &call, project_state &project) {
+  if (call.the_verb().check)
+    call.the_verb().check(call);
+  parts_there there = parts_there::of(project);
+  const std::vector<verb_step> &steps = call.the_verb().steps;
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    const bool could_run = steps[i].if_there ? there.has(*steps[i].if_there) : call.runs(steps[i], project);
+    if (!could_run)
+      continue;
+    const bound_command &bound = call.steps()[i];
+    bound.check(project, there);
+    bound.foresee(project, there);
+    for (const project_part part : bound.row().makes)
+      there.add(part);
+  }
+}
+
+namespace {
+
+// The record of a verb, begun when its outputs may be written, saved once with the final state.
+class recorded_run {
+public:
+  recorded_run(verb_run &call, project_state &project)
+      : call_(call), record_(identity_of(call), project.frame().clock()) {
+    const fs::path out = call.path("out");
+    switch (out.empty() ? record_place::none : call.the_verb().record) {
+    case record_place::none:
+      return;
+    case record_place::beside_file:
+      file_ = out;
+      file_ += ".run.json";
+      project.working_folder_set(folder_of(out));
+      return;
+    case record_place::in_folder:
+      file_ = out / "run.json";
+      check_record(call.flag("force"));
+      project.working_folder_set(out);
+      return;
+    }
+  }
+
+  run_record &record() { return record_; }
+
+  void stage(const std::string &name) {
+    if (name == stage_)
+      return;
+    if (!stage_.empty())
+      record_.stage_end();
+    stage_ = name;
+    if (!stage_.empty())
+      record_.stage_start(name);
+  }
+
+  void save(const command_result &end, const command_streams &streams) {
+    stage({});
+    if (file_.empty() || end.status == exit_status::wrong_command) // then no work began
+      return;
+    record_.end_set(state_of(end), end.status, end.why);
+    try {
+      record_.save(file_);
+    } catch (const file_error &failed) {
+      if (end.completed)
+        throw;
+      streams.people(failed.what()); // why the work failed was told; that its record failed too is told beside
+    }
+  }
+
+private:
+  // A record of a finished run stays; one of a run that made nothing, or of a run of this verb that failed or was
+  // stopped, gives way.
+  void check_record(bool force) {
+    const auto before = force ? std::nullopt : run_record_read(file_);
+    const bool is_complete = before && before->value("state", nlohmann::json()) == "complete";
+    const bool made_nothing = before && before->value("outputs", nlohmann::json::object()).empty();
+    const bool is_own = before && before->value("command", nlohmann::json()) == call_.the_verb().name;
+    const bool gives_way = before && !is_complete && (made_nothing || is_own);
+    check_output(file_, force || gives_way);
+  }
+
+  verb_run &call_;
+  run_record record_;
+  fs::path file_;
+  std::string stage_;
+};
+
+// All steps in their order; the worst end of them.
+command_result run_steps(verb_run &call, project_state &project, recorded_run &recorded,
+                         const command_streams &streams) {
+  command_result end;
+  const std::vector<verb_step> &steps = call.the_verb().steps;
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    if (!call.runs(steps[i], project))
+      continue;
+    const bound_command &bound = call.steps()[i];
+    recorded.stage(steps[i].stage);
+    const command_result result = run_command(project, bound);
+    record_result(result, recorded.record());
+    for (const project_part part : bound.row().makes)
+      if (part == project_part::library && result.completed)
+        recorded.record().library_set(project.database().total_number_of_clones_get(),
+                                      library_checksum(project.database()));
+    for (const std::string &line : result.lines)
+      streams.results(line);
+    take_end(result, end);
+    if (!result.completed)
+      break;
+  }
+  return end;
+}
+
+} // namespace
+
+exit_status run_verb(verb_run &call, project_state &project, const command_streams &streams) {
+  project.settings().seed = call.program().seed;
+  project.settings().threads = call.program().threads;
+  project.clear();
+  const verb &wanted = call.the_verb();
+  command_result end;
+  try {
+    if (wanted.run)
+      return wanted.run(call, project, streams);
+    if (wanted.prepare)
+      wanted.prepare(call, project);
+    check_steps(call, project);
+    recorded_run recorded(call, project);
+    end = run_steps(call, project, recorded, streams);
+    recorded.save(end, streams);
+    if (end.completed && wanted.says_saved && std::filesystem::exists(call.path("out")))
+      streams.people("Saved: " + call.path("out").string());
+    if (end.completed && wanted.prints_out)
+      streams.results(call.path("out").string());
+  } catch (const usage_error &wrong) {
+    end = command_result::ended(exit_status::wrong_command, wrong.what());
+  } catch (const file_error &failed) {
+    end = command_result::ended(exit_status::no_input_or_output, failed.what());
+  } catch (const program_end &ended) {
+    end = command_result::ended(ended.status());
+  } catch (const nlohmann::json::exception &wrong) {
+    end = command_result::ended(exit_status::run_failed, std::string("a run.json is damaged: ") + wrong.what());
+  }
+  say_why(call, end, streams);
+  return end.status;
+}
+
+} // namespace orb

@@ -1,0 +1,401 @@
+// The table of verbs: which commands each one is made of.
+#include <algorithm>
+
+#include "commands/command_table.h"
+#include "commands/row_steps.h"
+#include "commands/verbs.h"
+
+namespace orb {
+
+namespace {
+
+using step = verb_step;
+using place = record_place;
+
+// ---- steps that most verbs begin with
+// ----------------------------------------------------------------------------------
+
+step library() {
+  return {"library.load", "load", {{"file", "input"}, {"source", ""}, {"keep", ""}}, {}, {}, {}};
+}
+step markers() {
+  return {"markers.load", "", {{"file", "markers"}, {"form", "marker-form"}}, "markers", {}, {}};
+}
+step tables() {
+  return {"pvalue.load", "", {{"folder", "pvalue-tables"}}, "pvalue-tables", {}, {}};
+}
+step metric() {
+  return {"metric.set", "", {{"several", ""}, {"use-markers", ""}}, {}, {}, {}};
+}
+step options() {
+  return {"options.set", "", {{"singletones", ""}, {"net-in-ordering", ""}}, {}, {}, {}};
+}
+step options_of_order() {
+  return {"options.set",
+          "",
+          {{"singletones", ""}, {"table-format", ""}, {"fast-fpc", ""}, {"fast-clustering", ""}},
+          {},
+          {},
+          {}};
+}
+step net() {
+  return {"net.load", "", {{"file", "net"}}, {}, {}, {}};
+}
+step net_if_given() {
+  return {"net.load", "", {{"file", "net"}}, "net", {}, {}};
+}
+step net_save(std::optional<project_part> if_there = {}) {
+  return {"net.save", "net", {}, {}, {}, if_there};
+}
+
+std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+std::vector<step> library_and(const std::vector<step> &rest) {
+  return joined({library()}, rest);
+}
+std::vector<step> scored_library_and(const std::vector<step> &rest) {
+  return joined({library(), markers(), tables(), metric()}, rest);
+}
+
+// ---- options of verbs themselves
+// ---------------------------------------------------------------------------------------
+
+void run_options(parameter_list &list, verb_run &call) {
+  list.add("run", call.run_folder, "folder of a run, or of an assembly").type("RUN").needed();
+  list.add("library", call.library, "library of the run").type("LIB").unset("by its run.json");
+}
+
+void retain_options(parameter_list &list, verb_run &call) {
+  run_options(list, call);
+  list.add("net", call.net, "net of the run").type("NET").unset("by its run.json");
+}
+
+void resume_option(parameter_list &list, verb_run &call) {
+  list.add("resume", call.resume, "go on with an earlier run of the same kind");
+}
+
+void menu_options(parameter_list &list, verb_run &call) {
+  list.add("project", call.project_file, "project file that is loaded first").type("FILE");
+}
+
+void script_options(parameter_list &list, verb_run &call) {
+  list.add("script", call.script, "lines of a command's id or control name and key=value; - is standard input")
+      .type("FILE|-")
+      .needed();
+  menu_options(list, call);
+}
+
+// ---- options together
+// --------------------------------------------------------------------------------------------------
+
+void check_net(verb_run &call) {
+  if (!call.is_given("text") && (call.is_given("start") || call.is_given("parts")))
+    throw usage_error("--start and --parts belong to --text");
+}
+
+// ---- groups
+// ------------------------------------------------------------------------------------------------------------
+
+verb list_verb(std::string name, std::string purpose, std::string row, std::string example) {
+  verb made;
+  made.name = std::move(name);
+  made.arguments = "LIB LIST LIST2 --out LIST";
+  made.purpose = std::move(purpose);
+  made.example = std::move(example);
+  made.by_place = {"input", "list", "list2"};
+  made.record = place::beside_file;
+  made.steps = library_and({{std::move(row), "list", {}, {}, {}, {}}});
+  made.needed = {"out"};
+  return made;
+}
+
+verb markers_verb(std::string name, std::string result, std::string purpose, std::string example, step last) {
+  verb made;
+  made.name = std::move(name);
+  made.arguments = "LIB MARKERS " + std::string(last.command == "markers.print" ? "LIST " : "") + "--out " + result;
+  made.purpose = std::move(purpose);
+  made.example = std::move(example);
+  made.by_place = {"input", "markers"};
+  if (last.command == "markers.print")
+    made.by_place.push_back("list");
+  made.record = place::beside_file;
+  made.steps = library_and({markers(), std::move(last)});
+  return made;
+}
+
+std::vector<step> report_steps() {
+  const step load{"contigs.load", "", {{"folder", ""}}, {}, {}, {}};
+  std::vector<step> steps = library_and({markers(), load});
+  const auto add = [&](const char *row, const char *when = "",
+                       std::vector<std::pair<std::string, std::string>> names = {},
+                       std::optional<project_part> if_there = {}) {
+    names.emplace_back("out", "out");
+    steps.push_back({row, "report", std::move(names), when, {}, if_there});
+  };
+  add("contigs.rename", "new-names", {{"file", "new-names"}});
+  add("contigs.remarks", "", {}, project_part::markers);
+  add("contigs.statistics");
+  add("contigs.coordinates");
+  add("contigs.names");
+  add("contigs.lists");
+  add("contigs.fpc");
+  add("contigs.marker_positions", "", {}, project_part::markers);
+  add("contigs.marker_clones", "", {}, project_part::markers);
+  return steps;
+}
+
+// A verb that is one command over a library, or over nothing.
+verb plain_verb(std::string name, std::string arguments, std::string purpose, std::string example,
+                std::vector<std::string> by_place, place record, std::vector<step> steps,
+                std::vector<std::string> needed = {}) {
+  verb made;
+  made.name = std::move(name);
+  made.arguments = std::move(arguments);
+  made.purpose = std::move(purpose);
+  made.example = std::move(example);
+  made.by_place = std::move(by_place);
+  made.record = record;
+  made.steps = std::move(steps);
+  made.needed = std::move(needed);
+  return made;
+}
+
+void add_stage_verbs(std::vector<verb> &table) {
+  verb assemble =
+      plain_verb("assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
+                 "orb assemble examples/ecoli536 --out results/ecoli536", {"input"}, place::none,
+                 scored_library_and({options(),
+                                     {"net.create", "net", {}, {}, {}, {}},
+                                     {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}, {}, {}, {}},
+                                     {"contigs.assemble", "contigs", {}, {}, {}, {}}}),
+                 {"out"});
+  assemble.extra = resume_option;
+  assemble.run = run_assemble_verb;
+  table.push_back(assemble);
+  verb load = plain_verb("load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
+                         "orb load plates/ --out library.ORBdb --preset 4", {"input"}, place::beside_file,
+                         library_and({{"library.save", "save", {}, {}, {}, {}}}), {"out"});
+  load.says_saved = true;
+  table.push_back(load);
+  verb net_verb =
+      plain_verb("net", "LIB --out NET.ORBns", "compare all clones and save the net of significant overlaps",
+                 "orb net library.ORBdb --out net.ORBns --cutoff 15", {"input"}, place::beside_file,
+                 scored_library_and({{"net.create", "net", {}, "!text", {}, {}},
+                                     {"net.create_text", "net", {{"out", "text"}}, "text", {{"load", "yes"}}, {}},
+                                     net_save(project_part::net)}),
+                 {"out"});
+  net_verb.check = check_net;
+  net_verb.says_saved = true;
+  table.push_back(net_verb);
+  verb revise =
+      plain_verb("revise", "LIB NET --out NET2.ORBns", "remove false overlaps and chimeric clones from a net",
+                 "orb revise library.ORBdb net.ORBns --out net_noQQ.ORBns", {"input", "net"}, place::beside_file,
+                 scored_library_and({net(), {"net.revise", "revision", {{"ask-rank", ""}}, {}, {}, {}}}), {"out"});
+  revise.says_saved = true;
+  table.push_back(revise);
+  table.push_back(plain_verb(
+      "contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
+      "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", {"input", "net"}, place::in_folder,
+      scored_library_and({options(), net(), {"contigs.assemble", "contigs", {}, {}, {}, {}}}), {"out"}));
+}
+
+void add_list_verbs(std::vector<verb> &table) {
+  table.push_back(plain_verb(
+      "order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
+      "orb order library.ORBdb contig.txt --out ordered --jackknife 20", {"input", "list"}, place::in_folder,
+      scored_library_and({options_of_order(), net_if_given(), {"order.list", "order", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb(
+      "draw", "LIB NET LIST --out FILE.net", "draw the net of a list of clones, with lists marked in it",
+      "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt", {"input", "net", "list"},
+      place::beside_file, scored_library_and({net(), {"draw.list", "draw", {}, {}, {}, {}}})));
+  table.push_back(plain_verb(
+      "table", "LIB LIST --out DIR", "tables of the scores of a list of clones: consecutive clones, all pairs",
+      "orb table library.ORBdb contig.txt --out tables --table-format 2", {"input", "list"}, place::in_folder,
+      scored_library_and({options(),
+                          net_if_given(),
+                          {"table.pairs", "table", {{"from-net", ""}}, "!net", {}, {}},
+                          {"table.pairs", "table", {}, "net", {{"from-net", "yes"}}, {}}}),
+      {"out"}));
+  verb retain = plain_verb("retain", "RUN --old-mtp LIST --out DIR",
+                           "analyse the contigs of a run again, keeping an older tiling path",
+                           "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained",
+                           {"run"}, place::in_folder,
+                           {{"library.load",
+                             "load",
+                             {{"file", ""},
+                              {"plain-text", ""},
+                              {"capacity", ""},
+                              {"name-format-in", ""},
+                              {"name-format-out", ""},
+                              {"tolerance", ""},
+                              {"tolerance-index", ""},
+                              {"gel-length", ""},
+                              {"n-bands", ""},
+                              {"preset", ""},
+                              {"source", ""},
+                              {"keep", ""}},
+                             {},
+                             {},
+                             {}},
+                            markers(),
+                            tables(),
+                            metric(),
+                            options(),
+                            {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
+                            {"net.load", "", {{"file", ""}}, {}, {}, {}},
+                            {"contigs.retain", "retain", {}, {}, {}, {}}},
+                           {"out"});
+  retain.extra = retain_options;
+  retain.prepare = prepare_run_verb;
+  table.push_back(retain);
+  verb report =
+      plain_verb("report", "RUN --out DIR", "tables over the contigs of a finished run",
+                 "orb report results/ecoli536 --out tables", {"run"}, place::in_folder, report_steps(), {"out"});
+  report.steps.front() = retain.steps.front();
+  report.extra = run_options;
+  report.prepare = prepare_run_verb;
+  report.prints_out = true;
+  table.push_back(report);
+  table.push_back(plain_verb("list sort", "LIB LIST --out LIST", "a list in the order of the library, without repeats",
+                             "orb list sort library.ORBdb contig.txt --out sorted.txt", {"input", "list"},
+                             place::beside_file, library_and({{"list.sort", "list", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(list_verb("list intersect", "the clones that both lists hold", "list.intersect",
+                            "orb list intersect library.ORBdb contig.txt sequenced.txt --out both.txt"));
+  table.push_back(list_verb("list minus", "the clones of the first list that the second lacks", "list.minus",
+                            "orb list minus library.ORBdb contig.txt sequenced.txt --out todo.txt"));
+  table.push_back(list_verb("list unite", "the clones of either list", "list.unite",
+                            "orb list unite library.ORBdb contig1.txt contig2.txt --out joined.txt"));
+  table.push_back(plain_verb("list format", "LIST --out LIST", "a list with its names in another format",
+                             "orb list format contig.txt --name-format-in 1 --name-format-out 7 --out names.txt",
+                             {"list"}, place::beside_file, {{"list.format", "list", {}, {}, {}, {}}}, {"out"}));
+  table.push_back(plain_verb(
+      "list select", "LIB LIST FINGERPRINTS --out FILE", "the fingerprint records of the clones of a list",
+      "orb list select library.ORBdb contig.txt plates/ --out contig.sizes", {"input", "list", "fingerprints"},
+      place::beside_file, library_and({{"list.select", "list", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(
+      plain_verb("list bands", "LIB LIST --out FILE", "the bands of the clones of a list, in one of four forms",
+                 "orb list bands library.ORBdb contig.txt --form lengths --out bands.txt", {"input", "list"},
+                 place::beside_file, library_and({{"list.bands", "list", {}, {}, {}, {}}}), {"out"}));
+}
+
+void add_marker_verbs(std::vector<verb> &table) {
+  table.push_back(markers_verb("markers read", "FILE.ORB", "markers of clones into the native form",
+                               "orb markers read library.ORBdb markers.txt --out markers.ORB",
+                               {"markers.save", "", {}, {}, {{"form", "native"}}, {}}));
+  table.push_back(markers_verb("markers write", "FILE.txt", "markers as a line a clone",
+                               "orb markers write library.ORBdb clones_of_markers.txt --out markers.txt",
+                               {"markers.save", "", {}, {}, {{"form", "clones"}}, {}}));
+  table.push_back(markers_verb("markers print", "TABLE", "which clones of a list bear which markers",
+                               "orb markers print library.ORBdb markers.txt contig.txt --out table.txt",
+                               {"markers.print", "", {}, {}, {}, {}}));
+}
+
+void add_net_verbs(std::vector<verb> &table) {
+  table.push_back(plain_verb(
+      "textnet read", "TEXT|FOLDER --library LIB --out NET", "a text net, or the folder of its parts, as a native net",
+      "orb textnet read net.txt --library library.ORBdb --out net.ORBns", {"file"}, place::beside_file,
+      {{"library.load", "load", {{"file", "library"}, {"source", ""}, {"keep", ""}}, {}, {}, {}},
+       {"net.load_text", "net", {}, {}, {{"folder", "no"}}, {}}},
+      {"library", "out"}));
+  table.push_back(plain_verb("textnet write", "LIB NET --out TEXT", "a native net as a text net",
+                             "orb textnet write library.ORBdb net.ORBns --out net.txt", {"input", "net"},
+                             place::beside_file, library_and({net(), {"net.save_text", "net", {}, {}, {}, {}}}),
+                             {"out"}));
+  table.push_back(plain_verb(
+      "remetric", "LIB NET --metric NAME --cutoff X --out NET2",
+      "score the overlaps of a net by another metric, and keep what reaches the cutoff",
+      "orb remetric library.ORBdb net.ORBns --metric k2mn --cutoff 100 --out net_k2mn.ORBns", {"input", "net"},
+      place::beside_file,
+      joined({library(), markers(), tables(), metric(), net()}, {{"net.remetric", "net", {}, {}, {}, {}}, net_save()}),
+      {"out"}));
+  table.push_back(plain_verb(
+      "ladder", "LIB NET --out DIR", "the revision of a net for a ladder of cutoffs",
+      "orb ladder library.ORBdb net.ORBns --out ladder --min-cutoff 15 --steps 3 --step 5 --rank 1", {"input", "net"},
+      place::in_folder, library_and({net(), {"net.ladder", "ladder", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(
+      plain_verb("contamination", "LIB NET --out DIR", "clones of neighbouring wells of a plate that overlap strongly",
+                 "orb contamination library.ORBdb net.ORBns --out tables --wells-cutoff 40 --wells 2", {"input", "net"},
+                 place::in_folder, library_and({net(), {"net.contamination", "search", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb("repeats", "LIB [--file FINGERPRINTS --out FILE]",
+                             "count clones whose name an earlier one has; the records of the others, when wanted",
+                             "orb repeats library.ORBdb --file plates/ --out unique.sizes", {"input"},
+                             place::beside_file, library_and({{"library.repeats", "test", {}, {}, {}, {}}})));
+  table.push_back(plain_verb(
+      "rename", "LIB NAMES --out LIB2.ORBdb", "give clones new names from a file",
+      "orb rename library.ORBdb new_names.txt --out renamed.ORBdb", {"input", "names"}, place::beside_file,
+      library_and({{"library.rename", "rename", {{"file", "names"}, {"save", "out"}, {"out", ""}}, {}, {}, {}}}),
+      {"out"}));
+}
+
+void add_simulation_verbs(std::vector<verb> &table) {
+  table.push_back(plain_verb("simulate library", "GENOME.fa[.gz] --out DIR",
+                             "draw a library of clones from a sequence, with their true places",
+                             "orb simulate library genome.fa.gz --out simulated --coverage 10", {"genome"},
+                             place::in_folder, {{"simulate.library", "library", {}, {}, {}, {}}}));
+  table.push_back(plain_verb("simulate digest", "GENOME.fa[.gz] --out DIR",
+                             "cut a sequence by the enzymes: cuts, bands, fingerprints",
+                             "orb simulate digest genome.fa.gz --out digest", {"genome"}, place::in_folder,
+                             {{"simulate.digest", "digest", {}, {}, {}, {}}}));
+  table.push_back(plain_verb("evaluate", "RUN --truth FILE",
+                             "say how good contigs are where the true places of their clones are known",
+                             "orb evaluate results/ecoli536 --truth examples/ecoli536/truth.tsv", {"run"},
+                             place::in_folder, {{"contigs.evaluate", "evaluate", {{"folder", "run"}}, {}, {}, {}}}));
+  table.push_back(plain_verb("pvalue score", "N1 N2 K",
+                             "score of K common bands of clones with N1 and N2 bands, by the closed formula",
+                             "orb pvalue score 100 90 40 --n-bands 2250", {"n1", "n2", "k"}, place::none,
+                             {{"pvalue.score", "", {}, {}, {}, {}}}));
+  table.push_back(
+      plain_verb("pvalue estimate", "LIB N1 N2 --out DIR", "simulate the common bands of clones with N1 and N2 bands",
+                 "orb pvalue estimate library.ORBdb 100 90 --runs 100000 --out estimate", {"input", "n1", "n2"},
+                 place::in_folder, library_and({{"pvalue.estimate", "simulation", {}, {}, {}, {}}})));
+  table.push_back(plain_verb("pvalue table", "LIB --out DIR",
+                             "make the tables of simulated p-values that the metrics Nof and Lnn need",
+                             "orb pvalue table library.ORBdb --out tables --runs 10000", {"input"}, place::in_folder,
+                             library_and({{"pvalue.table", "simulation", {}, {}, {}, {}}})));
+  table.push_back(plain_verb("pvalue lookup", "DIR N1 N2",
+                             "read tables of simulated p-values, from a count or from a value",
+                             "orb pvalue lookup tables 100 90 --count 40", {"folder", "n1", "n2"}, place::none,
+                             {{"pvalue.lookup", "", {}, {}, {}, {}}}));
+}
+
+void add_program_verbs(std::vector<verb> &table) {
+  table.push_back(plain_verb("info", "FILE|FOLDER...", "say what a file or folder holds, or all about one clone",
+                             "orb info results/ecoli536 --clone EC001A01", {"paths"}, place::none,
+                             {{"info.show", "", {}, {}, {}, {}}}));
+  verb menu = plain_verb("menu", "[--project FILE]", "the menu tree, and what of it can run",
+                         "orb menu --project maize.orb", {}, place::none, {});
+  menu.extra = menu_options;
+  menu.run = run_menu_verb;
+  table.push_back(menu);
+  verb script = plain_verb("script", "FILE|- [--project FILE]", "run the commands of a file on one project",
+                           "orb script day.orbscript --project maize.orb", {"script"}, place::none, {});
+  script.extra = script_options;
+  script.run = run_script_verb;
+  table.push_back(script);
+}
+
+} // namespace
+
+const std::vector<verb> &table_of_verbs() {
+  static const std::vector<verb> table = [] {
+    std::vector<verb> made;
+    add_stage_verbs(made);
+    add_list_verbs(made);
+    add_marker_verbs(made);
+    add_net_verbs(made);
+    add_simulation_verbs(made);
+    add_program_verbs(made);
+    return made;
+  }();
+  return table;
+}
+
+const verb *verb_by_name(const std::string &name) {
+  const auto &table = table_of_verbs();
+  const auto at = std::find_if(table.begin(), table.end(), [&](const verb &row) { return row.name == name; });
+  return at == table.end() ? nullptr : &*at;
+}
+
+} // namespace orb

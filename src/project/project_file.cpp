@@ -1,0 +1,186 @@
+#include "project/project_file.h"
+
+#include <cmath>
+#include <vector>
+
+#include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
+#include "frame/numbers.h"
+#include "metrics/class_clone_dist_general.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t n_fields = 10; // label, value, five times
+
+std::string trimmed(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
+    text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
+    text.remove_suffix(1);
+  if (text.size() >= 2 && text.front() == '"' && text.back() == '"')
+    text = text.substr(1, text.size() - 2);
+  return std::string(text);
+}
+
+// The fields of a line: commas within double quotes don't split.
+void add_fields(std::string_view line, std::vector<std::string> &fields) {
+  bool quoted = false;
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i <= line.size(); ++i) {
+    if (i < line.size() && line[i] == '"')
+      quoted = !quoted;
+    if (i < line.size() && (quoted || line[i] != ','))
+      continue;
+    fields.push_back(trimmed(line.substr(begin, i - begin)));
+    begin = i + 1;
+  }
+}
+
+// A name as it stands, or beside the project file.
+std::string found_beside(const std::string &name, const fs::path &project_file) {
+  if (name.empty())
+    return name;
+  std::string path = name;
+  for (char &c : path)
+    if (c == '\\')
+      c = '/';
+  std::error_code failed;
+  if (fs::path(path).is_relative() && !fs::exists(path, failed))
+    if (const fs::path beside = project_file.parent_path() / path; fs::exists(beside, failed))
+      return beside.string();
+  return path;
+}
+
+class project_loading {
+public:
+  project_loading(project_state &project, const project_file &values, const std::string &made_by)
+      : project_(project), values_(values), made_by_(made_by) {}
+
+  load_end run() {
+    if (values_.library.empty())
+      return load_end::loaded; // nothing more is read
+    if (!is_there(values_.library, "File ", " with DB is NOT FOUND!"))
+      return load_end::refused;
+    library_wishes wishes;
+    wishes.file = values_.library;
+    wishes.source = library_wishes::source_kind::library_file;
+    if (const load_end end = load_library(project_, wishes, made_by_); end != load_end::loaded)
+      return end;
+    load_markers_of_project();
+    if (!stopped() && !values_.net.empty() && is_there(values_.net, "File ", " with NET is NOT FOUND!"))
+      count(load_net(project_, values_.net, made_by_));
+    if (!stopped() && !values_.fpc_contigs.empty() &&
+        is_there(values_.fpc_contigs, "File ", " with contigs in FPC format is NOT FOUND!")) {
+      project_.frame().message("Contigs in FPC format can't be read yet: " + values_.fpc_contigs +
+                               " was left out of the project.");
+      whole_ = false;
+    }
+    if (!stopped() && !values_.clusters_folder.empty() &&
+        is_there(values_.clusters_folder, "Folder ", " with clusters NOT FOUND!"))
+      count(load_folder_of_clusters(project_, values_.clusters_folder, made_by_));
+    return stopped() ? load_end::stopped : whole_ ? load_end::loaded : load_end::refused;
+  }
+
+private:
+  bool stopped() const { return project_.frame().was_stopped() || project_.frame().stop_requested_get(); }
+
+  void count(load_end end) { whole_ = whole_ && end == load_end::loaded; }
+
+  bool is_there(const std::string &path, const char *before, const char *behind) {
+    std::error_code failed;
+    if (fs::exists(path, failed))
+      return true;
+    project_.frame().message(before + path + behind);
+    project_.frame().data_failed_set();
+    whole_ = false;
+    return false;
+  }
+
+  void load_markers_of_project() {
+    if (stopped() || values_.markers.empty() || !is_there(values_.markers, "File ", " with MARKERS is NOT FOUND!"))
+      return;
+    count(load_markers(project_, values_.markers, marker_file_form::unknown, made_by_));
+    project_.frame().step_text_set("Markers loaded");
+  }
+
+  project_state &project_;
+  const project_file &values_;
+  const std::string &made_by_;
+  bool whole_ = true;
+};
+
+std::string file_or(const fs::path &file, const char *otherwise) {
+  return file.empty() ? otherwise : file.string();
+}
+
+} // namespace
+
+project_file read_project_file(const fs::path &file) {
+  line_reader lines(file);
+  std::vector<std::string> fields;
+  for (std::string_view line; fields.size() < n_fields && lines.next(line);)
+    add_fields(line, fields);
+  fields.resize(n_fields);
+  project_file values;
+  std::string *const into[] = {&values.library, &values.markers, &values.net, &values.fpc_contigs,
+                               &values.clusters_folder};
+  for (std::size_t i = 0; i < std::size(into); ++i)
+    *into[i] = found_beside(fields[2 * i + 1], file);
+  return values;
+}
+
+load_end open_project(project_state &project, const fs::path &file, const std::string &made_by) {
+  fs::path chosen = file;
+  if (chosen.empty())
+    chosen = project.frame().open_file_dialog_typed("Open file with adresses of DB, Markers and Net", "txt");
+  if (chosen.empty())
+    return load_end::cancelled;
+  return project_loading(project, read_project_file(chosen), made_by).run();
+}
+
+std::string text_of_project_panel(const project_state &project) {
+  const class_DB_of_clones &database = project.database();
+  const class_net &net = project.signif().net();
+  const std::int64_t n_vertices = net.number_of_vertices_get(), n_edges = net.number_of_edges_get();
+  const bool has_contigs = project.has(project_part::contigs);
+  const class_FPCto_import &registry = *database.contigs();
+  std::int64_t n_contigs = 0, n_clones_in_contigs = 0;
+  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members()) {
+    ++n_contigs;
+    n_clones_in_contigs += registry.n_clones_in_cluster_get(id);
+  }
+  std::string text;
+  text += "Tolerance\n";
+  text += "  Tolerance, t = " + std::to_string(database.tollerance_get()) + "\n";
+  text += "  Gel length, L = " + std::to_string(std::llround(database.max_band_length_get())) + "\n";
+  text += "  N_bands_Sulston = " + std::to_string(database.total_number_of_different_bands_FPC_get()) + "\n";
+  text += "Metric\n";
+  text += "  " + class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index) + "\n";
+  text += "  -Log_10 (Cutoff) = " + number_text(project.rule().cutoff, 2) + "\n";
+  text += "  Fraction of common bands resulting buring = " + number_text_shortest(project.rule().burying) + "\n";
+  text += "DataBase\n";
+  text += "  DB file name = " + file_or(project.origin(project_part::library).file, "") + "\n";
+  text += "  Number of clones = " + std::to_string(database.total_number_of_clones_get()) + "\n";
+  text += "Clone overlaps\n";
+  if (project.has(project_part::net)) {
+    text += "  " + file_or(project.origin(project_part::net).file, "(made here, not saved)") + "\n";
+    text += "  N_vertices = " + std::to_string(n_vertices) + "\n";
+    text += "  N_edges= " + std::to_string(n_edges) + "\n";
+    text += "  N_mean_e/v =" + number_text(n_vertices > 0 ? double(n_edges) / double(n_vertices) : 0, 2) + "\n";
+    text += "  Min(edge_value) = " + number_text(net.minimal_edge_value_get(), 4) + "\n";
+  } else {
+    text += "  Net is not loaded\n";
+  }
+  text += "Net of contigs\n";
+  text += "  Contigs folder name = " + file_or(project.origin(project_part::contigs).file, "") + "\n";
+  text += "  Contigs in FPC format  = \n";
+  text += "  Number of contigs = " + std::to_string(has_contigs ? n_contigs : 0) + "\n";
+  text += "  Number of clones in contigs = " + std::to_string(has_contigs ? n_clones_in_contigs : 0) + "\n";
+  return text;
+}
+
+} // namespace orb
