@@ -211,7 +211,6 @@ command_result run_load_text(project_state &project, const text_net_file_paramet
   const load_end end = load_text_net(project, wanted, "net.load_text");
   if (end != load_end::loaded)
     return result_of(end);
-  settle_use_of_net(project);
   command_result result;
   if (!p.file.empty())
     result.inputs.push_back(p.file);

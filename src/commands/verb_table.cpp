@@ -28,7 +28,7 @@ step metric() {
   return {"metric.set", "", {{"several", ""}, {"use-markers", ""}}, {}, {}, {}};
 }
 step options() {
-  return {"options.set", "", {{"singletones", ""}, {"net-in-ordering", ""}}, {}, {}, {}};
+  return {"options.set", "", {{"singletones", ""}}, {}, {}, {}};
 }
 step options_of_order() {
   return {"options.set",

@@ -26,6 +26,13 @@ std::string name_of(const verb_option &option) {
   return letter + "--" + (is_on_by_itself(row) ? "no-" : "") + option.name;
 }
 
+// What holds for a form only: a verb has no dialogs.
+std::string meaning_of(const parameter_row &row) {
+  static const std::string of_forms = "; without it a dialog asks";
+  const bool ends_so = row.meaning.ends_with(of_forms);
+  return ends_so ? row.meaning.substr(0, row.meaning.size() - of_forms.size()) : row.meaning;
+}
+
 // Values are taken by the rows themselves, so that scripts and the command line say the same of a wrong one.
 CLI::Option *add_option(CLI::App &app, const verb_option &option) {
   const parameter_row &row = *option.rows.front();
@@ -46,8 +53,8 @@ CLI::Option *add_option(CLI::App &app, const verb_option &option) {
           for (const std::string &text : texts)
             take(text);
         },
-        row.meaning);
-  return app.add_option_function<std::string>(name_of(option), take, row.meaning);
+        meaning_of(row));
+  return app.add_option_function<std::string>(name_of(option), take, meaning_of(row));
 }
 
 void add_row(CLI::App &app, const verb_option &option) {
