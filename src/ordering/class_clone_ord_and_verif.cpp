@@ -359,8 +359,8 @@ bool class_clone_ord_and_verif::run_JK_on_bands_new(const number_list &list, std
   return true;
 }
 
-// With jackknife runs this is the order of the last one, not that of run 0 or of the consensus: deliberate, the column
-// is the one that the order file and the later stages always took.
+// With jackknife runs this is the order of the last one, not that of run 0, which the order file holds, or of the
+// consensus: deliberate, the column is the one that the later stages always took.
 number_list class_clone_ord_and_verif::order_of(const ordering_work &work) {
   return work.runs.empty() ? number_list() : number_list(work.runs.back().order);
 }

@@ -171,9 +171,10 @@ void class_clone_ord_and_verif::write(const ordering_work &work, std::filesystem
   file_order = process_frame::path_in_folder(folder, "\\ORB_order_" + tail);
   std::string names;
   const used_clones clones(work, database);
-  const number_list order = order_of(work);
-  for (const std::int32_t p : order.members())
-    names += clones.name(p) + line_end;
+  // the chosen order: the shortest by all bands, not that of a jackknife run
+  if (!work.runs.empty())
+    for (const std::int32_t p : work.runs.front().order)
+      names += clones.name(p) + line_end;
   write_text(file_order, names);
   frame.step_text_set("Ok");
 }

@@ -140,6 +140,27 @@ TEST_F(ordering_fixture, FilesWithTheInstanceInTheFolderOfTheContig) {
   EXPECT_NE(std::find(record.panels.begin(), record.panels.end(), "3: JK2"), record.panels.end());
 }
 
+TEST_F(ordering_fixture, TheOrderFileHoldsTheShortestOrderAndTheLastRunIsHandedOn) {
+  load_generated(30);
+  class_clone_ord_and_verif ordering(context, nullptr, {.t_JK_N = 4, .t_JK_alpha = 0.5});
+  ordering_task task;
+  task.list = number_list::range(1, 30);
+  task.rule = rule;
+  task.name = "ctg";
+  task.folder = folder.path();
+  std::vector<ordering_work> works;
+  ASSERT_TRUE(ordering.compute_all(std::span(&task, 1), works));
+  const ordering_work &work = works.front();
+  ASSERT_NE(work.runs.front().order, work.runs.back().order) << "half of the bands are left out";
+  fs::path file_order;
+  ordering.write(work, file_order);
+  std::string names;
+  for (const std::int32_t p : work.runs.front().order)
+    names += database.name_of_clone_get(task.list(work.list_not_excluded(p))) + "\r\n";
+  EXPECT_EQ(file_bytes(file_order), names);
+  EXPECT_EQ(class_clone_ord_and_verif::order_of(work), number_list(work.runs.back().order));
+}
+
 TEST_F(ordering_fixture, ABuriedCloneOfTwoLeavesOneAndNoneLeavesNone) {
   load_windows();
   class_clone_ord_and_verif ordering(context, nullptr);
