@@ -1,5 +1,5 @@
 // Libraries: loading, saving, names, tests.
-#include "commands/library_parameters_rows.h"
+#include "commands/library_parameter_rows.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 #include <fmt/format.h>
 
 #include "commands/command_table.h"
-#include "commands/library_parameters_rows.h"
+#include "commands/library_parameter_rows.h"
 #include "commands/metric_parameters.h"
 #include "commands/row_steps.h"
 #include "database/band_statistics.h"

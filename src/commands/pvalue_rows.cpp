@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "commands/command_table.h"
-#include "commands/library_parameters_rows.h"
+#include "commands/library_parameter_rows.h"
 #include "commands/row_steps.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_simul.h"
