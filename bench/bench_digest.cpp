@@ -2,7 +2,6 @@
 // formulation, which compares the letters at each place with each site. The ratios are printed at the end.
 //   bench_digest [--megabases=20] [--seed=1] [options of Google Benchmark]
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 
 #include "frame/files.h"
 #include "simulation/class_simul_clones.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -27,12 +27,11 @@ std::map<std::string, double> letters_a_second;
 
 // A random sequence in lines of 70 letters, with a run of unknown letters, plain and compressed; removed at the end.
 struct generated_sequence {
-  fs::path folder = fs::temp_directory_path() / ("orb_bench_digest_" + std::to_string(::getpid()));
-  fs::path plain = folder / "sequence.fa", gzip = folder / "sequence.fa.gz";
+  temporary_folder folder;
+  fs::path plain = folder.path() / "sequence.fa", gzip = folder.path() / "sequence.fa.gz";
   std::string letters;
 
   generated_sequence() {
-    fs::create_directories(folder);
     random_source chance(seed);
     letters.resize(static_cast<std::size_t>(megabases * 1e6));
     for (char &letter : letters)
@@ -48,7 +47,6 @@ struct generated_sequence {
     ::gzwrite(out, text.data(), static_cast<unsigned>(text.size()));
     ::gzclose(out);
   }
-  ~generated_sequence() { fs::remove_all(folder); }
 };
 
 const generated_sequence &sequence() {

@@ -1,18 +1,15 @@
 // A generated library with its net, in a folder of its own.
 #pragma once
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <string>
-
 #include "net/class_clone_net_signif.h"
 #include "support/library_generator.h"
+#include "support/temporary_folder.h"
 
 namespace orb {
 
 struct bench_library {
-  std::filesystem::path folder;
+  temporary_folder own_folder;
+  const std::filesystem::path folder = own_folder.path();
   process_frame frame;
   project_settings settings;
   class_DB_of_clones database;
@@ -26,19 +23,12 @@ struct bench_library {
                                 }};
 
   bench_library(const generated_library &wanted, double cutoff) {
-    static int number = 0;
-    folder = std::filesystem::temp_directory_path() /
-             ("orb_bench_" + std::to_string(::getpid()) + "_" + std::to_string(++number));
-    std::filesystem::create_directories(folder);
     frame.working_folder_set(folder);
     rule.cutoff = cutoff;
     generate_library(frame, wanted, database, usable_values);
     net_creation_summary summary;
     signif.create_net_in_memory(rule, summary);
   }
-  ~bench_library() { std::filesystem::remove_all(folder); }
-  bench_library(const bench_library &) = delete;
-  bench_library &operator=(const bench_library &) = delete;
 };
 
 } // namespace orb

@@ -2,7 +2,6 @@
 // loop that only finds the lines of the same bytes. The ratios are printed at the end.
 //   bench_reading [arguments of library_arguments.h] [options of Google Benchmark]
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -16,6 +15,7 @@
 #include "frame/files.h"
 #include "library_arguments.h"
 #include "sizes_file.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -27,11 +27,10 @@ std::map<std::string, double> bytes_a_second;
 
 // One library as a folder with one .sizes file and as a library file; removed at the end.
 struct generated_files {
-  fs::path folder = fs::temp_directory_path() / ("orb_bench_reading_" + std::to_string(::getpid()));
-  fs::path sizes = folder / "library.sizes", library = folder / "library.ORBdb";
+  temporary_folder folder;
+  fs::path sizes = folder.path() / "library.sizes", library = folder.path() / "library.ORBdb";
 
   generated_files() {
-    fs::create_directories(folder);
     process_frame frame;
     class_usable_values usable_values;
     class_DB_of_clones made;
@@ -41,7 +40,6 @@ struct generated_files {
     load(database);
     DataBase_in_typical_file_print(library, database);
   }
-  ~generated_files() { fs::remove_all(folder); }
 
   void load(class_DB_of_clones &database) const { read(sizes, false, database); }
   static void read(const fs::path &file, bool library_format, class_DB_of_clones &database) {

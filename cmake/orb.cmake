@@ -15,6 +15,9 @@ target_compile_features(orb_flags INTERFACE cxx_std_20)
 target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wno-restrict -Werror=return-type)
 target_compile_definitions(orb_flags INTERFACE ORB_VERSION="${PROJECT_VERSION}")
 target_link_libraries(orb_flags INTERFACE Threads::Threads)
+if(ORB_WERROR)
+  target_compile_options(orb_flags INTERFACE -Werror)
+endif()
 if(ORB_SANITIZE)
   target_compile_options(orb_flags INTERFACE -fsanitize=${ORB_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(orb_flags INTERFACE -fsanitize=${ORB_SANITIZE})
@@ -22,12 +25,19 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 
 # orb_headers(TARGET NAME FOLDER VISIBILITY): the folder's headers as "NAME/...", and no other folder's: they are reached
-# through a folder that holds one link, so that an include of a layer above doesn't compile.
+# through a folder that holds one link, so that an include of a layer above doesn't compile. The target
+# all_verify_interface_header_sets compiles each header alone.
 function(orb_headers target name folder visibility)
   set(reached ${PROJECT_BINARY_DIR}/headers/${name})
   file(MAKE_DIRECTORY ${reached})
   file(CREATE_LINK ${folder} ${reached}/${name} SYMBOLIC)
   target_include_directories(${target} ${visibility} ${reached})
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.h)
+  list(TRANSFORM headers PREPEND ${reached}/${name}/)
+  add_library(${target}_headers INTERFACE)
+  target_sources(${target}_headers INTERFACE FILE_SET HEADERS BASE_DIRS ${reached} FILES ${headers})
+  target_link_libraries(${target}_headers INTERFACE $<TARGET_PROPERTY:${target},LINK_LIBRARIES>)
+  set_target_properties(${target}_headers PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
 # orb_library(NAME lib...): all .cpp files of the current folder as the static library orb_NAME.
@@ -36,6 +46,24 @@ function(orb_library name)
   add_library(orb_${name} STATIC ${sources})
   orb_headers(orb_${name} ${name} ${CMAKE_CURRENT_SOURCE_DIR} PUBLIC)
   target_link_libraries(orb_${name} PUBLIC orb_flags ${ARGN})
+endfunction()
+
+# orb_version_header(TARGET): "program_version.h" with version and commit, for TARGET alone. Written anew after a commit and
+# after a change of a source; as it is touched only when its text changes, little is compiled.
+function(orb_version_header target)
+  set(header ${PROJECT_BINARY_DIR}/generated/program_version.h)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/write_version.cmake)
+  file(GLOB_RECURSE watched CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp ${PROJECT_SOURCE_DIR}/src/*.h)
+  # grows with each commit, checkout and reset; in a worktree it lies elsewhere
+  execute_process(COMMAND git rev-parse --path-format=absolute --git-path logs/HEAD WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+                  OUTPUT_VARIABLE moves OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET RESULT_VARIABLE no_git)
+  if(no_git EQUAL 0 AND EXISTS ${moves})
+    list(APPEND watched ${moves})
+  endif()
+  add_custom_command(OUTPUT ${header} DEPENDS ${script} ${watched} COMMENT "Version and commit"
+    COMMAND ${CMAKE_COMMAND} -DSOURCE=${PROJECT_SOURCE_DIR} -DVERSION=${PROJECT_VERSION} -DHEADER=${header} -P ${script})
+  target_sources(${target} PRIVATE ${header})
+  target_include_directories(${target} PRIVATE ${PROJECT_BINARY_DIR}/generated)
 endfunction()
 
 # orb_test(NAME lib...): all .cpp files of tests/NAME as one GoogleTest program.

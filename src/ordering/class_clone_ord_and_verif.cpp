@@ -217,7 +217,8 @@ void class_clone_ord_and_verif::compute_run(ordering_work &work, std::int32_t r,
   if (stopped(stop))
     return;
   random_source chance = generator_of(context_->settings, work, r, drawn_for::search);
-  class_math_TSP tourer(chance, {.steps = options_.steps, .prove = options_.prove, .stop = stop});
+  class_math_TSP tourer(chance,
+                        {.steps = options_.steps, .prove = options_.prove, .stop = [stop] { return stopped(stop); }});
   std::string order_text;
   number_list order;
   run.report = tourer.Run_Tourer(false, n_used, time_limit, neighbour_rank, matrix, order_text, order, run.cost, false);

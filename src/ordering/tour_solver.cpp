@@ -106,7 +106,7 @@ tour_report class_math_TSP::Run_Tourer(bool from_file, std::int32_t n, double ti
     load_matrix(matrix);
   }
   set_ends(free_ends);
-  const search_clock clock(control_.steps > 0 ? -1 : std::max(time_limit_, 0.0), control_.stop);
+  const search_clock clock(control_.steps > 0 ? -1 : std::max(time_limit_, 0.0), &control_.stop);
   path_order found(place(n_));
   std::iota(found.begin(), found.end(), 1);
   if (n_ <= 2)

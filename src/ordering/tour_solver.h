@@ -17,16 +17,16 @@ namespace orb {
 
 // How a search runs besides its instance.
 struct tour_control {
-  std::int64_t steps = 0; // above 0: a limit of guided steps and kicks in place of the time, repeatable to the byte
-  bool prove = true;      // look for a proof first; off: the guided search alone
-  const std::atomic<bool> *stop = nullptr; // when it turns true the search ends within milliseconds
+  std::int64_t steps = 0;  // above 0: a limit of guided steps and kicks in place of the time, repeatable to the byte
+  bool prove = true;       // look for a proof first; off: the guided search alone
+  stop_question stop = {}; // asked at short strides; once it is answered with true the search ends within milliseconds
 };
 
 // What became of a search.
 struct tour_report {
   std::string message;          // to be shown by the caller: the solver touches no frame; empty when all is well
   bool proven = false;          // no shorter path exists
-  bool stopped = false;         // by the flag: the order is the best so far
+  bool stopped = false;         // on request: the order is the best so far
   std::int64_t steps = 0;       // guided steps and kicks that were made
   double seconds = 0;           // wall time
   std::int64_t lower_bound = 0; // no path is shorter; 0: none was looked for

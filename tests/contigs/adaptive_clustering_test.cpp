@@ -44,7 +44,7 @@ std::map<std::string, lines> files_of_contigs(const std::filesystem::path &run) 
 class_contig_adapt_clust make_run(contig_session &session, const slow_parameters &p, bool with_order = false) {
   contig_files files;
   files.drawings = with_order;
-  class_contig_adapt_clust run(*session.signif, session.rule, files);
+  class_contig_adapt_clust run(session.signif, session.rule, files);
   run.detail_control_set(with_order);
   run.print_all_dist_on_set(with_order);
   run.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step, p.n_steps, false, 2, 3);
@@ -114,7 +114,7 @@ TEST(adaptive_clustering, leaves_the_reports_of_a_run) {
   EXPECT_EQ(session.record.messages.front(), "Adaptive clustering is completed");
   EXPECT_EQ(session.record.log[0], "Adaptive clustering");
   EXPECT_EQ(session.record.log[1], "Contigs folder created: " + folder.filename().string());
-  EXPECT_EQ(session.frame->working_folder_get(), session.folder);
+  EXPECT_EQ(session.frame.working_folder_get(), session.folder);
   // The second run of the same second gets a folder of its own.
   std::filesystem::create_directory(session.folder / "other");
   run.adaptive_clustering_all_run(session.database);
@@ -185,23 +185,22 @@ TEST(adaptive_clustering, stopped_run_keeps_what_was_finished) {
   slow.run();
   for (const std::size_t n_processed : {1u, 4u, 7u}) { // clusters done when the stop comes; 7: all
     contig_session session(data, 8);
-    session.shown.yield = [&session, n_processed] {
+    session.on_yield = [&session, n_processed] {
       const std::string done = "4: " + std::to_string(n_processed);
       const auto &panels = session.record.panels;
       return std::find(panels.begin(), panels.end(), done) != panels.end();
     };
-    session.make_frame_again();
     class_contig_adapt_clust run = make_run(session, {});
     run.adaptive_clustering_all_run(session.database);
     EXPECT_FALSE(run.result().completed);
-    EXPECT_TRUE(session.frame->was_stopped());
-    EXPECT_FALSE(session.frame->process_is_running());
+    EXPECT_TRUE(session.frame.was_stopped());
+    EXPECT_FALSE(session.frame.process_is_running());
     EXPECT_EQ(session.record.log.back(), "Adaptive clustering has aborted.");
     EXPECT_FALSE(std::filesystem::exists(session.run() / "FPC_like.fpc"));
     const lines rows(slow.clusters.begin(), slow.clusters.begin() + static_cast<std::ptrdiff_t>(n_processed));
     EXPECT_EQ(lines_of_file(session.run() / "report_clusters.txt"), with_header(header, rows));
     run_folder finished;
-    ASSERT_TRUE(read_run_folder(*session.frame, session.run(), finished));
+    ASSERT_TRUE(read_run_folder(session.frame, session.run(), finished));
     EXPECT_EQ(finished.clusters.size(), n_processed - 1);
     for (std::size_t c = 0; c + 1 < n_processed; ++c)
       EXPECT_EQ(finished.coordinates[c].size(), 7u);
@@ -213,17 +212,16 @@ TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   add_chain(data, 1, 8);
   contig_session session(data, 8);
   // The folder of the run is taken away before the first cluster is written.
-  session.shown.panel_set = [&session](panel, const std::string &text, panel_colour) {
+  session.on_panel = [&session](const std::string &text) {
     if (text.starts_with("Process 1 of")) {
       const std::filesystem::path run = session.run();
       std::filesystem::remove_all(run);
       std::ofstream(run) << "a file in its place";
     }
   };
-  session.make_frame_again();
   class_contig_adapt_clust run = make_run(session, {});
   EXPECT_THROW(run.adaptive_clustering_all_run(session.database), file_error);
-  EXPECT_FALSE(session.frame->process_is_running());
+  EXPECT_FALSE(session.frame.process_is_running());
 }
 
 // Which files a cluster of each size gets, with and without tables and order, and the gaps in the reports.
@@ -287,7 +285,7 @@ TEST(given_clusters, are_tested_without_cutting) {
   for (const bool largest : {false, true}) {
     contig_session session(data, 8);
     class_contig_adapt_clust run = make_run(session, {5000, 2, 5000, 0, 0});
-    auto registry = std::make_shared<class_FPCto_import>(*session.frame, session.settings, session.database);
+    auto registry = std::make_shared<class_FPCto_import>(session.frame, session.settings, session.database);
     registry->clear_all_and_create_cluster_AllDB(1, "a/b", "whole");
     session.database.contigs_set(registry);
     if (largest)
@@ -306,7 +304,7 @@ TEST(given_clusters, are_tested_without_cutting) {
       EXPECT_EQ(lines_of_file(lost), (lines{"K201_1", "K201_2", "K201_3"}));
     }
     run_folder read;
-    ASSERT_TRUE(read_run_folder(*session.frame, session.run(), read));
+    ASSERT_TRUE(read_run_folder(session.frame, session.run(), read));
     ASSERT_EQ(read.clusters.size(), 1u); // kept as it is, whatever the test said
     EXPECT_EQ(read.clones[0].size(), largest ? 6u : 9u);
   }
@@ -343,7 +341,7 @@ TEST(given_clusters, cutoff_rises_until_few_clones_stray) {
   for (const rise_case &given : cases) {
     contig_session session(given.data, given.cutoff);
     class_contig_adapt_clust run = make_run(session, {5000, 2, 5000, 0, 0});
-    auto registry = std::make_shared<class_FPCto_import>(*session.frame, session.settings, session.database);
+    auto registry = std::make_shared<class_FPCto_import>(session.frame, session.settings, session.database);
     registry->clear_all_and_create_cluster_AllDB(1, "x", "whole");
     session.database.contigs_set(registry);
     session.book.add({"Use maximal", "yes"});

@@ -63,7 +63,7 @@ TEST(contig_analysis, worked_cases) {
     SCOPED_TRACE(given.what);
     const library_data data = windows(given.clones);
     contig_session session(data, 10);
-    class_contig_analysis contig(*session.signif, session.rule);
+    class_contig_analysis contig(session.signif, session.rule);
     contig.list_of_clones_set(number_list::range(1, data.count()), data.count());
     contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
     EXPECT_EQ(contig.net_diam_get(), given.diam);
@@ -85,7 +85,7 @@ TEST(contig_analysis, check_at_another_cutoff_counts_unreached_clones_and_keeps_
   // At 15 only 1-2 and 2-3 hold; clone 4 hangs on clone 3 by 10.
   const library_data data = windows({{1, 20}, {6, 25}, {11, 30}, {21, 40}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif, session.rule);
+  class_contig_analysis contig(session.signif, session.rule);
   contig.list_of_clones_set({1, 2, 3, 4}, 4);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   const number_list MTP = contig.list_of_clones_MTP();
@@ -107,7 +107,7 @@ TEST(contig_analysis, check_at_another_cutoff_counts_unreached_clones_and_keeps_
 TEST(contig_analysis, single_linkage_and_one_cluster) {
   const library_data data = windows({{1, 20}, {101, 120}, {6, 25}, {106, 125}, {301, 320}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif, session.rule);
+  class_contig_analysis contig(session.signif, session.rule);
   contig.list_of_clones_set(number_list::range(1, 5), 5);
   for (const bool fast : {true, false}) {
     session.settings.fast_clustering = fast;
@@ -125,7 +125,7 @@ TEST(contig_analysis, report_line_has_the_gap_fields_of_its_family) {
   // The list jumps from one end to the other and back: its first steps are weak, those of the order aren't.
   const library_data data = windows({{1, 20}, {29, 48}, {8, 27}, {15, 34}, {22, 41}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif, session.rule);
+  class_contig_analysis contig(session.signif, session.rule);
   contig.cluster_name_set("cl_1");
   contig.cluster_name_long_set("all");
   contig.list_of_clones_set(number_list::range(1, 5), 5);
@@ -157,7 +157,7 @@ TEST(contig_analysis, report_line_has_the_gap_fields_of_its_family) {
 TEST(contig_analysis, a_list_in_any_order_and_files_by_name) {
   const library_data data = windows({{21, 40}, {1, 20}, {11, 30}});
   contig_session session(data, 10);
-  class_contig_analysis contig(*session.signif, session.rule);
+  class_contig_analysis contig(session.signif, session.rule);
   contig.cluster_name_set("x");
   contig.list_of_clones_set({3, 1, 2}, 3);
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();

@@ -28,7 +28,7 @@ int fewest_not_preferred(const contig_session &session, const std::vector<int> &
   for (bool changed = true; changed;) {
     changed = false;
     for (const auto &[a, c] : std::map<int, int>(cost))
-      for (const net_edge &edge : session.signif->net().edges_of_vertex(a)) {
+      for (const net_edge &edge : session.signif.net().edges_of_vertex(a)) {
         const int b = edge.neighbour, next = c + (index[std::size_t(b)] == 2 ? 0 : 1);
         if (edge.value < session.rule.cutoff || std::find(clones.begin(), clones.end(), b) == clones.end())
           continue;
@@ -44,7 +44,7 @@ int fewest_not_preferred(const contig_session &session, const std::vector<int> &
 class_contig_adapt_clust given_clusters_run(contig_session &session) {
   contig_files files;
   files.drawings = files.pair_tables = false;
-  class_contig_adapt_clust run(*session.signif, session.rule, files);
+  class_contig_adapt_clust run(session.signif, session.rule, files);
   run.detail_control_set(false);
   run.print_all_dist_on_set(false);
   run.main_parameters_set(5000, 2, 5000, 0, 0, false, 5, 5);
@@ -56,7 +56,7 @@ class_contig_adapt_clust given_clusters_run(contig_session &session) {
 void make_contigs(contig_session &session) {
   contig_files files;
   files.drawings = files.pair_tables = false;
-  class_contig_adapt_clust run(*session.signif, session.rule, files);
+  class_contig_adapt_clust run(session.signif, session.rule, files);
   run.detail_control_set(false);
   run.main_parameters_set(1200, 3, 1, 2, 3, false, 2, 3);
   run.adaptive_clustering_all_run(session.database);
@@ -102,7 +102,7 @@ TEST(retain, path_uses_as_few_clones_that_are_not_sequenced_as_can_be) {
     for (const cluster_id id : session.database.contigs()->current_list_of_clusters_in_use_get().members()) {
       number_list list, MTP, not_used;
       session.database.contigs()->list_of_clones_get(id, list);
-      class_contig_analysis contig(*session.signif, session.rule);
+      class_contig_analysis contig(session.signif, session.rule);
       contig.list_of_clones_set(list, list.count());
       contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
       if (!contig.clone_coor_known_get())

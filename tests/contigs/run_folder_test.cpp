@@ -22,7 +22,7 @@ struct finished_run {
   std::shared_ptr<class_FPCto_import> registry;
   std::filesystem::path folder;
   finished_run() {
-    class_contig_adapt_clust run(*session.signif, session.rule);
+    class_contig_adapt_clust run(session.signif, session.rule);
     run.main_parameters_set(40, 5, 1, 1.5, 4, false, 2, 3);
     run.adaptive_clustering_all_run(session.database);
     result = run.result();
@@ -37,8 +37,7 @@ TEST(run_folder, reads_back_equal_to_the_registry_of_the_run) {
   finished_run run;
   ASSERT_TRUE(is_run_folder(run.folder));
   EXPECT_FALSE(is_run_folder(run.session.folder));
-  ASSERT_TRUE(
-      read_run_folder_into_registry(*run.session.frame, run.session.settings, run.folder, run.session.database));
+  ASSERT_TRUE(read_run_folder_into_registry(run.session.frame, run.session.settings, run.folder, run.session.database));
   const class_FPCto_import &read = *run.session.database.contigs();
   ASSERT_NE(&read, run.registry.get());
   std::int32_t n_read = 0;
@@ -65,7 +64,7 @@ TEST(run_folder, reads_back_equal_to_the_registry_of_the_run) {
   EXPECT_EQ(static_cast<std::size_t>(n_read), run.result.clusters.size());
   EXPECT_GT(run.result.n_clones_alone, 0);
   run_folder texts;
-  ASSERT_TRUE(read_run_folder(*run.session.frame, run.folder, texts));
+  ASSERT_TRUE(read_run_folder(run.session.frame, run.folder, texts));
   bool heap = false, contig = false;
   for (std::size_t c = 0; c < texts.clusters.size(); ++c) {
     (texts.clusters[c].n_clones < 5 ? heap : contig) = true;
@@ -80,7 +79,7 @@ TEST(run_folder, reads_back_equal_to_the_registry_of_the_run) {
 TEST(run_folder, damaged_folders_are_refused_with_their_place) {
   finished_run run;
   run_folder good;
-  ASSERT_TRUE(read_run_folder(*run.session.frame, run.folder, good));
+  ASSERT_TRUE(read_run_folder(run.session.frame, run.folder, good));
   // The first contig with all its files.
   std::string name;
   for (const cluster_row &row : good.clusters) {
@@ -135,9 +134,9 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
     }
     run.session.record.messages.clear();
     EXPECT_FALSE(
-        read_run_folder_into_registry(*run.session.frame, run.session.settings, run.folder, run.session.database));
+        read_run_folder_into_registry(run.session.frame, run.session.settings, run.folder, run.session.database));
     EXPECT_EQ(run.session.database.contigs(), run.registry); // untouched
-    EXPECT_TRUE(run.session.frame->data_failed());
+    EXPECT_TRUE(run.session.frame.data_failed());
     ASSERT_EQ(run.session.record.messages.size(), 1u);
     const std::string &text = run.session.record.messages[0], start = given.message, end = given.place;
     EXPECT_EQ(text.substr(0, start.size()), start);
@@ -149,9 +148,8 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
     }
     write_file(given.file, before);
   }
-  EXPECT_TRUE(
-      read_run_folder_into_registry(*run.session.frame, run.session.settings, run.folder, run.session.database));
+  EXPECT_TRUE(read_run_folder_into_registry(run.session.frame, run.session.settings, run.folder, run.session.database));
   std::filesystem::remove(report);
-  EXPECT_THROW(read_run_folder(*run.session.frame, run.folder, good), file_error);
+  EXPECT_THROW(read_run_folder(run.session.frame, run.folder, good), file_error);
   EXPECT_FALSE(good.clusters.empty()); // as it was
 }

@@ -1,9 +1,8 @@
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "frame/files.h"
 #include "frame/process_frame.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
@@ -11,18 +10,8 @@ namespace {
 using texts = std::vector<std::string>;
 
 // A frame whose front end records everything, with the clock standing still.
-struct recorded_frame {
-  answer_book book;
-  front_end_record record;
-  temporary_folder folder;
-  process_frame frame;
-
-  recorded_frame() : frame(pinned(scripted_front_end(book, record)), folder.path()) {}
-  static front_end pinned(front_end shown) {
-    ::setenv("SOURCE_DATE_EPOCH", "1700000000", 1); // 2023-11-14 22:13:20
-    return shown;
-  }
-  ~recorded_frame() { ::unsetenv("SOURCE_DATE_EPOCH"); }
+struct recorded_frame : pinned_clock, scripted_frame {
+  recorded_frame() : pinned_clock(1700000000), scripted_frame(true) {} // 2023-11-14 22:13:20
 };
 
 TEST(process_frame, a_whole_process_shows_its_texts_and_logs_them) {
@@ -37,9 +26,9 @@ TEST(process_frame, a_whole_process_shows_its_texts_and_logs_them) {
                                         "3: Local process", "4: Control", "5: Search for clones"}));
   shown.frame.log_line("same second");
   EXPECT_EQ(shown.record.log, (texts{"Load DB", "Load DB done", "same second"}));
-  EXPECT_EQ(file_bytes(shown.folder.path() / "ORB.log"), "2023-11-14,22:13:20\tLoad DB\r\n"
-                                                         "2023-11-14,22:13:20\tLoad DB done\r\n"
-                                                         "2023-11-14,22:13:20\tsame second\r\n");
+  EXPECT_EQ(file_bytes(shown.folder / "ORB.log"), "2023-11-14,22:13:20\tLoad DB\r\n"
+                                                  "2023-11-14,22:13:20\tLoad DB done\r\n"
+                                                  "2023-11-14,22:13:20\tsame second\r\n");
 }
 
 TEST(process_frame, colours_of_the_process_panel) {
@@ -103,7 +92,7 @@ TEST(process_frame, long_time_question_goes_on_unless_no) {
 
 TEST(process_frame, save_dialog_asks_before_it_overwrites) {
   recorded_frame shown;
-  const std::string there = shown.folder.write("a.txt", "x").string(), absent = (shown.folder.path() / "b").string();
+  const std::string there = shown.write("a.txt", "x").string(), absent = (shown.folder / "b").string();
   const auto dialog = [&] { return shown.frame.save_file_dialog_checked("Save", "a.txt", ""); };
   EXPECT_EQ(dialog(), "");
   shown.book.add({"Save", there, true});
@@ -165,7 +154,7 @@ TEST(process_frame, program_end_shows_logs_and_throws) {
 
 TEST(process_frame, a_log_that_cannot_be_written_is_an_error) {
   recorded_frame shown;
-  shown.frame.log_folder_set(shown.folder.path() / "absent");
+  shown.frame.log_folder_set(shown.folder / "absent");
   EXPECT_THROW(shown.frame.log_line("x"), file_error);
   process_frame without_folder;
   EXPECT_NO_THROW(without_folder.log_line("x"));

@@ -6,7 +6,7 @@
 #include "frame/files.h"
 #include "frame/process_frame.h"
 #include "frame/random_source.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
@@ -14,14 +14,8 @@ namespace {
 using serv = class_serv_raznoe;
 using texts = std::vector<std::string>;
 
-struct recorded {
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
-};
-
 TEST(texts, tokens) {
-  recorded shown;
+  scripted_frame shown;
   EXPECT_EQ(serv::take_text_from_begin(shown.frame, "ab\tc"), "ab");
   EXPECT_EQ(serv::take_text_from_begin(shown.frame, "abc"), "abc");
   EXPECT_EQ(serv::take_text_from_begin(shown.frame, ""), "");
@@ -54,7 +48,7 @@ TEST(texts, cuts) {
   EXPECT_TRUE(complete);
   EXPECT_EQ(serv::cut_string_spaces_several_no_emty("a b c", fields, 2, complete), 2);
   EXPECT_FALSE(complete);
-  recorded shown;
+  scripted_frame shown;
   EXPECT_EQ(serv::cut_string_general(shown.frame, "a, b,c", fields, ", ", -1, complete), 2);
   EXPECT_EQ(fields, (texts{"a", "b,c"}));
   EXPECT_EQ(serv::cut_string_general(shown.frame, "a;b;c", fields, ";", 2, complete), 2);
@@ -85,7 +79,7 @@ TEST(texts, quotes_names_and_zeros) {
 }
 
 TEST(texts, input_boxes_with_limits) {
-  recorded shown;
+  scripted_frame shown;
   const auto ask = [&] { return serv::parameter_get_fromInputBox_Long(shown.frame, "Rank", "T", 2, 1, 9); };
   EXPECT_EQ(ask(), 2);
   EXPECT_EQ(shown.record.questions.back(), "Rank (min=1, max=9)");

@@ -11,7 +11,7 @@ namespace {
 using namespace orb;
 using namespace std::chrono_literals;
 
-TEST(WorkerBatch, EveryItemIsDoneOnceByAnyNumberOfThreads) {
+TEST(worker_batch, every_item_is_done_once_by_any_number_of_threads) {
   for (const int threads : {1, 2, 5}) {
     std::vector<int> done(101, 0);
     std::int64_t told = -1;
@@ -34,7 +34,7 @@ TEST(WorkerBatch, EveryItemIsDoneOnceByAnyNumberOfThreads) {
   EXPECT_TRUE(run_and_poll(0, 2, {}, {}));
 }
 
-TEST(WorkerBatch, PollsWhileALongItemRunsAndStopsIt) {
+TEST(worker_batch, polls_while_a_long_item_runs_and_stops_it) {
   const std::thread::id caller = std::this_thread::get_id();
   int polls = 0;
   std::atomic<int> started{0};
@@ -59,7 +59,7 @@ TEST(WorkerBatch, PollsWhileALongItemRunsAndStopsIt) {
 }
 
 // An item that the stop cut short isn't done, even when it was the last one.
-TEST(WorkerBatch, AStopDuringTheLastItemIsNoEnd) {
+TEST(worker_batch, a_stop_during_the_last_item_is_no_end) {
   EXPECT_FALSE(run_and_poll(
       1, 1,
       [](std::int64_t, int, const std::atomic<bool> &stopped) {
@@ -69,7 +69,7 @@ TEST(WorkerBatch, AStopDuringTheLastItemIsNoEnd) {
       [](std::int64_t) { return false; }, 1ms));
 }
 
-TEST(WorkerBatch, ExceptionsReachTheCaller) {
+TEST(worker_batch, exceptions_reach_the_caller) {
   const auto body = [](std::int64_t item, int, const std::atomic<bool> &) {
     if (item == 3)
       throw std::runtime_error("third");

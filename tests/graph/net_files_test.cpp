@@ -12,10 +12,6 @@ namespace {
 
 using namespace orb_test;
 
-void write_bytes(const std::filesystem::path &path, const std::string &bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
 template <class number> std::string replaced(std::string bytes, std::size_t offset, number value) {
   std::memcpy(bytes.data() + offset, &value, sizeof(value));
   return bytes;

@@ -7,14 +7,12 @@
 #include "metrics/band_merge_lanes.h"
 #include "metrics/class_clone_dist_my.h"
 #include "support/library_generator.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
 
-struct library {
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
+struct library : scripted_frame {
   project_settings settings;
   class_DB_of_clones database;
   class_usable_values usable_values;

@@ -15,16 +15,12 @@
 #include "metrics/class_clone_dist_simul.h"
 #include "metrics/form_simul_1.h"
 #include "support/library_generator.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
 
-struct pvalue_fixture {
-  temporary_folder folder;
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
+struct pvalue_fixture : scripted_frame {
   project_settings settings;
   class_DB_of_clones database;
   class_usable_values usable_values;
@@ -34,14 +30,12 @@ struct pvalue_fixture {
   explicit pvalue_fixture(generated_library wanted = {.n_clones = 60, .bands_in_clone = 20}) {
     generate_library(frame, wanted, database, usable_values);
     database.total_number_of_different_bands_FPC_set(300);
-    frame.working_folder_set(folder.path());
     settings.threads = 2;
     record = {};
   }
   simulation_services services(int threads = 2, std::uint64_t seed = 1) {
     return {frame, usable_values, seed, threads};
   }
-  std::string bytes(const std::string &name) { return file_bytes(folder.path() / name); }
   // The message and the panels, without those of the ends of processes.
   std::string only_message() const { return record.messages.size() == 1 ? record.messages[0] : "not one message"; }
 };
@@ -405,7 +399,7 @@ TEST(pvalue, a_table_is_made_written_and_read) {
 
   // read: the fits alone, and written again to the byte
   class_clone_dist_table read;
-  ASSERT_TRUE(read.run_read_tables(f.frame, f.folder.path()));
+  ASSERT_TRUE(read.run_read_tables(f.frame, f.folder));
   EXPECT_TRUE(read.is_loaded(0) && read.is_loaded(1));
   EXPECT_EQ(read.situation(25, 25, 0)->b_start, 0);
   EXPECT_NEAR(read.situation(25, 10, 1)->a1, f.table.situation(25, 10, 1)->a1, 5e-7);
@@ -455,7 +449,7 @@ TEST(pvalue, the_report_of_one_situation) {
   ASSERT_TRUE(curves.control_results_of_p_val_estimation_a2a1a0(f.frame, counts, a2, a1, a0, start, end, f.database,
                                                                 f.usable_values));
   EXPECT_EQ(std::pair(start, end), std::pair(1, 4));
-  result_file file(f.folder.path() / "report.txt");
+  result_file file(f.folder / "report.txt");
   curves.control_results_of_p_val_estimation_print(counts, file);
   file.commit();
   const std::string report = f.bytes("report.txt");
@@ -505,8 +499,8 @@ TEST(pvalue, damaged_tables_are_refused_with_their_place_and_what_was_loaded_sta
   for (const auto &c : cases) {
     f.record = {};
     const std::string name = "parameters_" + c.file + ".txt", good = f.bytes(name);
-    f.folder.write(name, c.bytes);
-    EXPECT_FALSE(f.table.run_read_tables(f.frame, f.folder.path())) << c.said;
+    f.write(name, c.bytes);
+    EXPECT_FALSE(f.table.run_read_tables(f.frame, f.folder)) << c.said;
     EXPECT_NE(f.only_message().find(c.said), std::string::npos) << f.only_message();
     EXPECT_NE(f.only_message().find(".txt, line "), std::string::npos) << f.only_message();
     f.table.parabola_on_net(9, 20, 20, 0, after);
@@ -515,18 +509,18 @@ TEST(pvalue, damaged_tables_are_refused_with_their_place_and_what_was_loaded_sta
         c.said.starts_with("\"many") || c.said.starts_with("a field is"); // the tolerant reader says its words too
     EXPECT_EQ(f.record.questions.size(), asked ? 1u : 0u);
     EXPECT_TRUE(!asked || f.record.questions[0].find(" is not number?!\rZero will be used instead.") < 30u);
-    f.folder.write(name, good);
+    f.write(name, good);
   }
   EXPECT_TRUE(f.frame.data_failed());
   // commas and other line ends are fine
-  f.folder.write("parameters_a1_fr.txt", "bands\t10\t25\n 10 \t0,5\tx\n25\t1\t2\n");
-  EXPECT_TRUE(f.table.run_read_tables(f.frame, f.folder.path()));
+  f.write("parameters_a1_fr.txt", "bands\t10\t25\n 10 \t0,5\tx\n25\t1\t2\n");
+  EXPECT_TRUE(f.table.run_read_tables(f.frame, f.folder));
   EXPECT_EQ(f.table.situation(10, 10, 1)->a1, 0.5);
-  std::filesystem::remove(f.folder.path() / "parameters_a1_fr.txt");
-  EXPECT_THROW(f.table.run_read_tables(f.frame, f.folder.path()), file_error);
-  std::filesystem::remove(f.folder.path() / "parameters_a0_fr.txt");
-  std::filesystem::remove(f.folder.path() / "parameters_a2_fr.txt");
-  EXPECT_TRUE(f.table.run_read_tables(f.frame, f.folder.path()));
+  std::filesystem::remove(f.folder / "parameters_a1_fr.txt");
+  EXPECT_THROW(f.table.run_read_tables(f.frame, f.folder), file_error);
+  std::filesystem::remove(f.folder / "parameters_a0_fr.txt");
+  std::filesystem::remove(f.folder / "parameters_a2_fr.txt");
+  EXPECT_TRUE(f.table.run_read_tables(f.frame, f.folder));
   EXPECT_TRUE(f.table.is_loaded(0));
   EXPECT_FALSE(f.table.is_loaded(1)) << "made in one mode";
 }
@@ -577,7 +571,7 @@ TEST(pvalue, the_panel) {
   form.put_GUI_table_size(10, 15, 1);
   ASSERT_TRUE(form.create_table(f.context));
   EXPECT_TRUE(f.table.is_loaded(0) && !f.table.is_loaded(1));
-  EXPECT_FALSE(std::filesystem::exists(f.folder.path() / "parameters_a0_fr.txt"));
+  EXPECT_FALSE(std::filesystem::exists(f.folder / "parameters_a0_fr.txt"));
   form.t_k = "15";
   ASSERT_TRUE(form.minus_lg_p_value_of_K(f.context));
   form.t_k = "";

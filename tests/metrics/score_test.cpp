@@ -4,13 +4,13 @@
 #include <cmath>
 #include <filesystem>
 #include <functional>
-#include <unistd.h>
 
 #include "frame/class_math1.h"
 #include "frame/files.h"
 #include "metrics/class_clone_dist_FPC.h"
 #include "metrics/pair_score.h"
 #include "support/library_generator.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
@@ -102,35 +102,26 @@ TEST(score, table_of_least_significant_k_equals_a_search_from_one) {
 }
 
 TEST(score, table_asks_for_its_size_and_writes_its_file) {
-  const auto folder = std::filesystem::temp_directory_path() / ("orb_metric_table_" + std::to_string(::getpid()));
-  create_folder(folder);
   small_library library;
   // answer, size of the table
   const std::pair<const char *, std::int32_t> cases[] = {{"20", 20}, {"4", 215}, {"many", 215}, {"5", 5}};
   for (const auto &[reply, size] : cases) {
-    answer_book book;
-    front_end_record record;
-    book.add({"Input max number of bands in clone:", reply, false});
-    process_frame frame(scripted_front_end(book, record));
-    frame.working_folder_set(folder);
+    scripted_frame asked;
+    asked.answer("Input max number of bands in clone:", reply);
     class_clone_dist_FPC table;
-    table.create_sulston_significant_table(frame, 15, library.database, library.usable_values);
+    table.create_sulston_significant_table(asked.frame, 15, library.database, library.usable_values);
     EXPECT_EQ(table.table_size_get(), size) << reply;
   }
-  answer_book book;
-  front_end_record record;
-  book.add({"Input max", "20", true});
-  process_frame frame(scripted_front_end(book, record));
-  frame.working_folder_set(folder);
+  scripted_frame asked;
+  asked.answer_always("Input max", "20");
   class_clone_dist_FPC table;
-  table.create_sulston_significant_table(frame, 15, library.database, library.usable_values);
+  table.create_sulston_significant_table(asked.frame, 15, library.database, library.usable_values);
   const auto entry = [&](std::int32_t a, std::int32_t b) {
     return std::to_string(table.sulston_significant_table_get(a, b));
   };
-  EXPECT_EQ(file_bytes(folder / "metric_table.txt"),
+  EXPECT_EQ(asked.bytes("metric_table.txt"),
             "10\t10\t" + entry(10, 10) + "\r\n10\t20\t" + entry(10, 20) + "\r\n20\t20\t" + entry(20, 20) + "\r\n");
-  EXPECT_EQ(record.panels.front(), "2: Preprocessing...");
-  std::filesystem::remove_all(folder);
+  EXPECT_EQ(asked.record.panels.front(), "2: Preprocessing...");
 }
 
 TEST(score, edges) {

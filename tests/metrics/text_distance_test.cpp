@@ -5,14 +5,12 @@
 #include "frame/numbers.h"
 #include "metrics/class_clone_text_distance.h"
 #include "support/library_generator.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 namespace {
 
-struct text_library {
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
+struct text_library : scripted_frame {
   project_settings settings;
   class_DB_of_clones database;
   class_usable_values usable_values;

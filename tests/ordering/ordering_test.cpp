@@ -7,37 +7,20 @@
 #include "graph/class_net.h"
 #include "ordering/class_clone_ord_and_verif.h"
 #include "support/library_generator.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 namespace {
 
 using namespace orb;
 namespace fs = std::filesystem;
 
-struct ordering_fixture : testing::Test {
-  temporary_folder folder;
-  answer_book book;
-  front_end_record record;
-  front_end shown = scripted_front_end(book, record);
-  process_frame frame{forwarding()};
+struct ordering_fixture : testing::Test, scripted_frame {
   project_settings settings;
   overlap_rule rule;
   class_DB_of_clones database;
   class_usable_values usable_values;
   class_clone_dist_table table;
   metric_context context{frame, settings, database, usable_values, table};
-  std::function<void()> on_yield;
-
-  ordering_fixture() { frame.working_folder_set(folder.path()); }
-  front_end forwarding() {
-    front_end with_yield = shown;
-    with_yield.yield = [this] {
-      if (on_yield)
-        on_yield();
-      return false;
-    };
-    return with_yield;
-  }
 
   // Windows on an axis of bands that lie far apart: cA 1-10, cB 4-13, cC 8-17, cD 11-20, and cE 5-12, buried in cB.
   // Scores are 1000 k^2 / (n1 n2): 490 for 7 common bands of 10, 360 for 6, 90 for 3.
@@ -66,7 +49,7 @@ struct ordering_fixture : testing::Test {
   }
   std::map<std::string, std::string> files() const {
     std::map<std::string, std::string> out;
-    for (const auto &entry : fs::directory_iterator(folder.path()))
+    for (const auto &entry : fs::directory_iterator(folder))
       out[entry.path().filename().string()] = file_bytes(entry.path());
     return out;
   }
@@ -81,7 +64,7 @@ const std::string old_order = "Old order:\r\n1\t3\tcC\r\n2\t1\tcA\r\n4\t4\tcD\r\
 const std::string diagonal =
     "\r\n\r\n\r\nDiagonal:\r\nnew_i\told_i\told_old_i\tclone\tSum_Pij\tVar\tcA\tcB\tcC\tcD\r\n";
 
-TEST_F(ordering_fixture, FilesWithoutJackknife) {
+TEST_F(ordering_fixture, files_without_jackknife) {
   load_windows();
   class_clone_ord_and_verif ordering(context, nullptr);
   fs::path file_order;
@@ -110,17 +93,17 @@ TEST_F(ordering_fixture, FilesWithoutJackknife) {
   EXPECT_EQ(record.panels.back(), "2: Ok");
 }
 
-TEST_F(ordering_fixture, FilesWithTheInstanceInTheFolderOfTheContig) {
+TEST_F(ordering_fixture, files_with_the_instance_in_the_folder_of_the_contig) {
   load_windows();
   class_clone_ord_and_verif ordering(context, nullptr, {.t_JK_N = 2, .t_JK_alpha = 0});
   fs::path file_order;
-  fs::create_directory(folder.path() / "ctg");
-  ordering.run_JK_on_bands(shuffled_windows, 5, rule, "ctg", true, folder.path() / "ctg", file_order);
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1); // nothing beside the contig's folder
+  fs::create_directory(folder / "ctg");
+  ordering.run_JK_on_bands(shuffled_windows, 5, rule, "ctg", true, folder / "ctg", file_order);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1); // nothing beside the contig's folder
   const std::string instance = "4,2,30\r\n1 2 4 5\r\n1\t2\t10000\r\n1\t3\t510\r\n1\t4\t640\r\n2\t3\t10000\r\n"
                                "2\t4\t510\r\n3\t4\t10000\r\n";
   std::map<std::string, std::string> found;
-  for (const auto &entry : fs::directory_iterator(folder.path() / "ctg"))
+  for (const auto &entry : fs::directory_iterator(folder / "ctg"))
     found[entry.path().filename().string()] = file_bytes(entry.path());
   const std::string orders = "i_JK\t1\t2\t3\t4\tLength (old=7500.000000)\r\n0\t2\t4\t1\t3\t415.000000\r\n"
                              "1\t2\t4\t1\t3\t415.000000\r\n2\t2\t4\t1\t3\t415.000000\r\n"
@@ -140,14 +123,14 @@ TEST_F(ordering_fixture, FilesWithTheInstanceInTheFolderOfTheContig) {
   EXPECT_NE(std::find(record.panels.begin(), record.panels.end(), "3: JK2"), record.panels.end());
 }
 
-TEST_F(ordering_fixture, TheOrderFileHoldsTheShortestOrderAndTheLastRunIsHandedOn) {
+TEST_F(ordering_fixture, the_order_file_holds_the_shortest_order_and_the_last_run_is_handed_on) {
   load_generated(30);
   class_clone_ord_and_verif ordering(context, nullptr, {.t_JK_N = 4, .t_JK_alpha = 0.5});
   ordering_task task;
   task.list = number_list::range(1, 30);
   task.rule = rule;
   task.name = "ctg";
-  task.folder = folder.path();
+  task.folder = folder;
   std::vector<ordering_work> works;
   ASSERT_TRUE(ordering.compute_all(std::span(&task, 1), works));
   const ordering_work &work = works.front();
@@ -161,7 +144,7 @@ TEST_F(ordering_fixture, TheOrderFileHoldsTheShortestOrderAndTheLastRunIsHandedO
   EXPECT_EQ(class_clone_ord_and_verif::order_of(work), number_list(work.runs.back().order));
 }
 
-TEST_F(ordering_fixture, ABuriedCloneOfTwoLeavesOneAndNoneLeavesNone) {
+TEST_F(ordering_fixture, a_buried_clone_of_two_leaves_one_and_none_leaves_none) {
   load_windows();
   class_clone_ord_and_verif ordering(context, nullptr);
   fs::path file_order;
@@ -171,7 +154,7 @@ TEST_F(ordering_fixture, ABuriedCloneOfTwoLeavesOneAndNoneLeavesNone) {
   EXPECT_EQ(file_bytes(file_order), "");
 }
 
-TEST_F(ordering_fixture, DistancesComeFromTheNetWhenAsked) {
+TEST_F(ordering_fixture, distances_come_from_the_net_when_asked) {
   load_windows();
   class_net net;
   net.inicializate_net(5, 4);
@@ -204,7 +187,7 @@ TEST_F(ordering_fixture, DistancesComeFromTheNetWhenAsked) {
 }
 
 // Contigs, their runs and their exclusions draw from generators of their own.
-TEST_F(ordering_fixture, AnyNumberOfThreadsGivesTheSameFiles) {
+TEST_F(ordering_fixture, any_number_of_threads_gives_the_same_files) {
   load_generated(90);
   std::vector<ordering_task> tasks;
   for (std::int32_t first = 1; first <= 61; first += 30)
@@ -241,14 +224,11 @@ TEST_F(ordering_fixture, AnyNumberOfThreadsGivesTheSameFiles) {
   }
 }
 
-TEST_F(ordering_fixture, StoppedAtOnceOrMidwayWritesNothing) {
+TEST_F(ordering_fixture, stopped_at_once_or_midway_writes_nothing) {
   load_generated(120);
   for (const int yields_before : {1, 12}) {
     int yields = 0;
-    on_yield = [&] {
-      if (++yields == yields_before)
-        frame.stop_requested_set(true);
-    };
+    on_yield = [&] { return ++yields == yields_before; };
     class_clone_ord_and_verif ordering(context, nullptr, {.seconds = 3600, .t_JK_N = 4, .prove = false});
     fs::path file_order = "left";
     std::vector<std::int16_t> flags;
@@ -262,7 +242,7 @@ TEST_F(ordering_fixture, StoppedAtOnceOrMidwayWritesNothing) {
   }
 }
 
-TEST_F(ordering_fixture, TooManyExcludedBandsEndTheProgramAndTooFewAreLogged) {
+TEST_F(ordering_fixture, too_many_excluded_bands_end_the_program_and_too_few_are_logged) {
   load_windows();
   fs::path file_order;
   class_clone_ord_and_verif far_too_many(context, nullptr, {.t_JK_N = 1, .t_JK_alpha = 0.81});

@@ -49,7 +49,7 @@ bool is_order_of_all(path_order order, std::int32_t n) {
   return order == all;
 }
 
-TEST(ShortestPath, SubsetsFindWhatTryingAllFinds) {
+TEST(shortest_path, subsets_find_what_trying_all_finds) {
   random_source random(3);
   for (int k = 0; k < 80; ++k) {
     const std::int32_t n = 3 + k % 6;
@@ -62,7 +62,7 @@ TEST(ShortestPath, SubsetsFindWhatTryingAllFinds) {
   }
 }
 
-TEST(ShortestPath, TheProofOfLargerOnesGivesTheOptimum) {
+TEST(shortest_path, the_proof_of_larger_ones_gives_the_optimum) {
   random_source random(5);
   int n_proven = 0;
   for (int k = 0; k < 160; ++k) {
@@ -81,7 +81,7 @@ TEST(ShortestPath, TheProofOfLargerOnesGivesTheOptimum) {
 }
 
 // The search has to find its way back from a bad path, not only to confirm a good one.
-TEST(ShortestPath, TheSearchBelowABadPathEndsAtTheOptimum) {
+TEST(shortest_path, the_search_below_a_bad_path_ends_at_the_optimum) {
   random_source random(11);
   for (int k = 0; k < 40; ++k) {
     const std::int32_t n = 6 + k % 5;
@@ -96,7 +96,7 @@ TEST(ShortestPath, TheSearchBelowABadPathEndsAtTheOptimum) {
   }
 }
 
-TEST(ShortestPath, ImprovementKeepsAllVerticesAndNeverLengthens) {
+TEST(shortest_path, improvement_keeps_all_vertices_and_never_lengthens) {
   random_source random(17);
   for (int k = 0; k < 40; ++k) {
     const std::int32_t n = 3 + k;
@@ -112,6 +112,26 @@ TEST(ShortestPath, ImprovementKeepsAllVerticesAndNeverLengthens) {
     improve_path(d, n, 50, search_clock(), fresh);
     EXPECT_TRUE(is_order_of_all(fresh, n));
   }
+}
+
+// How often a phase asks whether to stop follows from its work, so that none goes on for long unasked.
+TEST(shortest_path, each_phase_asks_at_its_stride) {
+  random_source random(5);
+  const std::int32_t n = 60, n_iterations = 40, n_kicks = 1600;
+  const distances d = random_distances(n, 0, random);
+  path_order order(static_cast<std::size_t>(n));
+  std::iota(order.begin(), order.end(), 1);
+  std::int64_t n_asked = 0;
+  const stop_question stop = [&] { return ++n_asked < 0; };
+  const search_clock clock(-1, &stop);
+  const path_bound bound = ascend_bound(d, n, 2 * cost_of_path(d, order), n_iterations, clock);
+  EXPECT_GE(n_asked, n_iterations);
+  n_asked = 0;
+  improve_path(d, n, n_kicks, clock, order);
+  EXPECT_GE(n_asked, n_kicks / 16);
+  n_asked = 0;
+  search_below(d, n, bound, 20000, clock, order);
+  EXPECT_GE(n_asked, 1000) << "of the layers that it walks most hold thousands of states, and 256 are a stride";
 }
 
 } // namespace

@@ -4,14 +4,13 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <optional>
-#include <thread>
 
 #include "frame/files.h"
 #include "ordering/distance_file.h"
 #include "ordering/spanning_tree_tourer.h"
 #include "ordering/tour_proof.h"
 #include "ordering/tour_solver.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 namespace {
 
@@ -68,7 +67,7 @@ bool holds_all(const number_list &list, std::int32_t n) {
   return static_cast<std::int32_t>(sorted.size()) == n;
 }
 
-TEST(TourSolver, FewVerticesAndWrongCounts) {
+TEST(tour_solver, few_vertices_and_wrong_counts) {
   square_array<double> matrix(2);
   matrix(2, 1) = 7.99995; // a whole number that came out too small
   EXPECT_EQ(solve(matrix, 1, {}, false, -5).report.message, "TSP: n<0");
@@ -81,7 +80,7 @@ TEST(TourSolver, FewVerticesAndWrongCounts) {
   EXPECT_EQ(two.cost, 8);
 }
 
-TEST(TourSolver, SmallInstancesAreProvenAndTheGuidedSearchFindsTheSame) {
+TEST(tour_solver, small_instances_are_proven_and_the_guided_search_finds_the_same) {
   for (std::int32_t n = 3; n <= 10; ++n) {
     const square_array<double> matrix = points_in_plane(n, static_cast<std::uint64_t>(n));
     const std::int64_t optimum = exact_cost(matrix);
@@ -95,7 +94,7 @@ TEST(TourSolver, SmallInstancesAreProvenAndTheGuidedSearchFindsTheSame) {
   }
 }
 
-TEST(TourSolver, GivenEndsStayWhateverTheDistances) {
+TEST(tour_solver, given_ends_stay_whatever_the_distances) {
   square_array<double> three(3);
   three(2, 1) = 9000;
   three(3, 2) = 9000;
@@ -112,7 +111,7 @@ TEST(TourSolver, GivenEndsStayWhateverTheDistances) {
   }
 }
 
-TEST(TourSolver, StepsRepeatToTheByteAndSeedsDiffer) {
+TEST(tour_solver, steps_repeat_to_the_byte_and_seeds_differ) {
   const square_array<double> matrix = points_in_plane(120, 9);
   const tour_control control{.steps = 300, .prove = false};
   const solved first = solve(matrix, 0, control), second = solve(matrix, 50, control);
@@ -124,14 +123,14 @@ TEST(TourSolver, StepsRepeatToTheByteAndSeedsDiffer) {
   EXPECT_LE(a.cost, solve(points_in_plane(90, 2), 1, {.steps = 50, .prove = false}).cost);
 }
 
-TEST(TourSolver, TimeLimitZeroEndsAfterTheFirstStep) {
+TEST(tour_solver, time_limit_zero_ends_after_the_first_step) {
   const solved none = solve(points_in_plane(60, 1), 0, {});
   EXPECT_EQ(none.report.steps, 1);
   EXPECT_TRUE(holds_all(none.order, 60));
 }
 
 // By how much it does is measured in bench/; here it would go on for hours.
-TEST(TourSolver, ASearchEndsAtItsLimit) {
+TEST(tour_solver, a_search_ends_at_its_limit) {
   for (const bool prove : {true, false}) {
     const solved limited = solve(points_in_plane(250, 6), 0.3, {.prove = prove});
     EXPECT_FALSE(limited.report.proven);
@@ -139,25 +138,29 @@ TEST(TourSolver, ASearchEndsAtItsLimit) {
   }
 }
 
-TEST(TourSolver, TheStopFlagEndsItSoon) {
-  const square_array<double> matrix = points_in_plane(400, 3);
-  for (const bool prove : {true, false})
-    for (const int moment : {0, 5, 20, 40, 60, 80, 100, 150}) { // milliseconds: in every phase of the search
-      std::atomic<bool> stop{false};
-      std::thread presser([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(moment));
-        stop = true;
-      });
-      const solved ended = solve(matrix, 600, {.prove = prove, .stop = &stop});
-      presser.join();
-      EXPECT_TRUE(ended.report.stopped);
-      EXPECT_TRUE(holds_all(ended.order, 400));
+TEST(tour_solver, the_stop_flag_ends_it_soon) {
+  const square_array<double> matrix = points_in_plane(200, 3);
+  for (const bool prove : {true, false}) {
+    std::int64_t n_asked = 0;
+    const auto stopped_at = [&](std::int64_t moment) {
+      n_asked = 0;
+      return solve(matrix, 0, {.steps = 300, .prove = prove, .stop = [&] { return ++n_asked >= moment; }});
+    };
+    EXPECT_FALSE(stopped_at(1'000'000'000).report.stopped);
+    const std::int64_t n_whole = n_asked;
+    EXPECT_GT(n_whole, prove ? 3000 : 300) << "too long a stride somewhere";
+    for (std::int64_t moment = 1; moment < n_whole; moment += 1 + moment / 3) {
+      const solved ended = stopped_at(moment);
+      EXPECT_TRUE(ended.report.stopped) << moment;
+      EXPECT_TRUE(holds_all(ended.order, 200)) << moment;
+      EXPECT_LE(n_asked, moment + 10) << "the loops around the one that saw it end at their next look";
     }
+  }
 }
 
 // ---- "Input.dis" ---------------------------------------------------------------------------------------------------
 
-TEST(DistanceFile, WrittenInstancesAreReadBack) {
+TEST(distance_file, written_instances_are_read_back) {
   const temporary_folder folder;
   EXPECT_EQ(distance_file_text(2, 30, number_list{1, 2, 4}.members(), number_list{900, 10000, 877}.members()),
             "3,2,30\r\n1 2 4\r\n1\t2\t900\r\n1\t3\t10000\r\n2\t3\t877\r\n");
@@ -179,7 +182,7 @@ TEST(DistanceFile, WrittenInstancesAreReadBack) {
   }
 }
 
-TEST(DistanceFile, GivenByHandWithGapsAndSolved) {
+TEST(distance_file, given_by_hand_with_gaps_and_solved) {
   const temporary_folder folder;
   const auto file = folder.write("Input.dis", "4 1, 30\n1,3,10.6\n3 2 5\n2,4,7\n");
   random_source random;
@@ -190,7 +193,7 @@ TEST(DistanceFile, GivenByHandWithGapsAndSolved) {
   EXPECT_EQ(out.text, "4 2 3 1");
 }
 
-TEST(DistanceFile, BadInputIsNamedWithItsLine) {
+TEST(distance_file, bad_input_is_named_with_its_line) {
   const temporary_folder folder;
   struct bad_file {
     const char *text, *problem_start;
@@ -213,14 +216,11 @@ TEST(DistanceFile, BadInputIsNamedWithItsLine) {
 
 // ---- spanning trees ------------------------------------------------------------------------------------------------
 
-struct mst_fixture : testing::Test {
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
+struct mst_fixture : testing::Test, scripted_frame {
   class_MSTTourer tourer{frame};
 };
 
-TEST_F(mst_fixture, TreesWeighNoMoreThanNaiveOnes) {
+TEST_F(mst_fixture, trees_weigh_no_more_than_naive_ones) {
   random_source random(8);
   for (std::int32_t n = 3; n <= 12; ++n) {
     square_array<std::int32_t> matrix(n);
@@ -259,7 +259,7 @@ TEST_F(mst_fixture, TreesWeighNoMoreThanNaiveOnes) {
   }
 }
 
-TEST_F(mst_fixture, TheLongestPathOfATreeAndItsFailures) {
+TEST_F(mst_fixture, the_longest_path_of_a_tree_and_its_failures) {
   //   1 - 2 - 3 - 4     path 6 5 2 3 4 or its mirror image
   //       |
   //       5 - 6
@@ -274,7 +274,7 @@ TEST_F(mst_fixture, TheLongestPathOfATreeAndItsFailures) {
                                                        "make_distRank_by_tree ERROR: m=2<4=n"}));
 }
 
-TEST_F(mst_fixture, FewVerticesAndTheSelfTest) {
+TEST_F(mst_fixture, few_vertices_and_the_self_test) {
   square_array<std::int32_t> matrix(2);
   matrix(1, 2) = matrix(2, 1) = 5;
   number_list path;

@@ -40,15 +40,12 @@ std::string in_lines(const std::string &text, std::size_t width, const std::stri
   return lines;
 }
 
-class Digest : public folder_test {
+class digest : public sequence_test {
 protected:
-  answer_book book;
-  front_end_record seen;
-  process_frame frame{scripted_front_end(book, seen), folder};
   class_Simul_CutEnzyme cutter{frame};
 };
 
-TEST_F(Digest, StreamedFilesGiveTheCutsOfThePlainFormulation) {
+TEST_F(digest, streamed_files_give_the_cuts_of_the_plain_formulation) {
   random_source chance(11);
   std::vector<std::string> texts;
   std::string file;
@@ -116,7 +113,7 @@ cut_list by_partial_matches(const std::vector<enzyme_rec> &enzymes, const std::s
   return cuts;
 }
 
-TEST(Automaton, FindsWhatPartialMatchesFindForAnySites) {
+TEST(automaton, finds_what_partial_matches_find_for_any_sites) {
   random_source chance(5);
   for (int round = 0; round < 300; ++round) {
     std::vector<enzyme_rec> enzymes(1);
@@ -146,7 +143,7 @@ TEST(Automaton, FindsWhatPartialMatchesFindForAnySites) {
   }
 }
 
-TEST_F(Digest, FindersOfTextsAndLettersAgreeOnTheDefaultSetAndDifferWhereTold) {
+TEST_F(digest, finders_of_texts_and_letters_agree_on_the_default_set_and_differ_where_told) {
   random_source chance(3);
   const std::string text = random_sequence(5000, 30, chance) + "N,,A";
   std::vector<std::int16_t> letters;
@@ -172,7 +169,7 @@ TEST_F(Digest, FindersOfTextsAndLettersAgreeOnTheDefaultSetAndDifferWhereTold) {
   EXPECT_EQ(p2, (std::vector<std::int32_t>{0, 2, 8}));
 }
 
-TEST_F(Digest, BandTableCountsEndsByTheirRules) {
+TEST_F(digest, band_table_counts_ends_by_their_rules) {
   // right end 2, left end 1 | 2,2 | left 2, right 1: 4 shorter | the same, too short | both 1 | break | too long
   cut_list cuts;
   for (const auto &[position, enzyme] : {std::pair{0, 1},
@@ -218,7 +215,7 @@ TEST_F(Digest, BandTableCountsEndsByTheirRules) {
   EXPECT_EQ(alone[3], (band_counts{7, 1, 0}));
 }
 
-TEST_F(Digest, RunsOfUnknownLettersCountAsIfEachWereABreak) {
+TEST_F(digest, runs_of_unknown_letters_count_as_if_each_were_a_break) {
   random_source chance(8);
   for (int round = 0; round < 50; ++round) {
     std::string text = random_sequence(2000, 20, chance);
@@ -243,7 +240,7 @@ TEST_F(Digest, RunsOfUnknownLettersCountAsIfEachWereABreak) {
   }
 }
 
-TEST_F(Digest, ReadingsDrawInTheToldOrder) {
+TEST_F(digest, readings_draw_in_the_told_order) {
   band_table table;
   cutter.start_table(table, false);
   table.times(49, 2) = 1; // too short unless misread
@@ -286,7 +283,7 @@ TEST_F(Digest, ReadingsDrawInTheToldOrder) {
   EXPECT_EQ(bands.size(), 10000u);
 }
 
-TEST_F(Digest, CloseBandsMerge) {
+TEST_F(digest, close_bands_merge) {
   const auto merged = [this](std::vector<double> bands, double &lost) {
     band_reading_sums sums;
     cutter.sort_bands_and_exclude_repeats_based_on_tolerance(bands, sums);
@@ -302,7 +299,7 @@ TEST_F(Digest, CloseBandsMerge) {
   EXPECT_DOUBLE_EQ(lost, 3012 / 30.0 + 3005 / 30.0);
 }
 
-TEST_F(Digest, ChanceThatTwoReadingsAgree) {
+TEST_F(digest, chance_that_two_readings_agree) {
   const auto value = [](double length, double tolerance, double p) {
     double probability = -1;
     class_Simul_CutEnzyme::probability_diff_obs_less_tolerance_get(length, tolerance, p, probability);
@@ -319,7 +316,7 @@ TEST_F(Digest, ChanceThatTwoReadingsAgree) {
   EXPECT_NEAR(n / 1e5, value(0.2, 0.3, 0.9), 0.01);
 }
 
-TEST_F(Digest, ScalingDialogue) {
+TEST_F(digest, scaling_dialogue) {
   const std::string tolerance = "tolerance, bp", shift = "shift in size", scale = "scale, e.g.,",
                     low = "min_band_length, e.g.,", high = "max_band_length, e.g.,", order = "List of Enzymes",
                     change = "Chanche ordering?";
@@ -357,7 +354,7 @@ TEST_F(Digest, ScalingDialogue) {
   EXPECT_THROW(run({{order, "no"}, {change, "no"}}, cutter), program_end);
 }
 
-TEST_F(Digest, RefusesWhatIsNoSequence) {
+TEST_F(digest, refuses_what_is_no_sequence) {
   struct bad_file {
     std::string bytes, message; // "@": the place
   };
@@ -402,7 +399,7 @@ TEST_F(Digest, RefusesWhatIsNoSequence) {
     EXPECT_THROW(cutter.read_sequence_and_create_real_band_map(folder / name, true), file_error) << name;
 }
 
-TEST_F(Digest, FilesOfTheWorkingFolder) {
+TEST_F(digest, files_of_the_working_folder) {
   frame.working_folder_set(folder);
   cutter.max_error_in_band_size_scoring_set(0);
   random_source chance;

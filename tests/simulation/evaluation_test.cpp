@@ -10,24 +10,14 @@
 #include "simulation/folder_of_contigs_test.h"
 #include "simulation/true_positions.h"
 #include "support/evaluation_helpers.h"
-#include "support/temporary_folder.h"
+#include "support/scripted_frame.h"
 
 using namespace orb;
 using namespace orb_test;
 
-namespace {
-
-struct watched_frame {
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
-};
-
-} // namespace
-
 TEST(true_positions, of_all_line_ends_with_parts_apart) {
   const temporary_folder folder;
-  watched_frame at;
+  scripted_frame at;
   placed_clones truth;
   ASSERT_TRUE(read_true_positions(at.frame,
                                   folder.write("truth.tsv", "\xEF\xBB\xBF"
@@ -71,7 +61,7 @@ TEST(true_positions, damage_is_told_with_its_line_and_changes_nothing) {
                {"clone\tpart\tchromosome\tstart\tend\nA\t1\tc\t1\t1e9\n", 2},
                {"clone\tpart\tchromosome\tstart\tend\nA\t999999999\tc\t1\t2\n", 2}};
   for (const auto &one : cases) {
-    watched_frame at;
+    scripted_frame at;
     placed_clones truth = truth_of({{"kept", 1, 0, 5}}, 1);
     const auto file = folder.write("truth.tsv", one.text);
     EXPECT_FALSE(read_true_positions(at.frame, file, truth)) << one.text;
@@ -81,7 +71,7 @@ TEST(true_positions, damage_is_told_with_its_line_and_changes_nothing) {
     EXPECT_TRUE(at.frame.data_failed());
     EXPECT_EQ(truth.clones.size(), 1u);
   }
-  watched_frame at;
+  scripted_frame at;
   placed_clones truth;
   EXPECT_THROW(read_true_positions(at.frame, folder.path() / "absent", truth), file_error);
 }
@@ -373,7 +363,7 @@ TEST(evaluation_files, orders_and_Q_clones) {
   std::filesystem::create_directory(folder.path() / "cl_1");
   const auto write = [&](const std::string &text) { folder.write("cl_1/Consec_dist_NoBuriedORB_cl_1.txt", text); };
   std::vector<clone_order> orders;
-  watched_frame at;
+  scripted_frame at;
   ASSERT_TRUE(read_orders_of_run(at.frame, run, orders));
   EXPECT_FALSE(orders[0].has_value());
   write(head + "1\t7\tC\t5\t\r\n2\t8\tA\t\r\nZones of markers:\t1A\r\n");
@@ -383,7 +373,7 @@ TEST(evaluation_files, orders_and_Q_clones) {
        {std::string(), std::string("x\r\n"), head + "2\t7\tC\r\n", head + "1\t7\r\n", head + "1\t7\tD\r\n",
         head + "1\t7\tC\r\n2\t7\tC\r\n", head + "Zones of markers:\r\n1\t7\tC\r\n"}) {
     write(damaged);
-    watched_frame refusing;
+    scripted_frame refusing;
     EXPECT_FALSE(read_orders_of_run(refusing.frame, run, orders)) << damaged;
     ASSERT_EQ(refusing.record.messages.size(), 1u);
     EXPECT_NE(refusing.record.messages[0].find(".txt, line "), std::string::npos);
@@ -410,7 +400,7 @@ TEST(evaluation_files, orders_and_Q_clones) {
 TEST(test_folder_of_contigs, report_and_tables) {
   const temporary_folder folder;
   worked_case made;
-  watched_frame at;
+  scripted_frame at;
   at.frame.working_folder_set(folder.path());
   ASSERT_TRUE(test_folder_of_contigs(at.frame, made.run, made.orders, made.truth, {"C"}));
   const std::string report = file_bytes(folder.path() / "report.txt");
@@ -431,13 +421,13 @@ TEST(test_folder_of_contigs, report_and_tables) {
             "Q\t91\t120\t\t1\tchr2\t150\t300\r\n");
   EXPECT_EQ(file_bytes(folder.path() / "clones_coor_noQQ_cl_1.txt").find("\nX"), std::string::npos);
 
-  watched_frame stopped;
+  scripted_frame stopped;
   const temporary_folder empty;
   stopped.frame.working_folder_set(empty.path());
   stopped.frame.stop_requested_set(true);
   EXPECT_FALSE(test_folder_of_contigs(stopped.frame, made.run, made.orders, made.truth, {}));
   EXPECT_TRUE(std::filesystem::is_empty(empty.path())) << "no half report";
-  watched_frame cancelling;
+  scripted_frame cancelling;
   EXPECT_FALSE(test_folder_of_contigs(cancelling.frame, {}, made.truth, {}));
   EXPECT_EQ(cancelling.record.questions, std::vector<std::string>{"Click any file from directory"});
 }

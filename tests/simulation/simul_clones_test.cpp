@@ -15,9 +15,9 @@ namespace {
 using namespace orb;
 using namespace orb_test;
 
-class SimulatedLibrary : public folder_test {
+class simulated_library : public sequence_test {
 protected:
-  SimulatedLibrary() {
+  simulated_library() {
     frame.working_folder_set(folder);
     random_source chance(21);
     texts = {random_sequence(300000, 150, chance), random_sequence(700, 1e9, chance),
@@ -52,12 +52,9 @@ protected:
 
   std::vector<std::string> texts;
   clone_draw draw;
-  answer_book book;
-  front_end_record seen;
-  process_frame frame{scripted_front_end(book, seen), folder};
 };
 
-TEST_F(SimulatedLibrary, ClonesLieBetweenSitesOfOneChromosomeAndNoLongGap) {
+TEST_F(simulated_library, clones_lie_between_sites_of_one_chromosome_and_no_long_gap) {
   class_Simul_CutEnzyme bands(frame);
   class_simul_clones clones(frame, bands, draw);
   ASSERT_TRUE(clones.start_Simul_CutEnzyme_CloneEnds_run_if_needed(folder / "genome.fa"));
@@ -139,7 +136,7 @@ std::map<std::string, std::vector<double>> records_of(const std::string &text) {
   return records;
 }
 
-TEST_F(SimulatedLibrary, FingerprintsAreThoseOfTheLettersAndTheFilterKeepsItsLimits) {
+TEST_F(simulated_library, fingerprints_are_those_of_the_letters_and_the_filter_keeps_its_limits) {
   class_Simul_CutEnzyme bands(frame);
   bands.max_error_in_band_size_scoring_set(0);
   class_simul_clones clones(frame, bands, draw);
@@ -164,7 +161,7 @@ TEST_F(SimulatedLibrary, FingerprintsAreThoseOfTheLettersAndTheFilterKeepsItsLim
   EXPECT_LT(kept.count(), 700);
 }
 
-TEST_F(SimulatedLibrary, FilesAreTheSameForAnyNumberOfThreadsAndDifferBySeed) {
+TEST_F(simulated_library, files_are_the_same_for_any_number_of_threads_and_differ_by_seed) {
   number_list kept, kept_again;
   draw.threads = 1;
   const auto one = files_of_library(draw, kept);
@@ -180,7 +177,7 @@ TEST_F(SimulatedLibrary, FilesAreTheSameForAnyNumberOfThreadsAndDifferBySeed) {
   EXPECT_NE(files_of_library(draw, kept_again).at("DataBase_Simul.txt"), one.at("DataBase_Simul.txt"));
 }
 
-TEST_F(SimulatedLibrary, IsReadAsALibraryAndItsTruthAsTruth) {
+TEST_F(simulated_library, is_read_as_a_library_and_its_truth_as_truth) {
   number_list kept;
   const auto files = files_of_library(draw, kept);
   placed_clones truth, table;
@@ -221,7 +218,7 @@ TEST_F(SimulatedLibrary, IsReadAsALibraryAndItsTruthAsTruth) {
   }
 }
 
-TEST_F(SimulatedLibrary, CoverageTableCountsTheBinsOfTheKeptClones) {
+TEST_F(simulated_library, coverage_table_counts_the_bins_of_the_kept_clones) {
   class_Simul_CutEnzyme bands(frame);
   class_simul_clones clones(frame, bands, draw);
   ASSERT_TRUE(clones.start_Simul_CutEnzyme_CloneEnds_run_if_needed(folder / "genome.fa"));
@@ -242,7 +239,7 @@ TEST_F(SimulatedLibrary, CoverageTableCountsTheBinsOfTheKeptClones) {
   EXPECT_EQ(sum, bins);
 }
 
-TEST_F(SimulatedLibrary, TextsOfTheDialogues) {
+TEST_F(simulated_library, texts_of_the_dialogues) {
   write_bytes(folder / "genome.fa", ">x\n" + texts[0] + "\n");
   draw = {};
   draw.coverage = 15;
@@ -285,7 +282,7 @@ TEST_F(SimulatedLibrary, TextsOfTheDialogues) {
                                      std::to_string(bins) + "\r\n"));
 }
 
-TEST_F(SimulatedLibrary, ShortAndEmptyStretches) {
+TEST_F(simulated_library, short_and_empty_stretches) {
   class_Simul_CutEnzyme bands(frame);
   draw.mean_length = 1e6; // clones longer than the sequence are the sequence's end to end
   draw.length_deviation = 0;
@@ -312,7 +309,7 @@ TEST_F(SimulatedLibrary, ShortAndEmptyStretches) {
   EXPECT_FALSE(none.is_sequence_read());
 }
 
-TEST_F(SimulatedLibrary, TableOfClonesIsReadBackAndBadOnesAreRefused) {
+TEST_F(simulated_library, table_of_clones_is_read_back_and_bad_ones_are_refused) {
   class_Simul_CutEnzyme bands(frame);
   class_simul_clones clones(frame, bands, draw);
   ASSERT_TRUE(clones.start_Simul_CutEnzyme_CloneEnds_run_if_needed(folder / "genome.fa"));
@@ -357,7 +354,7 @@ TEST_F(SimulatedLibrary, TableOfClonesIsReadBackAndBadOnesAreRefused) {
   EXPECT_FALSE(clones.print_list_of_clones_with_bands(number_list{1}, true, false, false, kept));
 }
 
-TEST_F(SimulatedLibrary, AStopLeavesNoHalfFile) {
+TEST_F(simulated_library, a_stop_leaves_no_half_file) {
   bool stop = false;
   front_end shown = scripted_front_end(book, seen);
   shown.yield = [&] { return stop; };

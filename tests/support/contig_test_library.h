@@ -2,13 +2,8 @@
 // the tests of contigs depend on no metric.
 #pragma once
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,6 +11,7 @@
 #include "contigs/run_folder.h"
 #include "database/band_statistics.h"
 #include "frame/random_source.h"
+#include "support/scripted_frame.h"
 
 namespace orb_test {
 
@@ -75,11 +71,8 @@ inline library_data random_library(std::uint64_t seed, int n_clones, int n_axis,
 }
 
 inline lines lines_of_file(const std::filesystem::path &file) {
-  std::ifstream in(file, std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
   lines out;
-  std::string text = bytes.str(), line;
+  std::string text = bytes_of(file);
   for (std::size_t at; (at = text.find("\r\n")) != std::string::npos; text.erase(0, at + 2))
     out.push_back(text.substr(0, at));
   if (!text.empty())
@@ -87,43 +80,22 @@ inline lines lines_of_file(const std::filesystem::path &file) {
   return out;
 }
 
-class contig_session {
+class contig_session : public scripted_frame {
 public:
-  answer_book book;
-  front_end_record record;
-  front_end shown = scripted_front_end(book, record);
-  std::filesystem::path folder;
-  std::unique_ptr<process_frame> frame;
   project_settings settings;
   overlap_rule rule;
   class_DB_of_clones database;
   class_usable_values usable_values;
   class_clone_dist_table table;
-  std::unique_ptr<metric_context> context;
-  std::unique_ptr<class_clone_net_signif> signif;
+  metric_context context{frame, settings, database, usable_values, table};
+  class_clone_net_signif signif{context, [this] {
+    settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
+  }};
 
   // Overlaps of at least `cutoff` common bands become the net.
-  contig_session(const library_data &data, double cutoff) : contig_session() {
-    make_frame();
+  contig_session(const library_data &data, double cutoff) {
     load(data);
     load_net(data, cutoff);
-  }
-  ~contig_session() { std::filesystem::remove_all(folder); }
-
-  void make_frame() {
-    frame = std::make_unique<process_frame>(shown);
-    frame->working_folder_set(folder);
-    context = std::make_unique<metric_context>(metric_context{*frame, settings, database, usable_values, table});
-    signif = std::make_unique<class_clone_net_signif>(*context, [this] {
-      settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
-    });
-  }
-  // For a front end that was changed: the same library and net again.
-  void make_frame_again() {
-    const class_net net = signif->net();
-    make_frame();
-    signif->net() = net;
-    signif->net_is_loaded_set();
   }
   // The one run folder of the working folder.
   std::filesystem::path run() const {
@@ -135,27 +107,21 @@ public:
   }
 
 private:
-  contig_session() {
-    static int number = 0;
-    folder = std::filesystem::temp_directory_path() /
-             ("orb_contigs_" + std::to_string(::getpid()) + "_" + std::to_string(++number));
-    std::filesystem::create_directories(folder);
-  }
   void load(const library_data &data) {
     database.tollerance_parameters_set(data.t, 1);
     database.total_number_of_different_bands_set_by_eff_len(1000000);
-    database.inicalise_database(*frame, data.count(), 0);
+    database.inicalise_database(frame, data.count(), 0);
     for (int c = 1; c <= data.count(); ++c) {
       const auto &bands = data.bands[static_cast<std::size_t>(c)];
       database.ListOfBands_from_real_database_fast_all_bands_set(c, std::span<const std::int32_t>(bands));
       database.name_of_clone_set(c, data.names[static_cast<std::size_t>(c)]);
     }
     database.total_number_of_clones_set(data.count());
-    database.sort_clones_by_name(*frame);
-    make_band_statistics(*frame, database, usable_values);
+    database.sort_clones_by_name(frame);
+    make_band_statistics(frame, database, usable_values);
   }
   void load_net(const library_data &data, double cutoff) {
-    class_net &net = signif->net();
+    class_net &net = signif.net();
     net.inicializate_net(data.count(), data.count());
     for (int a = 1; a <= data.count(); ++a) {
       net.add_vertex_fast(0);
@@ -167,7 +133,7 @@ private:
     }
     net.finish_of_adding();
     net.test_neighbours_sorted();
-    signif->net_is_loaded_set();
+    signif.net_is_loaded_set();
     rule.cutoff = cutoff;
   }
 };

@@ -2,48 +2,30 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include "database/class_DB_of_clones.h"
 #include "database/class_DB_of_clones_read.h"
 #include "database/class_usable_values.h"
 #include "frame/files.h"
-#include "frame/process_frame.h"
 #include "frame/random_source.h"
 #include "frame/settings.h"
+#include "support/scripted_frame.h"
 
 namespace orb_test {
 
 namespace fs = std::filesystem;
 using namespace orb;
 
-class database_fixture : public ::testing::Test {
+class database_fixture : public ::testing::Test, public scripted_frame {
 protected:
-  database_fixture() {
-    static std::atomic<int> number{0};
-    folder =
-        fs::temp_directory_path() / ("orb_database_" + std::to_string(::getpid()) + "_" + std::to_string(number++));
-    fs::create_directories(folder);
-    frame.working_folder_set(folder);
-    apply_parameters(12, 1, 60000);
-  }
-  ~database_fixture() override { fs::remove_all(folder); }
+  database_fixture() { apply_parameters(12, 1, 60000); }
 
   void apply_parameters(std::int16_t t, std::int16_t index, double length) {
     database.tollerance_parameters_set(t, index);
     database.total_number_of_different_bands_set_by_eff_len(length);
-  }
-  fs::path write(const std::string &name, const std::string &bytes) {
-    const fs::path path = folder / name;
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
   }
   bool load_sizes(const fs::path &path, bool store = true) {
     bool success = false;
@@ -64,12 +46,7 @@ protected:
     }
     return text;
   }
-  std::string last_message() const { return record.messages.empty() ? "" : record.messages.back(); }
 
-  fs::path folder;
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
   project_settings settings;
   class_DB_of_clones database;
   class_usable_values usable_values;

@@ -1,13 +1,13 @@
 // A generated library with a net object over it, a folder of its own and prepared answers.
 #pragma once
 
-#include <filesystem>
 #include <string>
-#include <unistd.h>
+#include <vector>
 
 #include "frame/files.h"
 #include "net/class_clone_net_signif.h"
 #include "support/library_generator.h"
+#include "support/scripted_frame.h"
 
 namespace orb {
 
@@ -16,11 +16,7 @@ inline void settings_of_loaded_net(project_settings &settings) {
   settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
 }
 
-struct net_fixture {
-  std::filesystem::path folder;
-  answer_book book;
-  front_end_record record;
-  process_frame frame{scripted_front_end(book, record)};
+struct net_fixture : scripted_frame {
   project_settings settings;
   class_DB_of_clones database;
   class_usable_values usable_values;
@@ -30,28 +26,14 @@ struct net_fixture {
   class_clone_net_signif signif{context, [this] { settings_of_loaded_net(settings); }};
 
   explicit net_fixture(const generated_library &wanted) {
-    static int number = 0;
-    folder = std::filesystem::temp_directory_path() /
-             ("orb_net_" + std::to_string(::getpid()) + "_" + std::to_string(++number));
-    create_folder(folder);
-    frame.working_folder_set(folder);
     settings.threads = 2;
     generate_library(frame, wanted, database, usable_values);
     record = {};
   }
-  ~net_fixture() { std::filesystem::remove_all(folder); }
-  net_fixture(const net_fixture &) = delete;
-  net_fixture &operator=(const net_fixture &) = delete;
 
   std::string native_bytes(const class_net &net) {
     net.save_net_type(frame, folder / "bytes.ORBns");
-    return file_bytes(folder / "bytes.ORBns");
-  }
-  void answer_always(const std::string &prompt, const std::string &reply) { book.add({prompt, reply, true}); }
-  void write(const std::string &name, const std::string &bytes) {
-    result_file file(folder / name);
-    file.write(bytes);
-    file.commit();
+    return bytes("bytes.ORBns");
   }
 };
 

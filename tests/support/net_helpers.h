@@ -1,38 +1,19 @@
 // Nets for tests, and walks written as plainly as possible.
 #pragma once
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
 #include <tuple>
 #include <vector>
 
-#include "frame/front_end.h"
-#include "frame/process_frame.h"
 #include "frame/random_source.h"
 #include "graph/class_net.h"
+#include "support/scripted_frame.h"
 
 namespace orb_test {
 
 using namespace orb;
-
-struct scripted_frame {
-  answer_book book;
-  front_end_record record;
-  std::filesystem::path folder;
-  process_frame frame;
-  scripted_frame()
-      : folder(std::filesystem::temp_directory_path() /
-               ("orb_" + std::to_string(::getpid()) + "_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))),
-        frame(scripted_front_end(book, record)) {
-    std::filesystem::create_directories(folder);
-    frame.working_folder_set(folder);
-  }
-  ~scripted_frame() { std::filesystem::remove_all(folder); }
-};
 
 using edge_map = std::map<std::pair<vertex_number, vertex_number>, net_edge>; // directed
 

@@ -1,29 +1,18 @@
-// Sequences by chance, files of them, and a folder that goes away.
+// Sequences by chance, and files of them.
 #pragma once
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-#include <unistd.h>
 #include <vector>
 #include <zlib.h>
 
 #include "frame/random_source.h"
+#include "support/scripted_frame.h"
 
 namespace orb_test {
 
 namespace fs = std::filesystem;
-
-inline std::string bytes_of(const fs::path &file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline void write_bytes(const fs::path &file, const std::string &bytes) {
-  std::ofstream(file, std::ios::binary) << bytes;
-}
 
 inline void write_gzip(const fs::path &file, const std::string &bytes) {
   gzFile out = gzopen(file.c_str(), "wb");
@@ -44,19 +33,11 @@ inline std::string random_sequence(std::size_t length, double distance, orb::ran
   return text;
 }
 
-class folder_test : public testing::Test {
+// A frame that writes its log; `seen` is what it recorded.
+class sequence_test : public testing::Test, public orb::scripted_frame {
 protected:
-  folder_test() {
-    const testing::TestInfo *info = testing::UnitTest::GetInstance()->current_test_info();
-    folder = fs::temp_directory_path() / ("orb-simulation-" + std::to_string(::getpid()) + "-" + info->name());
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-  }
-  ~folder_test() override {
-    std::error_code failed;
-    fs::remove_all(folder, failed);
-  }
-  fs::path folder;
+  sequence_test() : scripted_frame(true) {}
+  orb::front_end_record &seen = record;
 };
 
 } // namespace orb_test

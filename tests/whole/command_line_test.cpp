@@ -9,7 +9,7 @@
 using whole::outcome;
 namespace fs = std::filesystem;
 
-class CommandLine : public whole::program_test {
+class command_line : public whole::program_test {
 protected:
   std::vector<std::string> files_beginning_with(const std::string &start) const {
     std::vector<std::string> names;
@@ -20,7 +20,7 @@ protected:
   }
 };
 
-TEST_F(CommandLine, HelpStandsOnEachCommandWithAnExample) {
+TEST_F(command_line, help_stands_on_each_command_with_an_example) {
   const outcome general = orb("--help");
   EXPECT_EQ(general.status, 0);
   std::vector<std::string> commands;
@@ -36,7 +36,7 @@ TEST_F(CommandLine, HelpStandsOnEachCommandWithAnExample) {
   }
 }
 
-TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
+TEST_F(command_line, mistakes_end_with_status2_and_name_the_nearest_known_word) {
   struct {
     std::string arguments, said;
   } const cases[]{
@@ -68,7 +68,7 @@ TEST_F(CommandLine, MistakesEndWithStatus2AndNameTheNearestKnownWord) {
   EXPECT_FALSE(fs::exists(folder / "n.ORBns"));
 }
 
-TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
+TEST_F(command_line, wrong_fingerprints_end_with_the_text_file_and_line) {
   std::string many = "BIG\t501\tGel\n";
   for (int i = 0; i < 501; ++i)
     many += std::to_string(100 + i) + "\n";
@@ -96,7 +96,7 @@ TEST_F(CommandLine, WrongFingerprintsEndWithTheTextFileAndLine) {
   }
 }
 
-TEST_F(CommandLine, MissingInputsAndUnwritableOutputsEndWithStatus3) {
+TEST_F(command_line, missing_inputs_and_unwritable_outputs_end_with_status3) {
   fs::create_directories(folder / "empty");
   whole::write_bytes(folder / "other" / "notes.txt", "hello\n");
   const outcome missing = orb("load nowhere --out l.ORBdb");
@@ -117,7 +117,7 @@ TEST_F(CommandLine, MissingInputsAndUnwritableOutputsEndWithStatus3) {
   EXPECT_EQ(orb("load " + example + " --out l.ORBdb --force").status, 0);
 }
 
-TEST_F(CommandLine, AFullDiskLeavesNoHalfFileAndStatus3) {
+TEST_F(command_line, a_full_disk_leaves_no_half_file_and_status3) {
   // A limit on file size fails the write as a full disk does.
   const outcome seen = orb("load " + example + " --out l.ORBdb", "trap '' XFSZ; ulimit -f 64;");
   EXPECT_EQ(seen.status, 3) << seen.err;
@@ -125,7 +125,7 @@ TEST_F(CommandLine, AFullDiskLeavesNoHalfFileAndStatus3) {
   EXPECT_EQ(files_beginning_with("l.ORBdb"), std::vector<std::string>{"l.ORBdb.run.json"}) << "why it failed";
 }
 
-TEST_F(CommandLine, DamagedLibrariesAndForeignNetsAreRefused) {
+TEST_F(command_line, damaged_libraries_and_foreign_nets_are_refused) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
   ASSERT_EQ(orb("net l.ORBdb --out n.ORBns").status, 0);
   const std::string library = whole::bytes_of(folder / "l.ORBdb"), net = whole::bytes_of(folder / "n.ORBns");
@@ -163,7 +163,7 @@ TEST_F(CommandLine, DamagedLibrariesAndForeignNetsAreRefused) {
   EXPECT_FALSE(fs::exists(folder / "x.ORBns"));
 }
 
-TEST_F(CommandLine, ALibraryFileBringsItsParameters) {
+TEST_F(command_line, a_library_file_brings_its_parameters) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb --preset 5").status, 0);
   const auto shown = nlohmann::json::parse(orb("info l.ORBdb --json").out);
   EXPECT_EQ(shown[0]["parameters"]["tolerance"], 5);
@@ -180,7 +180,7 @@ TEST_F(CommandLine, ALibraryFileBringsItsParameters) {
   EXPECT_EQ(orb("net bins.ORBdb --out n2.ORBns --tolerance 7").status, 2);
 }
 
-TEST_F(CommandLine, InfoListsWhatALoadWouldRefuseAndProposesParameters) {
+TEST_F(command_line, info_lists_what_a_load_would_refuse_and_proposes_parameters) {
   struct {
     std::string content;
     double preset, gel_length;

@@ -9,7 +9,7 @@ using whole::outcome;
 using whole::write_bytes;
 namespace fs = std::filesystem;
 
-class Evaluation : public whole::program_test {
+class evaluation : public whole::program_test {
 protected:
   fs::path assemble(const std::string &options = "") {
     const outcome made =
@@ -46,7 +46,7 @@ protected:
   }
 };
 
-TEST_F(Evaluation, TheExampleIsFiveUnbrokenContigs) {
+TEST_F(evaluation, the_example_is_five_unbroken_contigs) {
   const fs::path run = assemble();
   const nlohmann::json found = measures("made");
   const nlohmann::json &m = found["measures"];
@@ -76,7 +76,7 @@ TEST_F(Evaluation, TheExampleIsFiveUnbrokenContigs) {
   EXPECT_EQ(orb("evaluate made --truth " + example + "/truth.tsv --out judged").status, 3) << "no overwriting unasked";
 }
 
-TEST_F(Evaluation, DamageIsNoticedAndNamed) {
+TEST_F(evaluation, damage_is_noticed_and_named) {
   const fs::path run = assemble("--no-ordering");
   EXPECT_TRUE(measures("made")["measures"]["order_by_ordering"]["tau"].is_null()) << "no ordering, no measure";
   merge(run, "cl_3", "cl_5");
@@ -98,7 +98,7 @@ TEST_F(Evaluation, DamageIsNoticedAndNamed) {
   EXPECT_EQ(measures("made", "--q-clones Q")["measures"]["Q_clones"]["listed"], 1);
 }
 
-TEST_F(Evaluation, WrongInputsAreRefused) {
+TEST_F(evaluation, wrong_inputs_are_refused) {
   const fs::path run = assemble("--no-ordering");
   write_bytes(folder / "other.tsv", "clone\tpart\tchromosome\tstart\tend\nX\t1\tc\t0\t5\n");
   write_bytes(folder / "short.tsv", "clone\tpart\tchromosome\tstart\tend\nX\t1\tc\n");

@@ -7,7 +7,7 @@
 using whole::outcome;
 namespace fs = std::filesystem;
 
-class PValues : public whole::program_test {
+class p_values : public whole::program_test {
 protected:
   // All files below a folder but the records, by name.
   std::map<std::string, std::string> files_of(const fs::path &below) const {
@@ -19,7 +19,7 @@ protected:
   }
 };
 
-TEST_F(PValues, TablesAreTheSameForAnyNumberOfThreadsAndServeTheMetrics) {
+TEST_F(p_values, tables_are_the_same_for_any_number_of_threads_and_serve_the_metrics) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
   const std::string grid = " --min-bands 40 --step 50 --steps 2 --runs 2000";
   const outcome made = orb("pvalue table l.ORBdb --out tables -t 1" + grid);
@@ -65,7 +65,7 @@ TEST_F(PValues, TablesAreTheSameForAnyNumberOfThreadsAndServeTheMetrics) {
       << outside.err;
 }
 
-TEST_F(PValues, ValuesAreLookedUpInEitherDirection) {
+TEST_F(p_values, values_are_looked_up_in_either_direction) {
   ASSERT_EQ(orb("pvalue table " + example + " --out t --iid --runs 3000 --min-bands 40 --step 20 --steps 1").status, 0);
   const outcome value = orb("pvalue lookup t 45 52 --count 20");
   ASSERT_EQ(value.status, 0) << value.err;
@@ -113,7 +113,7 @@ TEST_F(PValues, ValuesAreLookedUpInEitherDirection) {
   EXPECT_FALSE(fs::exists(folder / "n.ORBns"));
 }
 
-TEST_F(PValues, AnInterruptedTableLeavesNoTable) {
+TEST_F(p_values, an_interrupted_table_leaves_no_table) {
   const outcome stopped = orb("pvalue table " + example + " --out t --runs 2000000000",
                               "true; (sleep 1; kill -INT $$) & exec"); // the program takes the place of the shell
   EXPECT_EQ(stopped.status, 130) << stopped.err;

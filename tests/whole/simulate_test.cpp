@@ -23,7 +23,7 @@ protected:
   }
 };
 
-TEST_F(simulate, ThreeCommandsLeadFromASequenceToFigures) {
+TEST_F(simulate, three_commands_lead_from_a_sequence_to_figures) {
   write_bytes(folder / "genome.fa", genome(1200000));
   const outcome made = orb("simulate library genome.fa --out lib --coverage 8 --chimeras 0.02 -q");
   ASSERT_EQ(made.status, 0) << made.err;
@@ -49,7 +49,7 @@ TEST_F(simulate, ThreeCommandsLeadFromASequenceToFigures) {
     EXPECT_TRUE(fs::exists(folder / "cut" / file)) << file;
 }
 
-TEST_F(simulate, RefusesBadInputAndImpossibleParameters) {
+TEST_F(simulate, refuses_bad_input_and_impossible_parameters) {
   write_bytes(folder / "genome.fa", genome(1000));
   write_bytes(folder / "empty.fa", "");
   write_bytes(folder / "protein.fa", ">p\nMKVLE\n");

@@ -19,7 +19,7 @@ std::size_t layer_of(const std::string &folder) {
   return static_cast<std::size_t>(std::find(layers.begin(), layers.end(), folder) - layers.begin());
 }
 
-TEST(Architecture, IncludesPointDownTheListOfLayersOnly) {
+TEST(architecture, includes_point_down_the_list_of_layers_only) {
   const fs::path source = fs::path(ORB_SOURCE_DIR) / "src";
   const std::regex include_line("^\\s*#\\s*include\\s+\"([^/\"]+)/[^\"]*\"");
   int n_includes = 0;
@@ -40,15 +40,35 @@ TEST(Architecture, IncludesPointDownTheListOfLayersOnly) {
   EXPECT_GT(n_includes, 50);
 }
 
-TEST(Architecture, WindowingHeadersStayInTheDesktopProgram) {
-  const std::regex window("#\\s*include\\s*<(Q[A-Z]\\w*|gtk/|X11/|SDL)");
+// Headers of Qt with or without their folder, in < > or quotes; those of the other ways to a window.
+const std::regex window(R"(^\s*#\s*include\s*[<"](Q\w+|q\w+\.h|qt[56]?/|gtk\w*/|gdk\w*/|X11/|wayland\w*|SDL|wx/))");
+
+TEST(architecture, windowing_headers_are_known_when_met) {
+  for (const char *line :
+       {"#include <QWidget>", "#include <QtWidgets/QWidget>", "# include \"QtGui/qpainter.h\"",
+        "#include <qt6/QtWidgets/QWidget>", "#include <qwidget.h>", "#include <gtk/gtk.h>", "#include <SDL2/SDL.h>"})
+    EXPECT_TRUE(std::regex_search(line, window)) << line;
+  for (const char *line : {"#include <queue>", "#include \"pairs/q_clones.h\"", "// #include <QWidget>",
+                           "#include \"net/class_net_QQ.h\""})
+    EXPECT_FALSE(std::regex_search(line, window)) << line;
+}
+
+TEST(architecture, windows_and_command_line_stay_in_their_programs) {
+  const std::pair<std::string, std::regex> kept[]{{"/ui/desktop/", window},
+                                                  {"/ui/console/", std::regex("^\\s*#\\s*include\\s*[<\"]CLI/")}};
+  int n_command_line = 0;
   for (const fs::directory_entry &entry : fs::recursive_directory_iterator(fs::path(ORB_SOURCE_DIR) / "src")) {
-    if (!entry.is_regular_file() || entry.path().string().find("/ui/desktop/") != std::string::npos)
+    if (!entry.is_regular_file())
       continue;
     std::ifstream in(entry.path());
     for (std::string line; std::getline(in, line);)
-      EXPECT_FALSE(std::regex_search(line, window)) << entry.path() << ": " << line;
+      for (const auto &[folder, header] : kept)
+        if (std::regex_search(line, header)) {
+          EXPECT_NE(entry.path().string().find(folder), std::string::npos) << entry.path() << ": " << line;
+          n_command_line += folder == "/ui/console/" ? 1 : 0;
+        }
   }
+  EXPECT_GT(n_command_line, 0) << "the pattern finds it where it is";
 }
 
 } // namespace
