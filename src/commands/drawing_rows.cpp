@@ -12,9 +12,8 @@ namespace fs = std::filesystem;
 // ---- the control panel
 // -------------------------------------------------------------------------------------------------
 
-// The panel's switches that are off by default stand as they are, those that are on as their opposites.
-void describe_drawing_panel(parameter_list &list, drawing_options &p) {
-  const char *group = "Drawings";
+// The switches of every drawing.
+static void describe_labels(parameter_list &list, drawing_options &p, const char *group) {
   list.add("drawing-names", p.caption_name, "labels with names").captioned("clone name").in_group(group);
   list.add("drawing-numbers", p.caption_number, "labels of marked clones with their place in the mark's list")
       .captioned("local clone number")
@@ -28,14 +27,19 @@ void describe_drawing_panel(parameter_list &list, drawing_options &p) {
   list.add("drawing-relations", p.mark_relations, "an arc from each buried clone to the one that holds it")
       .captioned("Mark relations")
       .in_group(group);
+  list.add("drawing-scores", p.caption_cutoff, "overlaps with their scores")
+      .captioned("Cutoff by caption")
+      .in_group(group);
+}
+
+void describe_drawing_panel(parameter_list &list, drawing_options &p) {
+  const char *group = "Drawings";
+  describe_labels(list, p, group);
   list.add("drawing-cutoffs", p.nets_for_cutoffs, "eleven drawings, at rising cutoffs")
       .captioned("Net structure visualization ")
       .in_group(group);
   list.add("drawing-colours", p.cutoff_by_color, "overlaps in colours by score")
       .captioned("Cutoff by color")
-      .in_group(group);
-  list.add("drawing-scores", p.caption_cutoff, "overlaps with their scores")
-      .captioned("Cutoff by caption")
       .in_group(group);
 }
 
@@ -200,9 +204,13 @@ struct runs_parameters {
   drawing_options panel;
 };
 
-void describe_runs(parameter_list &list, runs_parameters &p) {
+void describe_list_and_folder(parameter_list &list, runs_parameters &p) {
   list.add("list", p.list, "clones of the net, one a line; without it a dialog asks").type("LIST");
   list.add("out", p.out, "folder of the drawings").type("DIR");
+}
+
+void describe_runs(parameter_list &list, runs_parameters &p) {
+  describe_list_and_folder(list, p);
   describe_drawing_panel(list, p.panel);
 }
 
@@ -214,8 +222,10 @@ void describe_marked(parameter_list &list, runs_parameters &p) {
   list.add("mark-two-lists", p.panel.mark_two_lists, "ask for two lists of clones to mark").captioned("Mark two lists");
 }
 
+// Its cutoffs are its own, and colours tell the metrics apart.
 void describe_compare(parameter_list &list, runs_parameters &p) {
-  describe_runs(list, p);
+  describe_list_and_folder(list, p);
+  describe_labels(list, p.panel, "Drawings");
   list.add("mark", p.mark_1, "list of clones to be drawn red; without it a question comes").type("LIST");
 }
 

@@ -272,6 +272,10 @@ command_result run_repeats(project_state &project, const repeats_parameters &p) 
   test_database_on_repeats(project.frame(), project.database(), [&](const number_list &unique) {
     ok = class_list_of_clones(project.frame(), project.settings())
              .create_file_with_clons_with_list_of_bands(unique, unique.count(), project.database(), p.file, p.out);
+    if (!p.file.empty())
+      result.inputs.push_back(p.file);
+    if (!p.out.empty())
+      result.file("records", p.out);
   });
   return ok ? result : stopped_or_failed(project);
 }

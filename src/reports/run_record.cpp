@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "frame/files.h"
+#include "frame/version.h"
 #include "project/input_kind.h"
 
 namespace orb {
@@ -15,7 +16,8 @@ using nlohmann::json;
 
 run_record::run_record(const run_identity &run, const program_clock &clock) {
   json_["program"] = "ORB";
-  json_["version"] = ORB_VERSION;
+  json_["version"] = std::string(program_version());
+  json_["commit"] = std::string(program_commit());
   json_["command"] = run.command;
   json_["command_line"] = run.command_line;
   json_["date"] = clock.iso_date();

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "frame/version.h"
+
 namespace orb {
 
 namespace {
@@ -129,8 +131,13 @@ std::string list_of_verbs(const std::string &start) {
   return text;
 }
 
+std::string version_text() {
+  const std::string commit(program_commit());
+  return "ORB " + std::string(program_version()) + (commit.empty() ? "" : " (" + commit + ")");
+}
+
 std::string general_help() {
-  return "ORB " ORB_VERSION ": from the restriction fingerprints of BAC clones to contigs\n\n"
+  return "ORB " + std::string(program_version()) + ": from the restriction fingerprints of BAC clones to contigs\n\n"
          "Usage: orb COMMAND ... [options]\n\nCommands:\n" +
          list_of_verbs("") + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " +
          table_of_verbs().front().example + "\n";
@@ -173,8 +180,8 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
     return said(2, "orb: a command is missing\n" + general_help());
   if (first == "--help" || first == "-h" || first == "help")
     return said(0, general_help());
-  if (first == "--version")
-    return said(0, "ORB " ORB_VERSION "\n");
+  if (first == "--version" || first == "version")
+    return said(0, version_text() + "\n");
   const verb *wanted = verb_named(arguments);
   if (!wanted)
     return no_verb(arguments);

@@ -10,6 +10,7 @@
 
 #include "commands/verbs.h"
 #include "frame/files.h"
+#include "frame/version.h"
 #include "ui/console/command_line.h"
 #include "ui/console/console_front_end.h"
 
@@ -61,7 +62,7 @@ void say_closing_lines(std::chrono::steady_clock::time_point began) {
   const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
   const double cpu = double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
                      double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-  fmt::print(stderr, "ORB {}: {:.1f} s, CPU {:.1f} s, peak memory {:.0f} MiB\n", ORB_VERSION, wall, cpu,
+  fmt::print(stderr, "ORB {}: {:.1f} s, CPU {:.1f} s, peak memory {:.0f} MiB\n", orb::program_version(), wall, cpu,
              double(usage.ru_maxrss) / 1024);
 }
 

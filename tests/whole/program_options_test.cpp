@@ -1,0 +1,50 @@
+// What holds for the program whatever it does: how much it says, where the log lies, who answers its questions.
+#include "support/program_run.h"
+
+using whole::outcome;
+namespace fs = std::filesystem;
+
+class ProgramOptions : public whole::program_test {};
+
+TEST_F(ProgramOptions, QuietAndVerboseSayLessAndMore) {
+  const outcome plain = orb("load " + example + " --out a.ORBdb");
+  const outcome quiet = orb("load " + example + " --out b.ORBdb -q");
+  const outcome verbose = orb("load " + example + " --out c.ORBdb -v");
+  const std::string panel = "Load DB from sizes folder\n", closing = " CPU ", log_line = "library.load done";
+  for (const outcome *seen : {&plain, &verbose}) {
+    EXPECT_NE(seen->err.find(panel), std::string::npos) << seen->err;
+    EXPECT_NE(seen->err.find(closing), std::string::npos) << seen->err;
+  }
+  EXPECT_EQ(quiet.err.find(panel), std::string::npos) << quiet.err;
+  EXPECT_EQ(quiet.err.find(closing), std::string::npos) << quiet.err;
+  EXPECT_NE(quiet.err.find("Fingerprint data for all of 423 clones are loaded."), std::string::npos) << "a message";
+  EXPECT_NE(verbose.err.find(log_line), std::string::npos) << verbose.err;
+  EXPECT_EQ(plain.err.find(log_line), std::string::npos) << plain.err;
+}
+
+TEST_F(ProgramOptions, TheLogLiesWhereItIsAskedFor) {
+  ASSERT_EQ(orb("load " + example + " --out a.ORBdb").status, 0);
+  const std::string usual = whole::bytes_of(folder / ".home/ORB.log");
+  EXPECT_NE(usual.find("library.load done"), std::string::npos) << usual;
+  ASSERT_EQ(orb("load " + example + " --out b.ORBdb --log logs").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / ".home/ORB.log"), usual);
+  EXPECT_NE(whole::bytes_of(folder / "logs/ORB.log").find("library.load done"), std::string::npos);
+}
+
+// A question whose default is no and whose yes goes on.
+TEST_F(ProgramOptions, QuestionsAreAnsweredByAFileOrByYes) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
+  const std::string command = "repeats l.ORBdb --file " + example + " --out ";
+  orb(command + "asked.sizes");
+  EXPECT_FALSE(fs::exists(folder / "asked.sizes"));
+  EXPECT_EQ(orb(command + "yes.sizes --yes").status, 0);
+  EXPECT_TRUE(fs::exists(folder / "yes.sizes"));
+  whole::write_bytes(folder / "answers.txt", "Repeats\tyes\n");
+  EXPECT_EQ(orb(command + "told.sizes --answers answers.txt").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / "told.sizes"), whole::bytes_of(folder / "yes.sizes"));
+  whole::write_bytes(folder / "no.txt", "Repeats\tno\n");
+  orb(command + "no.sizes --yes --answers no.txt");
+  EXPECT_FALSE(fs::exists(folder / "no.sizes")) << "an answer that was prepared comes before --yes";
+  whole::write_bytes(folder / "wrong.txt", "no tab here\n");
+  EXPECT_EQ(orb(command + "wrong.sizes --answers wrong.txt").status, 2);
+}
