@@ -243,7 +243,8 @@ void describe_test_sizes(parameter_list &list, test_sizes_parameters &p) {
 command_result run_test_sizes(project_state &project, const test_sizes_parameters &p) {
   check_input(p.file);
   work_in(project, p.out);
-  test_for_Reviewer(project.frame(), p.file);
+  if (!test_for_Reviewer(project.frame(), p.file))
+    return result_of(load_end::cancelled);
   command_result result;
   result.file("report", project.frame().path_in_working_folder("\\testRes.txt"));
   return result;

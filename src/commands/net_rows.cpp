@@ -8,6 +8,7 @@
 #include "commands/row_steps.h"
 #include "database/class_DB_of_clones.h"
 #include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
 #include "frame/numbers.h"
 #include "net/derived_nets.h"
 #include "net/net_as_text.h"
@@ -73,20 +74,13 @@ void check_create_text(const project_state &, const parts_there &, const text_ne
 
 // Reads a text net, or the parts of one joined in name order, as the current net.
 bool read_text_net_back(project_state &project, const net_creation_summary &summary) {
-  struct passing_file {
-    fs::path path;
-    ~passing_file() {
-      std::error_code failed;
-      if (!path.empty())
-        fs::remove(path, failed);
-    }
-  } joined;
+  fs::path file = summary.text_file;
   if (summary.in_parts)
-    joined.path = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
-        project.frame(), summary.text_file.parent_path(),
-        summary.text_file.extension().string().substr(summary.text_file.has_extension() ? 1 : 0));
+    file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
+        project.frame(), file.parent_path(), file.extension().string().substr(file.has_extension() ? 1 : 0));
+  const passing_file joined(summary.in_parts ? file : fs::path());
   bool ok = false;
-  project.signif().read_text_net(summary.in_parts ? joined.path : summary.text_file, project.signif().net(), ok);
+  project.signif().read_text_net(file, project.signif().net(), ok);
   if (ok)
     project.signif().net_is_loaded_set();
   return ok;

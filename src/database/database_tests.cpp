@@ -41,11 +41,11 @@ void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &d
   list.commit();
 }
 
-void test_for_Reviewer(process_frame &frame, std::filesystem::path file) {
+bool test_for_Reviewer(process_frame &frame, std::filesystem::path file) {
   if (file.empty())
     file = frame.open_file_dialog("Open .sizes file to test");
   if (file.empty())
-    return;
+    return false;
   line_reader lines(file);
   result_file report(frame.path_in_working_folder("\\testRes.txt"));
   // The parser takes point and comma alike, so that a line and its swapped form are numbers together.
@@ -65,6 +65,7 @@ void test_for_Reviewer(process_frame &frame, std::filesystem::path file) {
   }
   report.commit();
   frame.message("Ok");
+  return true;
 }
 
 } // namespace orb

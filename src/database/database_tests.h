@@ -19,7 +19,8 @@ void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &da
 // Unset: asks.
 void print_names_of_all_clones(process_frame &frame, const class_DB_of_clones &database,
                                std::optional<bool> with_counts = {});
-// testRes.txt of the working folder: for each line of a .sizes file how it is understood. An empty name asks.
-void test_for_Reviewer(process_frame &frame, std::filesystem::path file = {});
+// testRes.txt of the working folder: for each line of a .sizes file how it is understood. An empty name asks; false
+// when that was cancelled.
+bool test_for_Reviewer(process_frame &frame, std::filesystem::path file = {});
 
 } // namespace orb

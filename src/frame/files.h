@@ -89,6 +89,23 @@ private:
   std::string buffer_;
 };
 
+// A file that is needed for a while: gone with the object. An empty path is none.
+class passing_file {
+public:
+  explicit passing_file(std::filesystem::path path = {}) : path_(std::move(path)) {}
+  ~passing_file() {
+    std::error_code failed;
+    if (!path_.empty())
+      std::filesystem::remove(path_, failed);
+  }
+  passing_file(const passing_file &) = delete;
+  passing_file &operator=(const passing_file &) = delete;
+  const std::filesystem::path &path() const { return path_; }
+
+private:
+  std::filesystem::path path_;
+};
+
 // The whole file as bytes; throws file_error.
 std::string file_bytes(const std::filesystem::path &path);
 // Size in bytes and CRC-32 of a file's bytes; throws file_error.

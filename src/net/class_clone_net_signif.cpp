@@ -1,6 +1,7 @@
 #include "net/class_clone_net_signif.h"
 
 #include "frame/class_serv_raznoe.h"
+#include "frame/files.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 
@@ -58,6 +59,7 @@ void class_clone_net_signif::read_text_net_run(text_net_reading wanted, bool &ok
   if (wanted.folder_of_files)
     file = class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
         frame, std::filesystem::is_directory(file) ? file : file.parent_path());
+  const passing_file joined(wanted.folder_of_files ? file : std::filesystem::path()); // not among the user's inputs
   read_text_net_and_save(wanted, file, ok);
   if (ok)
     net_is_loaded_set();

@@ -198,8 +198,10 @@ void class_clone_net_signif::read_text_net(const std::filesystem::path &file, cl
   }
   if (reader.refused())
     return;
-  if (reader.n_clones_read() != n)
+  if (reader.n_clones_read() != n) { // only a part of the net: taken, but not in silence
     frame.message("i <> nnn: " + std::to_string(reader.n_clones_read()) + " <> " + std::to_string(n));
+    frame.data_failed_set();
+  }
   for (std::int32_t v = reader.n_clones_read(); v < n; ++v)
     read.add_vertex_fast(0); // a missing tail: without edges
   read.finish_of_adding();

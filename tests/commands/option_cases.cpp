@@ -176,6 +176,7 @@ answer: Open file with clone names to exclude = in/exclude.txt
   out=o -> folder
 []
 run: library.test_sizes
+fails
   file=in/plates/EC001.sizes -> testRes.txt
 []
 run: library.test_sizes file=in/plates/EC001.sizes
@@ -398,6 +399,7 @@ fails
   force=yes -> n.ORBns
 [library]
 run: net.load_text file=in/parts/net_1.txt out=n.ORBns
+fails
   folder=yes -> figures
 [library]
 run: net.load_text file=in/net.txt out=n.ORBns

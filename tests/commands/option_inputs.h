@@ -146,7 +146,7 @@ private:
   std::set<std::string> listing() const {
     std::set<std::string> names;
     for (const fs::directory_entry &entry : fs::recursive_directory_iterator(folder_.path()))
-      if (entry.is_regular_file() && entry.path().filename() != "parts_merged.txt") // lies beside the parts
+      if (entry.is_regular_file())
         names.insert(entry.path().string() + " " + std::to_string(entry.file_size()));
     return names;
   }

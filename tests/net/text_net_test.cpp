@@ -88,6 +88,7 @@ TEST(text_net, tolerant_forms_and_a_missing_tail) {
   f.signif.read_text_net(f.folder / "net.txt", net, ok);
   ASSERT_TRUE(ok);
   EXPECT_EQ(f.record.messages, std::vector<std::string>{"i <> nnn: 2 <> 4"});
+  EXPECT_TRUE(f.frame.data_failed()) << "half a net doesn't look like a whole one";
   EXPECT_EQ(net.number_of_vertices_get(), 4);
   ASSERT_EQ(net.number_of_edges_get(), 3);
   EXPECT_EQ(net.edges_of_vertex(1)[0].value, 15.25);
