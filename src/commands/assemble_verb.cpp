@@ -28,9 +28,6 @@ public:
         out_(call.path("out")), record_file_(out_ / "run.json") {}
 
   command_result run() {
-    create_folder(out_);
-    check_folder_is_writable(out_);
-    project_.working_folder_set(out_);
     const fs::path input = call_.path("input");
     if (kind_of_input(input) != input_kind::missing)
       record_.inputs_add(input);
@@ -42,7 +39,10 @@ public:
         return tables;
       record_inputs_ = false;
     }
-    check_steps(call_, project_);
+    check_steps(call_, project_); // a wrong parameter leaves no folder
+    create_folder(out_);
+    check_folder_is_writable(out_);
+    project_.working_folder_set(out_);
     record_wishes();
     if (!settle_earlier_run())
       return command_result::ended(exit_status::no_input_or_output);

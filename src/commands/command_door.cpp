@@ -41,7 +41,13 @@ template <class Work> command_result guarded(const Work &work) {
 }
 
 // What the frame saw of the work counts too.
-void settle_status(const process_frame &frame, command_result &result) {
+void settle_status(process_frame &frame, command_result &result) {
+  if (frame.process_is_running() && result.status != exit_status::done) {
+    if (frame.stop_requested_get())
+      frame.process_stopped_manually();
+    else
+      frame.process_aborted();
+  }
   if (result.status == exit_status::done && frame.was_stopped()) {
     result.status = exit_status::stopped;
     result.completed = false;
@@ -75,21 +81,20 @@ command_result run_command(project_state &project, const bound_command &command)
   const frame_scope scope(frame);
   if (!project.working_folder().empty())
     frame.working_folder_set(project.working_folder());
+  bool begun = false; // a command that is refused before any work leaves no line
   command_result result = guarded([&] {
     command.check(project, parts_there::of(project));
     frame.log_line(id);
+    begun = true;
     return command.row().run_(project, command.values_.get());
   });
-  if (frame.process_is_running() && result.status != exit_status::done) {
-    if (frame.stop_requested_get())
-      frame.process_stopped_manually();
-    else
-      frame.process_aborted();
-  }
-  settle_status(frame, result);
-  if (result.status != exit_status::wrong_command) // then no work began
-    frame.log_line(id + " " + text_of_end(result));
-  return result;
+  const command_result logged = guarded([&] {
+    settle_status(frame, result);
+    if (begun)
+      frame.log_line(id + " " + text_of_end(result));
+    return command_result{};
+  });
+  return logged.completed || !result.completed ? result : logged;
 }
 
 } // namespace orb

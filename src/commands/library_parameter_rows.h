@@ -6,6 +6,7 @@
 
 namespace orb {
 
-void describe_library_parameters(parameter_list &list, library_wishes &wishes);
+// `least_length`: below 2 where that stands for the length in force.
+void describe_library_parameters(parameter_list &list, library_wishes &wishes, double least_length = 2);
 
 } // namespace orb

@@ -15,7 +15,7 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-void describe_library_parameters(parameter_list &list, library_wishes &wishes) {
+void describe_library_parameters(parameter_list &list, library_wishes &wishes, double least_length) {
   const library_parameters standard;
   list.add("tolerance", wishes.tolerance, "tolerance t, in band units")
       .limits(0, 32000)
@@ -25,7 +25,7 @@ void describe_library_parameters(parameter_list &list, library_wishes &wishes) {
       .limits(0, 1)
       .unset_is(standard.tolerance_index);
   list.add("gel-length", wishes.gel_length, "gel length L, in band units")
-      .limits(2, 1e7)
+      .limits(least_length, 1e7)
       .in_units("band units")
       .unset_is(standard.gel_length);
   list.add("n-bands", wishes.n_bands, "N_bands_Sulston").limits(1, 10000000).unset_is(standard.n_bands);

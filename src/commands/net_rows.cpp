@@ -97,13 +97,15 @@ command_result run_create_text(project_state &project, const text_net_parameters
   wanted.start_clone = p.start;
   wanted.parts = p.parts;
   const bool made = project.signif().create_file_with_significant_connections(project.rule(), wanted, summary);
+  if (project.version() != before) { // the net was brought to the rule, or the new one loaded when that was asked
+    net_was_made(project, "net.create_text", project.rule());
+    settle_use_of_net(project);
+  }
   if (!made || !summary.completed)
     return stopped_or_failed(project);
   command_result result;
   result.file("text_net", summary.text_file);
   frame.note("Text net: " + summary.text_file.string());
-  if (project.version() != before) // the question about loading it was answered with yes
-    net_was_made(project, "net.create_text", project.rule());
   if (!p.load)
     return result;
   if (p.start > 1 && !summary.in_parts) {

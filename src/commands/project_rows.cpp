@@ -162,7 +162,7 @@ struct form_param {
 };
 
 void describe_form_param(parameter_list &list, form_param &p) {
-  describe_library_parameters(list, p.wishes);
+  describe_library_parameters(list, p.wishes, 0); // a length below 2 gives way to the database's own
   list.add("max-clones", p.max_n_clones, "number of clones provided for")
       .captioned("Max N_of_clones =")
       .limits(1, 2000000000)

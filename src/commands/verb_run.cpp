@@ -289,6 +289,11 @@ command_result run_steps(verb_run &call, project_state &project, recorded_run &r
 } // namespace
 
 exit_status run_verb(verb_run &call, project_state &project, const command_streams &streams) {
+  if (!project.running().empty()) { // the project belongs to the command that runs
+    const std::string why = call.the_verb().name + " can't begin while " + project.running() + " runs.";
+    say_why(call, command_result::ended(exit_status::run_failed, why), streams);
+    return exit_status::run_failed;
+  }
   project.settings().seed = call.program().seed;
   project.settings().threads = call.program().threads;
   project.clear();

@@ -405,12 +405,12 @@ bool class_clone_net_signif::create_file_with_significant_connections(const over
   return true;
 }
 
-// Brings the loaded net to the metric and markers in use before it is printed.
-// Where work starts from a loaded net it is brought to the rule first, in the two steps that the settings ask for.
+// Where work starts from a loaded net it is brought to the metric and markers in use before it is printed, in the two
+// steps that the settings ask for. It is another net then.
 void class_clone_net_signif::bring_net_to_rule(const overlap_rule &rule) {
   const net_by_rule_options wanted{context_.settings.same_metric_as_net, context_.settings.markers_in_clones};
-  if (!wanted.same_metric || wanted.with_markers)
-    create_net_by_rule(*this, net_, rule, wanted, net_);
+  if ((!wanted.same_metric || wanted.with_markers) && create_net_by_rule(*this, net_, rule, wanted, net_))
+    net_is_loaded_set();
 }
 
 bool class_clone_net_signif::create_net_in_memory(const overlap_rule &rule, net_creation_summary &summary) {

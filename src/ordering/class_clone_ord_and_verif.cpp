@@ -104,7 +104,8 @@ bool ordering_work::proven() const {
 
 class_clone_ord_and_verif::class_clone_ord_and_verif(const metric_context &context, const class_net *net,
                                                      const ordering_options &options)
-    : context_(&context), net_(net), options_(options) {}
+    : context_(&context), net_(net != nullptr && net->number_of_vertices_get() > 0 ? net : nullptr), options_(options) {
+}
 
 // ---- steps of the computation --------------------------------------------------------------------------------------
 

@@ -78,7 +78,8 @@ struct ordering_work {
 
 class class_clone_ord_and_verif {
 public:
-  // `net`: the loaded net, asked only when the setting net_in_ordering is on; may be null. Both must outlive this.
+  // `net`: the loaded net, asked only when the setting net_in_ordering is on; may be null or empty. Both must outlive
+  // this.
   class_clone_ord_and_verif(const metric_context &context, const class_net *net, const ordering_options &options = {});
 
   // --- side by side ---

@@ -168,10 +168,12 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
   library_parameters fields = parameters_of(wishes);
   apply_parameters(database, fields, false);
   const bool loaded = read_library(project, wishes, source);
-  if (loaded && !frame.was_stopped()) {
+  if (loaded) { // it is there, even when a wish to stop came too late
     keeper.release();
-    const std::int32_t n = database.total_number_of_clones_get();
     project.loaded(project_part::library, {wishes.file, made_by});
+  }
+  if (loaded && !frame.was_stopped()) {
+    const std::int32_t n = database.total_number_of_clones_get();
     frame.message("Fingerprint data for all of " + std::to_string(n) + " clones are loaded.");
     if (n > wishes.capacity)
       frame.note(fmt::format("The library has more clones than the capacity of {}, which was raised to {}.",

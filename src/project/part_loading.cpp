@@ -128,7 +128,7 @@ load_end load_net(project_state &project, const fs::path &file, const std::strin
   bool ok = false;
   const std::uint64_t before = project.version();
   project.signif().read_file_with_significant_connections(file, "", true, false, ok);
-  if (project.frame().stop_requested_get())
+  if (!ok && project.frame().stop_requested_get()) // once the net is there a wish to stop came too late
     return load_end::stopped;
   if (!ok)
     return project.version() == before && file.empty() ? load_end::cancelled : load_end::refused;
@@ -142,7 +142,7 @@ load_end load_text_net(project_state &project, text_net_reading wanted, const st
   const bool is_named = !wanted.file.empty();
   bool ok = false;
   project.signif().read_text_net_run(std::move(wanted), ok);
-  if (project.frame().stop_requested_get())
+  if (!ok && project.frame().stop_requested_get())
     return load_end::stopped;
   if (!ok)
     return is_named ? load_end::refused : load_end::cancelled;
@@ -167,13 +167,11 @@ load_end load_folder_of_clusters(project_state &project, const fs::path &folder,
     return load_end::cancelled;
   if (!fs::is_directory(chosen))
     throw file_error("can't open", chosen, "it is no folder");
-  const std::shared_ptr<class_FPCto_import> before = project.database().contigs();
-  project.reset_registry();
-  project.database().contigs()->read_clustering_from_folder_of_files(chosen);
-  if (frame.was_stopped() || frame.stop_requested_get()) {
-    project.database().contigs_set(before);
+  const std::shared_ptr<class_FPCto_import> fresh = project.registry_for_reading();
+  fresh->read_clustering_from_folder_of_files(chosen);
+  if (frame.was_stopped() || frame.stop_requested_get())
     return load_end::stopped;
-  }
+  project.database().contigs_set(fresh);
   project.loaded(project_part::contigs, {chosen, made_by});
   return load_end::loaded;
 }

@@ -83,6 +83,8 @@ void project_state::drop(project_part part) {
   case project_part::net:
     signif_ = std::make_unique<class_clone_net_signif>(context_, [this] {
       net_may_be_used(true);
+      origins_[static_cast<std::size_t>(project_part::net)] = {}; // the command says it
+      rule_of_net_.reset();
       ++version_;
     });
     rule_of_net_.reset();
@@ -112,7 +114,7 @@ void project_state::renew_net_and_registry() {
   drop(project_part::contigs);
 }
 
-void project_state::reset_registry() {
+std::shared_ptr<class_FPCto_import> project_state::registry_for_reading() {
   auto registry = std::make_shared<class_FPCto_import>(frame_, settings_, database_);
   if (has(project_part::library) && has(project_part::net)) {
     registry->clear_all_run(0, true);
@@ -120,7 +122,13 @@ void project_state::reset_registry() {
     registry->clear_all_and_create_cluster_AllDB(0, "all", "");
     registry->cluster_off_clusterName("all");
   }
-  database_.contigs_set(std::move(registry));
+  return registry;
+}
+
+void project_state::reset_registry() {
+  origins_[static_cast<std::size_t>(project_part::contigs)] = {};
+  database_.contigs_are_specified_set(false);
+  database_.contigs_set(registry_for_reading());
   ++version_;
 }
 

@@ -71,6 +71,8 @@ public:
   void drop(project_part part);
   // An empty registry; with a library it holds one cluster "all" of all clones that is switched off, or with a net
   // nothing at all.
+  std::shared_ptr<class_FPCto_import> registry_for_reading();
+  // Puts such a one into the place of the present one: the contigs are gone.
   void reset_registry();
   // The rule by which the loaded net was made, where that is known.
   const std::optional<overlap_rule> &rule_of_net() const { return rule_of_net_; }

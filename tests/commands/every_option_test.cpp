@@ -20,7 +20,7 @@ static const std::vector<case_block> &all_blocks() {
   return blocks;
 }
 
-class EveryOption : public testing::TestWithParam<std::string> {
+class every_option : public testing::TestWithParam<std::string> {
 protected:
   static void SetUpTestSuite() {
     ::setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
@@ -69,7 +69,7 @@ static void check_case(const case_block &block, const option_case &option, const
   EXPECT_TRUE(is_done(with)) << told << " ends with " << end_of(with);
 }
 
-TEST_P(EveryOption, ChangesWhatItNames) {
+TEST_P(every_option, changes_what_it_names) {
   for (const case_block &block : all_blocks()) {
     if (block.command() != GetParam())
       continue;
@@ -90,9 +90,9 @@ static std::string test_name(const testing::TestParamInfo<std::string> &command)
   std::replace(name.begin(), name.end(), '.', '_');
   return name;
 }
-INSTANTIATE_TEST_SUITE_P(Commands, EveryOption, testing::ValuesIn(commands()), test_name);
+INSTANTIATE_TEST_SUITE_P(Commands, every_option, testing::ValuesIn(commands()), test_name);
 
-TEST(EveryOptionTable, NoCommandAndNoOptionLacksACase) {
+TEST(every_option_table, no_command_and_no_option_lacks_a_case) {
   std::map<std::string, std::set<std::string>> covered;
   std::set<std::string> without_options;
   for (const case_block &block : all_blocks()) {

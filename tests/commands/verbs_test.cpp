@@ -42,7 +42,7 @@ std::vector<const parameter_row *> rows_of_steps(verb_run &call) {
   return rows;
 }
 
-TEST(Verbs, EachOptionReachesTheParametersItIsFor) {
+TEST(verbs, each_option_reaches_the_parameters_it_is_for) {
   for (const orb::verb &wanted : orb::table_of_verbs()) {
     verb_run call(wanted);
     const auto of_steps = rows_of_steps(call);
@@ -64,7 +64,7 @@ TEST(Verbs, EachOptionReachesTheParametersItIsFor) {
   }
 }
 
-TEST(Verbs, NoKeyOfAStepIsLost) {
+TEST(verbs, no_key_of_a_step_is_lost) {
   for (const orb::verb &wanted : orb::table_of_verbs()) {
     verb_run call(wanted);
     std::set<const parameter_row *> reached;
@@ -126,13 +126,13 @@ said run(const std::string &verb, const std::vector<std::pair<std::string, std::
 
 const std::string example = ORB_SOURCE_DIR "/examples/ecoli536";
 
-class VerbOptions : public testing::Test {
+class verb_options : public testing::Test {
 protected:
   std::string file(const std::string &name) const { return (folder.path() / name).string(); }
   orb::temporary_folder folder;
 };
 
-TEST_F(VerbOptions, AProjectIsOpenedForMenuAndScript) {
+TEST_F(verb_options, a_project_is_opened_for_menu_and_script) {
   ASSERT_EQ(run("load", {{"input", example}, {"out", file("l.ORBdb")}}).status, orb::exit_status::done);
   folder.write("p.txt", "library,l.ORBdb\n");
   const std::string entry = "mnu_File_SaveInTypicalFile\tFile\tSave clones with lists of bands in ORB-specific file\t"
@@ -154,7 +154,7 @@ TEST_F(VerbOptions, AProjectIsOpenedForMenuAndScript) {
 }
 
 // Library and net of a run come from its record, unless they are named.
-TEST_F(VerbOptions, LibraryAndNetOfARunAreThoseOfItsRecordOrThoseThatAreNamed) {
+TEST_F(verb_options, library_and_net_of_a_run_are_those_of_its_record_or_those_that_are_named) {
   ASSERT_EQ(run("assemble", {{"input", example},
                              {"out", file("d")},
                              {"cutoff", "17"},
@@ -187,7 +187,7 @@ TEST_F(VerbOptions, LibraryAndNetOfARunAreThoseOfItsRecordOrThoseThatAreNamed) {
 }
 
 // A finished result in a folder stays, whatever the verb; force makes it anew, from the same seed the same.
-TEST_F(VerbOptions, ForceOverwritesAndTheSeedDecides) {
+TEST_F(verb_options, force_overwrites_and_the_seed_decides) {
   ASSERT_EQ(run("load", {{"input", example}, {"out", file("l.ORBdb")}}).status, orb::exit_status::done);
   folder.write("list.txt", "EC001A01\nEC001A02\nEC001A03\n");
   const std::vector<std::pair<std::string, std::string>> table{

@@ -53,7 +53,7 @@ std::vector<fs::path> sources() {
   return files;
 }
 
-TEST(Architecture, NothingBelowTheSessionWritesItsSettings) {
+TEST(architecture, nothing_below_the_session_writes_its_settings) {
   for (const char *wrong : {"context_.settings.cutoff = 3;", "settings->burying=0.8;", "state.settings().threads += 1;",
                             "++context.settings.seed;", "project_settings &settings", "project_settings *settings_;",
                             "f(int, orb::project_settings& s)"})
@@ -80,7 +80,7 @@ TEST(Architecture, NothingBelowTheSessionWritesItsSettings) {
   EXPECT_EQ(n_writers, files_of_writers.size()); // who has no need any more loses the right
 }
 
-TEST(Architecture, TheStandardBuryingFractionStandsOnce) {
+TEST(architecture, the_standard_burying_fraction_stands_once) {
   // A member, constant or argument that bears the fraction's name in any of its uses and has a number of its own.
   const std::regex number_of_its_own(
       "\\b\\w*(?:burying|absorb|pogloshenie)\\w*\\s*(?:=|\\{|\\.value_or\\()\\s*0?\\.\\d+");

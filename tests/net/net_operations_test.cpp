@@ -98,7 +98,8 @@ TEST(net_as_text, bytes_of_the_pair_loop) {
   f.signif.net() = net;
   f.signif.net_is_loaded_set();
   net_creation_summary summary;
-  ASSERT_TRUE(f.signif.create_file_with_significant_connections(rule_of_metric(4, 7), {f.folder / "loop.txt", 1}, summary));
+  ASSERT_TRUE(
+      f.signif.create_file_with_significant_connections(rule_of_metric(4, 7), {f.folder / "loop.txt", 1}, summary));
   std::filesystem::path file = f.folder / "net.txt";
   ASSERT_TRUE(save_net_as_text_net(f.context, net, {4, 7}, file));
   const std::string bytes = file_bytes(file);
@@ -319,7 +320,8 @@ TEST(clone_questions, ranks_along_a_contig) {
   EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 5);
   EXPECT_EQ(f.record.messages.back(),
             "Clone c7 of list_of_clones_interesting() 2 is not presented in list_of_clones()?!");
-  EXPECT_FALSE(contig_test_Ranks_relative_to_start_of_diam_path_run(f.signif, {}, {}, {}, result)); // second one cancelled
+  EXPECT_FALSE(
+      contig_test_Ranks_relative_to_start_of_diam_path_run(f.signif, {}, {}, {}, result)); // second one cancelled
   EXPECT_EQ(f.record.questions.back(), "Open file with clones to select");
 }
 

@@ -89,8 +89,9 @@ public:
   class_clone_dist_table table;
   metric_context context{frame, settings, database, usable_values, table};
   class_clone_net_signif signif{context, [this] {
-    settings.use_file_with_connections = settings.same_metric_as_net = settings.same_metric_net_ord_as_net = true;
-  }};
+                                  settings.use_file_with_connections = settings.same_metric_as_net =
+                                      settings.same_metric_net_ord_as_net = true;
+                                }};
 
   // Overlaps of at least `cutoff` common bands become the net.
   contig_session(const library_data &data, double cutoff) {

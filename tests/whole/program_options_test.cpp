@@ -4,9 +4,9 @@
 using whole::outcome;
 namespace fs = std::filesystem;
 
-class ProgramOptions : public whole::program_test {};
+class program_options : public whole::program_test {};
 
-TEST_F(ProgramOptions, QuietAndVerboseSayLessAndMore) {
+TEST_F(program_options, quiet_and_verbose_say_less_and_more) {
   const outcome plain = orb("load " + example + " --out a.ORBdb");
   const outcome quiet = orb("load " + example + " --out b.ORBdb -q");
   const outcome verbose = orb("load " + example + " --out c.ORBdb -v");
@@ -22,7 +22,7 @@ TEST_F(ProgramOptions, QuietAndVerboseSayLessAndMore) {
   EXPECT_EQ(plain.err.find(log_line), std::string::npos) << plain.err;
 }
 
-TEST_F(ProgramOptions, TheLogLiesWhereItIsAskedFor) {
+TEST_F(program_options, the_log_lies_where_it_is_asked_for) {
   ASSERT_EQ(orb("load " + example + " --out a.ORBdb").status, 0);
   const std::string usual = whole::bytes_of(folder / ".home/ORB.log");
   EXPECT_NE(usual.find("library.load done"), std::string::npos) << usual;
@@ -32,7 +32,7 @@ TEST_F(ProgramOptions, TheLogLiesWhereItIsAskedFor) {
 }
 
 // A question whose default is no and whose yes goes on.
-TEST_F(ProgramOptions, QuestionsAreAnsweredByAFileOrByYes) {
+TEST_F(program_options, questions_are_answered_by_a_file_or_by_yes) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
   const std::string command = "repeats l.ORBdb --file " + example + " --out ";
   orb(command + "asked.sizes");

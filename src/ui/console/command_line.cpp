@@ -137,7 +137,8 @@ std::string version_text() {
 }
 
 std::string general_help() {
-  return "ORB " + std::string(program_version()) + ": from the restriction fingerprints of BAC clones to contigs\n\n"
+  return "ORB " + std::string(program_version()) +
+         ": from the restriction fingerprints of BAC clones to contigs\n\n"
          "Usage: orb COMMAND ... [options]\n\nCommands:\n" +
          list_of_verbs("") + "\nOptions of a command: orb COMMAND --help. The road in one line:\n  " +
          table_of_verbs().front().example + "\n";
