@@ -246,6 +246,7 @@ template <class Work> command_result with_drawing(project_state &project, const 
   drawing_options panel = p.panel;
   panel.mark_two_lists = panel.mark_two_lists || !p.mark_2.empty();
   panel.mark_MTP = panel.mark_MTP || !p.mark_1.empty();
+  panel.nets_for_cutoffs = panel.nets_for_cutoffs || project.settings().several_metrics_and_cutoffs;
   draw.options_set(panel);
   const bool drawn = work(draw);
   return result_of_drawing(project, draw, drawn);

@@ -116,7 +116,7 @@ command_result run_metric(project_state &project, const metric_parameters &p) {
 
 void describe_metric_form(parameter_list &list, metric_parameters &p) {
   describe_metric(list, p);
-  list.add("several", p.several, "several metrics and cutoffs in drawings of lists")
+  list.add("several", p.several, "draw.marked and draw.folder make a series at rising cutoffs")
       .captioned("Several metrics and cutoffs")
       .one_of({"yes", "no"})
       .unset("as it is");
@@ -176,7 +176,8 @@ void describe_form_param(parameter_list &list, form_param &p) {
       .captioned("Same metric like in current LOADED file with net")
       .one_of(words)
       .unset("as it is");
-  list.add("same-metric-in-order", p.same_metric_net_ord, "the same for orders of clones")
+  list.add("same-metric-in-order", p.same_metric_net_ord,
+           "the same for orders of clones; kept, but no command goes by it yet")
       .captioned("Use same metric also for nets and clone ordering")
       .one_of(words)
       .unset("as it is");
@@ -252,7 +253,8 @@ void describe_form_formats(parameter_list &list, form_formats &p) {
   list.add("name-format-in", p.input, "of what is read, " + text_of_name_formats()).limits(0, 8).unset("as it is");
   list.add("name-format-out", p.output, "of what is written").limits(0, 8).unset("as it is");
   list.add("file-format", p.file_format,
-           "0 " + class_clone_serv::file_format_caption_get(0) + "; 1 " + class_clone_serv::file_format_caption_get(1))
+           "0 " + class_clone_serv::file_format_caption_get(0) + "; 1 " + class_clone_serv::file_format_caption_get(1) +
+               "; kept, but no reader goes by it yet")
       .limits(0, 1)
       .unset("as it is");
 }
@@ -300,7 +302,8 @@ void describe_options(parameter_list &list, analysis_options &p) {
   list.add("fast-clustering", p.fast_clustering, "single linkage on the net; without it pair by pair")
       .one_of(words)
       .unset("yes");
-  list.add("singletones", p.singletones, "ask whether clones outside contigs go into one set")
+  list.add("singletones", p.singletones,
+           "ask whether clones outside contigs go into one set; of contigs from .fpc files, which can't be read yet")
       .one_of(words)
       .unset("no");
 }

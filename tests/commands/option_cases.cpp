@@ -51,8 +51,7 @@ run: metric.set
 after: order.list list=in/list.txt out=o ordering-steps=1000
 after: draw.marked list=in/list.txt out=d
   burying=0.5 -> notes
-# kept, but nothing reads it
-  several=yes -> settings
+  several=yes -> folder
 [library net]
 before: markers.load file=in/markers_of_all.txt
 run: metric.set
