@@ -107,7 +107,7 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
   list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
   list.add("max-clones", p.n_clones_max, "a larger cluster is cut")
       .captioned("N clones in cluster >")
-      .limits(0, most)
+      .limits(1, most)
       .in_group(group);
   list.add("min-size", p.minimal_cluster_size, "a smaller cluster is a heap")
       .captioned("Minimal cluster size")

@@ -51,7 +51,7 @@ namespace {
 struct draw_parameters {
   fs::path list, out;
   bool force = false;
-  std::string format = "net";
+  std::string format; // "net", "graphml" or "both"; empty: by the ending of the file
   fs::path mark_1, mark_2, mark_3; // lists of clones
   std::int32_t kind = 3;           // what mark sets, when the list marks in another way than usual
   std::int32_t value = 7;
@@ -66,7 +66,9 @@ void describe_draw(parameter_list &list, draw_parameters &p) {
   list.add("list", p.list, "names of clones, one a line").type("LIST").needed();
   list.add("out", p.out, "where the result goes").type("FILE.net").needed();
   list.add("force", p.force, "overwrite results that exist");
-  list.add("format", p.format, "net, graphml, or both").one_of({"net", "graphml", "both"});
+  list.add("format", p.format, "net, graphml, or both")
+      .one_of({"net", "graphml", "both"})
+      .unset("by the ending of the file");
   const char *marks = "Marks";
   list.add("mark", p.mark_1, "list of clones to be drawn red").type("LIST").in_group(marks);
   list.add("mark2", p.mark_2, "list of clones to be drawn as boxes; green when there is a third list")
@@ -97,6 +99,17 @@ void describe_draw(parameter_list &list, draw_parameters &p) {
   list.add("table", p.table, "a table of the overlaps beside the drawing").in_group(series);
 }
 
+// Throws usage_error for an ending that names no form.
+std::string format_of(const draw_parameters &p) {
+  if (!p.format.empty())
+    return p.format;
+  const std::string ending = p.out.extension().string();
+  if (ending != ".net" && ending != ".graphml")
+    throw usage_error("--out: " + (ending.empty() ? "no ending" : "the ending " + ending) +
+                      " names no form of drawings; .net and .graphml do, or --format says it");
+  return ending.substr(1);
+}
+
 bool has_usual_marks(const draw_parameters &p) {
   const draw_parameters standard;
   return p.kind == standard.kind && p.value == standard.value && p.prefix.empty();
@@ -104,7 +117,7 @@ bool has_usual_marks(const draw_parameters &p) {
 
 // Several drawings get longer names that begin as the file does: none of these may be there.
 void check_drawings(const draw_parameters &p) {
-  if (p.format == "both") { // each form has its own extension then
+  if (format_of(p) == "both") { // each form has its own extension then
     for (const char *extension : {".net", ".graphml"})
       check_output(fs::path(p.out).replace_extension(extension), p.force);
   }
@@ -119,7 +132,10 @@ void check_drawings(const draw_parameters &p) {
   }
 }
 
-void check_draw(const project_state &, const parts_there &, const draw_parameters &p) {
+void check_draw(const project_state &, const parts_there &there, const draw_parameters &p) {
+  if (p.several_metrics && !there.has(project_part::pvalue_tables))
+    throw usage_error("--several-metrics needs tables of p-values: without them Nof, Lnn and LnnMarkers are 0; "
+                      "--pvalue-tables loads them");
   for (const fs::path &file : {p.list, p.mark_1, p.mark_2, p.mark_3})
     check_input(file);
   if (!has_usual_marks(p) && (p.mark_1.empty() || !p.mark_2.empty() || !p.mark_3.empty()))
@@ -130,7 +146,7 @@ void check_draw(const project_state &, const parts_there &, const draw_parameter
 drawing_options drawing_of(const draw_parameters &p) {
   drawing_options drawing;
   drawing.file = p.out;
-  set_drawing_format(p.format, drawing);
+  set_drawing_format(format_of(p), drawing);
   drawing.caption_name = !p.no_names;
   drawing.caption_number = p.numbers;
   drawing.caption_n_bands = !p.no_bands;

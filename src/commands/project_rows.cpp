@@ -26,7 +26,7 @@ void describe_metric(parameter_list &list, metric_parameters &p) {
       .unset(class_clone_dist_general::name_of_cutoff_distance(overlap_rule{}.distance_index))
       .in_group(group);
   list.add("cutoff", p.cutoff, "least score of an overlap")
-      .limits(-1e300, 1e300)
+      .limits(0, 1e300)
       .captioned("-Log_10 (Cutoff) = ")
       .unset("the metric's standard")
       .in_group(group);

@@ -60,8 +60,10 @@ bool read_list(project_state &project, const fs::path &file, number_list &list, 
   if (!class_list_of_clones(project.frame(), project.settings())
            .run_reading_file_with_list_of_clones(file, list, name, project.database()))
     return false;
-  if (list.empty())
+  if (list.empty()) {
     project.frame().message("List " + file.string() + " holds no clone of the library.");
+    project.frame().data_failed_set(); // the result will be as empty, and says so
+  }
   return true;
 }
 

@@ -677,9 +677,12 @@ run: draw.list list=in/list.txt out=d.net
   no-scores=yes -> d.net
   black=yes -> d.net
   cutoffs=yes -> folder
-  several-metrics=yes -> folder
   compare-metrics=yes -> d.net
   table=yes -> folder
+[library net]
+before: pvalue.load folder=in/tables
+run: draw.list list=in/list.txt out=d.net
+  several-metrics=yes -> folder
 [library net]
 run: draw.list list=in/list.txt out=d.net mark=in/other.txt
   mark-kind=2 -> d.net

@@ -67,6 +67,9 @@ TEST_F(command_line, mistakes_end_with_status2_and_name_the_nearest_known_word) 
        "Additional cutoff has to be numeric and more than current cutoff"},
       {"assemble " + example + " --out d --preset 6", "--preset"},
       {"assemble " + example + " --out d --step nan", "--step: \"nan\" isn't a number from 0 to 1000000"},
+      {"assemble " + example + " --out d --max-clones 0", "--max-clones: \"0\""},
+      {"net " + example + " --out n.ORBns --cutoff -5", "--cutoff: \"-5\""},
+      {"load " + example + " --out l.ORBdb --plain-text", "--plain-text wants one text file of clones"},
   };
   for (const auto &c : cases) {
     const outcome seen = orb(c.arguments);
@@ -76,6 +79,30 @@ TEST_F(command_line, mistakes_end_with_status2_and_name_the_nearest_known_word) 
   }
   EXPECT_FALSE(fs::exists(folder / "l.ORBdb"));
   EXPECT_FALSE(fs::exists(folder / "n.ORBns"));
+}
+
+TEST_F(command_line, what_would_be_ignored_or_come_out_as_something_else_is_refused) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
+  ASSERT_EQ(orb("net l.ORBdb --out n.ORBns").status, 0);
+  whole::write_bytes(folder / "a.txt", "EC001A01\nEC001A03\nEC001A04\n");
+  struct {
+    std::string arguments, said;
+  } const cases[]{
+      {"load l.ORBdb --out m.ORBdb --name-format-in 1", "can't be used on a library file"},
+      {"draw l.ORBdb n.ORBns a.txt --out a.png", "the ending .png names no form of drawings"},
+      {"draw l.ORBdb n.ORBns a.txt --out a", "no ending names no form"},
+      {"draw l.ORBdb n.ORBns a.txt --out a.net --several-metrics", "--several-metrics needs tables of p-values"},
+  };
+  for (const auto &c : cases) {
+    const outcome seen = orb(c.arguments);
+    EXPECT_EQ(seen.status, 2) << c.arguments << "\n" << seen.err;
+    EXPECT_NE(seen.err.find(c.said), std::string::npos) << c.arguments << "\n" << seen.err;
+  }
+  EXPECT_TRUE(files_beginning_with("a.p").empty());
+  ASSERT_EQ(orb("draw l.ORBdb n.ORBns a.txt --out a.graphml").status, 0);
+  EXPECT_TRUE(whole::bytes_of(folder / "a.graphml").starts_with("<?xml")) << "the ending decides";
+  ASSERT_EQ(orb("draw l.ORBdb n.ORBns a.txt --out b.png --format net").status, 0);
+  EXPECT_TRUE(whole::bytes_of(folder / "b.png").starts_with("*"));
 }
 
 TEST_F(command_line, wrong_fingerprints_end_with_the_text_file_and_line) {

@@ -88,6 +88,7 @@ TEST_F(lists, sets_and_tables_and_selected_records) {
   write_bytes(folder / "empty.txt", "\n , \n");
   const outcome empty = orb("list sort l.ORBdb empty.txt --out none.txt");
   EXPECT_NE(empty.err.find("list of clones for orderind is empty!!!"), std::string::npos) << empty.err;
+  EXPECT_EQ(empty.status, 1) << "an empty result isn't taken for a finished one";
 
   // The records selected from the folder make a library of these clones.
   ASSERT_EQ(orb("list select l.ORBdb a.txt " + example + " --out chosen.sizes").status, 0);
