@@ -51,7 +51,7 @@ namespace {
 struct draw_parameters {
   fs::path list, out;
   bool force = false;
-  std::string format; // "net", "graphml" or "both"; empty: by the ending of the file
+  std::string format;              // "net", "graphml" or "both"; empty: by the ending of the file
   fs::path mark_1, mark_2, mark_3; // lists of clones
   std::int32_t kind = 3;           // what mark sets, when the list marks in another way than usual
   std::int32_t value = 7;

@@ -81,8 +81,8 @@ void check_load(const project_state &, const parts_there &, const load_parameter
   if (p.plain_text && fs::is_directory(p.wishes.file, failed))
     throw usage_error("--plain-text wants one text file of clones, and " + p.wishes.file.string() + " is a folder");
   const library_wishes standard;
-  const bool formats_given = p.wishes.name_format_in != standard.name_format_in ||
-                             p.wishes.name_format_out != standard.name_format_out;
+  const bool formats_given =
+      p.wishes.name_format_in != standard.name_format_in || p.wishes.name_format_out != standard.name_format_out;
   if (formats_given && !p.plain_text && kind_of_input(p.wishes.file) == input_kind::library)
     throw usage_error("--name-format-in and --name-format-out can't be used on a library file: its names stand as they "
                       "are; orb rename gives others");
