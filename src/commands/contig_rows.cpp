@@ -11,8 +11,7 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-// ---- shared parameters
-// -----------------------------------------------------------------------------------------------
+// ---- shared parameters ----
 
 void describe_ordering(parameter_list &list, ordering_parameters &p) {
   const char *group = "Order of the clones";
@@ -88,8 +87,7 @@ void put_contig_files(const contig_file_parameters &p, command_result &result) {
 
 namespace {
 
-// ---- contigs.assemble
-// --------------------------------------------------------------------------------------------------
+// ---- contigs.assemble ----
 
 // The form of adaptive clustering, with its own defaults.
 struct assemble_parameters {
@@ -166,8 +164,7 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
   return result;
 }
 
-// ---- contigs.load, contigs.load_folder
-// ---------------------------------------------------------------------------------
+// ---- contigs.load, contigs.load_folder ----
 
 struct run_parameters {
   fs::path folder;
@@ -203,8 +200,7 @@ command_result run_load_folder(project_state &project, const run_parameters &p) 
   return result_of(load_folder_of_clusters(project, p.folder, "contigs.load_folder"));
 }
 
-// ---- contigs.retain
-// ----------------------------------------------------------------------------------------------------
+// ---- contigs.retain ----
 
 struct retain_parameters {
   fs::path out, old_MTP, sequenced;

@@ -9,8 +9,7 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-// ---- the control panel
-// -------------------------------------------------------------------------------------------------
+// ---- the control panel ----
 
 // The switches of every drawing.
 static void describe_labels(parameter_list &list, drawing_options &p, const char *group) {
@@ -45,8 +44,7 @@ void describe_drawing_panel(parameter_list &list, drawing_options &p) {
 
 namespace {
 
-// ---- draw.list
-// ---------------------------------------------------------------------------------------------------------
+// ---- draw.list ----
 
 struct draw_parameters {
   fs::path list, out;
@@ -212,8 +210,7 @@ command_result run_draw(project_state &project, const draw_parameters &p) {
   return result;
 }
 
-// ---- the runs that ask for their files
-// -------------------------------------------------------------------------------
+// ---- the runs that ask for their files ----
 
 struct runs_parameters {
   fs::path list, mark_1, mark_2, out, folder;

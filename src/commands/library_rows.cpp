@@ -36,8 +36,7 @@ void describe_library_parameters(parameter_list &list, library_wishes &wishes, d
 
 namespace {
 
-// ---- library.load
-// ----------------------------------------------------------------------------------------------------
+// ---- library.load ----
 
 struct load_parameters {
   library_wishes wishes;
@@ -119,8 +118,7 @@ command_result run_load(project_state &project, const load_parameters &p) {
   return result;
 }
 
-// ---- library.save
-// ----------------------------------------------------------------------------------------------------
+// ---- library.save ----
 
 void describe_save(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "LIB.ORBdb", false);
@@ -145,8 +143,7 @@ command_result run_save(project_state &project, const output_wishes &p) {
   return result;
 }
 
-// ---- names
-// -----------------------------------------------------------------------------------------------------------
+// ---- names ----
 
 struct rename_parameters {
   fs::path file, out, save;
@@ -238,8 +235,7 @@ command_result run_clone_names(project_state &project, const clone_names_paramet
   return result;
 }
 
-// ---- tests
-// -----------------------------------------------------------------------------------------------------------
+// ---- tests ----
 
 struct test_sizes_parameters {
   fs::path file, out;
@@ -298,8 +294,7 @@ command_result run_killbands(project_state &project, const no_parameters &) {
   return {};
 }
 
-// ---- clones in lists
-// -------------------------------------------------------------------------------------------------
+// ---- clones in lists ----
 
 struct clones_in_lists_parameters {
   fs::path file, folder;

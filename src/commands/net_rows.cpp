@@ -20,8 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// ---- net.create
-// ------------------------------------------------------------------------------------------------------
+// ---- net.create ----
 
 // A net that was made just now, by the rule in use.
 void net_was_made(project_state &project, const std::string &id, const overlap_rule &rule) {
@@ -120,8 +119,7 @@ command_result run_create_text(project_state &project, const text_net_parameters
   return result;
 }
 
-// ---- net.load
-// --------------------------------------------------------------------------------------------------------
+// ---- net.load ----
 
 struct net_file_parameters {
   fs::path file;
@@ -218,8 +216,7 @@ command_result run_load_text(project_state &project, const text_net_file_paramet
   return result;
 }
 
-// ---- net.save
-// --------------------------------------------------------------------------------------------------------
+// ---- net.save ----
 
 void describe_save(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "NET.ORBns");
@@ -257,8 +254,7 @@ command_result run_save_text(project_state &project, const output_wishes &p) {
   return result;
 }
 
-// ---- net.remetric
-// ----------------------------------------------------------------------------------------------------
+// ---- net.remetric ----
 
 struct remetric_parameters {
   bool markers = false;
@@ -288,8 +284,7 @@ command_result run_remetric(project_state &project, const remetric_parameters &p
   return result;
 }
 
-// ---- net.subnet
-// ------------------------------------------------------------------------------------------------------
+// ---- net.subnet ----
 
 void describe_subnet(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "NET.ORBns", false);

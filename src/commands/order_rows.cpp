@@ -16,8 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// ---- order.list
-// --------------------------------------------------------------------------------------------------------
+// ---- order.list ----
 
 struct order_parameters {
   fs::path list, out;
@@ -63,8 +62,7 @@ command_result run_order(project_state &project, const order_parameters &p) {
   return result;
 }
 
-// ---- table.pairs
-// -------------------------------------------------------------------------------------------------------
+// ---- table.pairs ----
 
 struct table_parameters {
   fs::path list, out;
@@ -120,8 +118,7 @@ command_result run_table(project_state &project, const table_parameters &p) {
   return result;
 }
 
-// ---- list.bands
-// --------------------------------------------------------------------------------------------------------
+// ---- list.bands ----
 
 struct bands_parameters {
   fs::path list;

@@ -16,8 +16,7 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-// ---- the metric
-// ------------------------------------------------------------------------------------------------------
+// ---- the metric ----
 
 void describe_metric(parameter_list &list, metric_parameters &p) {
   const char *group = "Overlaps";
@@ -151,8 +150,7 @@ command_result run_tables(project_state &project, const tables_parameters &p) {
   return result;
 }
 
-// ---- form_param
-// ------------------------------------------------------------------------------------------------------
+// ---- form_param ----
 
 struct form_param {
   library_wishes wishes;
@@ -234,8 +232,7 @@ command_result run_form_param(project_state &project, const form_param &p) {
   return result;
 }
 
-// ---- form_formats
-// ----------------------------------------------------------------------------------------------------
+// ---- form_formats ----
 
 struct form_formats {
   std::optional<std::int16_t> input, output, file_format;
@@ -275,8 +272,7 @@ command_result run_form_formats(project_state &project, const form_formats &p) {
   return {};
 }
 
-// ---- options
-// -----------------------------------------------------------------------------------------------------------
+// ---- options ----
 
 struct analysis_options {
   std::string fast_FPC, net_in_ordering, fast_clustering, singletones;
@@ -331,8 +327,7 @@ command_result run_options(project_state &project, const analysis_options &p) {
   return result;
 }
 
-// ---- the project
-// -------------------------------------------------------------------------------------------------------
+// ---- the project ----
 
 struct project_file_parameters {
   fs::path file;

@@ -62,8 +62,7 @@ private:
   metric_context context_;
 };
 
-// ---- pvalue.score
-// ----------------------------------------------------------------------------------------------------
+// ---- pvalue.score ----
 
 struct score_parameters {
   pair_sizes sizes;
@@ -110,8 +109,7 @@ command_result score(project_state &project, const score_parameters &p) {
   return result;
 }
 
-// ---- pvalue.estimate
-// -------------------------------------------------------------------------------------------------
+// ---- pvalue.estimate ----
 
 struct estimate_parameters {
   pair_sizes sizes;
@@ -173,8 +171,7 @@ command_result estimate(project_state &project, const estimate_parameters &p) {
   return result;
 }
 
-// ---- pvalue.table
-// ----------------------------------------------------------------------------------------------------
+// ---- pvalue.table ----
 
 struct table_parameters {
   output_wishes output;
@@ -292,8 +289,7 @@ command_result table_of_grid(project_state &project, const table_parameters &p) 
   return result;
 }
 
-// ---- pvalue.lookup
-// ---------------------------------------------------------------------------------------------------
+// ---- pvalue.lookup ----
 
 struct lookup_parameters {
   fs::path folder;
@@ -353,8 +349,7 @@ command_result look_up(project_state &project, const lookup_parameters &p) {
   return result;
 }
 
-// ---- pvalue.preset
-// ---------------------------------------------------------------------------------------------------
+// ---- pvalue.preset ----
 
 struct preset_parameters {
   std::int32_t preset = 0;

@@ -15,8 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// ---- net.revise
-// ------------------------------------------------------------------------------------------------------
+// ---- net.revise ----
 
 struct revise_parameters {
   output_wishes output;
@@ -91,8 +90,7 @@ command_result run_revise(project_state &project, const revise_parameters &p) {
   return result;
 }
 
-// ---- net.ladder
-// ------------------------------------------------------------------------------------------------------
+// ---- net.ladder ----
 
 struct ladder_parameters {
   fs::path out;
@@ -134,8 +132,7 @@ command_result run_ladder(project_state &project, const ladder_parameters &p) {
   return result;
 }
 
-// ---- net.contamination
-// -----------------------------------------------------------------------------------------------
+// ---- net.contamination ----
 
 struct contamination_parameters {
   fs::path out;
@@ -169,8 +166,7 @@ command_result run_contamination(project_state &project, const contamination_par
   return result;
 }
 
-// ---- net.characteristics
-// ---------------------------------------------------------------------------------------------
+// ---- net.characteristics ----
 
 struct characteristics_parameters {
   std::string clone;

@@ -10,8 +10,7 @@
 
 namespace orb {
 
-// ---- outputs
-// ---------------------------------------------------------------------------------------------------------
+// ---- outputs ----
 
 // Throws file_error when a result is there already and may not be overwritten, or its folder can't be written (it is
 // created when missing).
@@ -21,8 +20,7 @@ void work_in(project_state &project, const std::filesystem::path &folder);
 // The folder of a result file, "." for a bare name.
 std::filesystem::path folder_of(const std::filesystem::path &file);
 
-// ---- ends
-// ------------------------------------------------------------------------------------------------------------
+// ---- ends ----
 
 // What a load ended with; `what`: the input, for a result that says that it isn't there.
 command_result result_of(load_end end);
@@ -31,8 +29,7 @@ command_result stopped_or_failed(project_state &project);
 // Done, or stopped_or_failed.
 command_result result_of(project_state &project, bool done);
 
-// ---- inputs
-// ----------------------------------------------------------------------------------------------------------
+// ---- inputs ----
 
 // A list of clones from a file, with its pure name; false after its messages.
 bool read_list(project_state &project, const std::filesystem::path &file, number_list &list, std::string &name);
@@ -42,8 +39,7 @@ void check_input(const std::filesystem::path &file);
 // is neither. Throws file_error when nothing is there.
 std::filesystem::path folder_of_run(project_state &project, const std::filesystem::path &given);
 
-// ---- parameters that many commands have
-// ------------------------------------------------------------------------------
+// ---- parameters that many commands have ----
 
 struct no_parameters {};
 

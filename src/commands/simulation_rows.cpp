@@ -20,8 +20,7 @@ namespace {
 constexpr std::int32_t most_bands_in_clone = class_DB_of_clones::MAX_number_of_bands_in_clone_get();
 constexpr double longest_gel = 1e7;
 
-// ---- bands, of both commands
-// -----------------------------------------------------------------------------------------
+// ---- bands, of both commands ----
 
 struct band_parameters {
   double min_length = 50, max_length = 500; // base pairs
@@ -113,8 +112,7 @@ void check_files(const fs::path &genome, const output_wishes &output, std::span<
     check_output(output.out / name, output.force);
 }
 
-// ---- simulate.library
-// ------------------------------------------------------------------------------------------------
+// ---- simulate.library ----
 
 constexpr const char *usual_clone_site = "AAGCTT"; // HindIII
 
@@ -298,8 +296,7 @@ command_result simulate_library(project_state &project, const simulate_library_p
   return library_simulation(project, p).run();
 }
 
-// ---- simulate.digest
-// -------------------------------------------------------------------------------------------------
+// ---- simulate.digest ----
 
 constexpr std::array names_of_digest_files{"digest.txt", "bands.txt", "fingerprints.sizes"};
 

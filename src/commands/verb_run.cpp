@@ -27,8 +27,7 @@ void describe_program_options(parameter_list &list, program_options &options) {
   list.add("yes", options.yes, "answer questions so that the work goes on").in_group(group);
 }
 
-// ---- options
-// -----------------------------------------------------------------------------------------------------------
+// ---- options ----
 
 std::string verb_option::take(const std::string &text) const {
   for (const parameter_row *row : rows)
@@ -136,8 +135,7 @@ bool verb_run::flag(const std::string &name) const {
   return held && **held;
 }
 
-// ---- running
-// -----------------------------------------------------------------------------------------------------------
+// ---- running ----
 
 run_identity identity_of(verb_run &call) {
   return {call.the_verb().name, call.program().command_line, call.program().seed, call.program().threads};

@@ -12,8 +12,7 @@ namespace {
 using step = verb_step;
 using place = record_place;
 
-// ---- steps that most verbs begin with
-// ----------------------------------------------------------------------------------
+// ---- steps that most verbs begin with ----
 
 step library() {
   return {"library.load", "load", {{"file", "input"}, {"source", ""}, {"keep", ""}}, {}, {}, {}};
@@ -59,8 +58,7 @@ std::vector<step> scored_library_and(const std::vector<step> &rest) {
   return joined({library(), markers(), tables(), metric()}, rest);
 }
 
-// ---- options of verbs themselves
-// ---------------------------------------------------------------------------------------
+// ---- options of verbs themselves ----
 
 void run_options(parameter_list &list, verb_run &call) {
   list.add("run", call.run_folder, "folder of a run, or of an assembly").type("RUN").needed();
@@ -87,16 +85,14 @@ void script_options(parameter_list &list, verb_run &call) {
   menu_options(list, call);
 }
 
-// ---- options together
-// --------------------------------------------------------------------------------------------------
+// ---- options together ----
 
 void check_net(verb_run &call) {
   if (!call.is_given("text") && (call.is_given("start") || call.is_given("parts")))
     throw usage_error("--start and --parts belong to --text");
 }
 
-// ---- groups
-// ------------------------------------------------------------------------------------------------------------
+// ---- groups ----
 
 verb list_verb(std::string name, std::string purpose, std::string row, std::string example) {
   verb made;

@@ -49,8 +49,7 @@ void class_DB_of_clones_read::finish_load(class_DB_of_clones &database, band_sta
   usable_values.inicialize_buffer(database);
 }
 
-// ---- text and library files
-// ------------------------------------------------------------------------------------------
+// ---- text and library files ----
 
 bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity, fs::path file, bool library_format,
                                                     bool store, class_DB_of_clones &database,
@@ -97,8 +96,7 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
   return read;
 }
 
-// ---- folders of .sizes files
-// -----------------------------------------------------------------------------------------
+// ---- folders of .sizes files ----
 
 // Without a path: the file dialogs. A file for a single file, else its folder; empty when cancelled.
 fs::path class_DB_of_clones_read::path_from_dialog(bool single_file) {

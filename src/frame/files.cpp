@@ -166,8 +166,7 @@ void growing_file::close() {
     fail("can't write", path_, errno);
 }
 
-// ---- whole files and folders
-// -----------------------------------------------------------------------------------------
+// ---- whole files and folders ----
 
 namespace {
 

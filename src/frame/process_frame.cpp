@@ -231,8 +231,7 @@ void process_frame::program_end_now(const std::string &text, exit_status status)
   throw program_end(text, status);
 }
 
-// ---- folders and file dialogs
-// ----------------------------------------------------------------------------------------
+// ---- folders and file dialogs ----
 
 std::filesystem::path process_frame::path_in_folder(const std::filesystem::path &folder, std::string_view name) {
   std::string relative(name);

@@ -20,8 +20,7 @@ enum class load_end {
   nothing_there, // no such file, or a folder without fingerprints
 };
 
-// ---- library
-// ---------------------------------------------------------------------------------------------------------
+// ---- library ----
 
 // What is asked of a library: unset values are the defaults for fingerprints, and for a library file what it says.
 struct library_wishes {
@@ -50,8 +49,7 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
 // "423 clones, 40,822 bands (96.5 a clone); tolerance 12, index 1, gel length 60000, n-bands 2250"
 std::string text_of_library(const class_DB_of_clones &database);
 
-// ---- the parts that hang on it
-// ---------------------------------------------------------------------------------------
+// ---- the parts that hang on it ----
 
 // Markers of clones, over the clones that are loaded; `form` unknown: told by what stands in the file.
 load_end load_markers(project_state &project, const std::filesystem::path &file, marker_file_form form,

@@ -183,8 +183,7 @@ TEST_F(sequences, no_command_runs_within_another) {
   EXPECT_EQ(net_of(run), net);
 }
 
-// ---- any order
-// -------------------------------------------------------------------------------------------------------
+// ---- any order ----
 
 namespace {
 
@@ -321,8 +320,7 @@ TEST_F(any_order, a_revised_net_is_the_same_as_one_loaded) {
     EXPECT_TRUE(files_of(made, k) == files_of(loaded, k)) << writer(k, "made");
 }
 
-// ---- what every command keeps
-// ----------------------------------------------------------------------------------------
+// ---- what every command keeps ----
 
 TEST_F(sequences, a_failure_leaves_the_session_at_rest_and_a_line_at_each_end_of_the_log) {
   session run;

@@ -12,8 +12,7 @@ namespace {
 
 class sizes_reader : public database_fixture {};
 
-// ---- the second formulation: whole lines, nested containers, a stable sort
-// -------------------------------------------
+// ---- the second formulation: whole lines, nested containers, a stable sort ----
 
 struct slow_record {
   std::string header;
