@@ -71,7 +71,7 @@ void check_create_text(const project_state &, const parts_there &, const text_ne
     check_output(p.out, p.force);
 }
 
-// Reads a text net, or the parts of one joined in name order, as the current net.
+// Reads a text net, or the parts of one joined by the numbers in their names, as the current net.
 bool read_text_net_back(project_state &project, const net_creation_summary &summary) {
   fs::path file = summary.text_file;
   if (summary.in_parts)
@@ -108,7 +108,9 @@ command_result run_create_text(project_state &project, const text_net_parameters
   if (!p.load)
     return result;
   if (p.start > 1 && !summary.in_parts) {
-    frame.note("It begins behind clone 1, so no native net was made of it.");
+    frame.note(
+        "It begins behind clone 1, so no native net was made of it. With the text of the clones before it alone in one "
+        "folder, orb textnet read reads that folder.");
     result.completed = true;
     return result;
   }

@@ -155,6 +155,41 @@ std::vector<std::string> class_serv_raznoe::create_ordered_list_of_files_in_fold
   return names;
 }
 
+namespace {
+
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// The run of digits that begins at `at`, without leading zeros; `at` moves behind it.
+std::string_view digits_at(std::string_view text, std::size_t &at) {
+  const std::size_t begin = at;
+  while (at < text.size() && is_digit(text[at]))
+    ++at;
+  const std::string_view digits = text.substr(begin, at - begin);
+  return digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
+}
+
+// Names with the numbers in them by value: part_1_90 stands before part_1_501.
+bool by_numbers_in_names(std::string_view a, std::string_view b) {
+  std::size_t i = 0, k = 0;
+  while (i < a.size() && k < b.size()) {
+    if (is_digit(a[i]) && is_digit(b[k])) {
+      const std::string_view number_a = digits_at(a, i), number_b = digits_at(b, k);
+      if (number_a != number_b)
+        return number_a.size() != number_b.size() ? number_a.size() < number_b.size() : number_a < number_b;
+    } else if (a[i] != b[k]) {
+      return static_cast<unsigned char>(a[i]) < static_cast<unsigned char>(b[k]);
+    } else {
+      ++i;
+      ++k;
+    }
+  }
+  return a.size() - i != b.size() - k ? a.size() - i < b.size() - k : a < b;
+}
+
+} // namespace
+
 std::filesystem::path class_serv_raznoe::create_folder_and_make_it_current(process_frame &frame,
                                                                            std::string_view name) {
   const std::filesystem::path former = frame.working_folder_get(), folder = frame.path_in_working_folder(name);
@@ -175,7 +210,8 @@ std::filesystem::path class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(
   if (!merged.has_filename())
     merged = merged.parent_path(); // a separator at the end
   merged += "_merged.txt";
-  const std::vector<std::string> names = create_ordered_list_of_files_in_folder(folder, extension);
+  std::vector<std::string> names = ListOfFilesInFolder(folder, extension);
+  std::sort(names.begin(), names.end(), by_numbers_in_names);
   result_file out(merged);
   for (std::size_t i = 0; i < names.size(); ++i) {
     frame.local_process_text_set("File " + std::to_string(i + 1) + " of " + std::to_string(names.size()));

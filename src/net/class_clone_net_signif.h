@@ -50,7 +50,7 @@ enum class overlaps_wanted { ask, all, within_limits };
 
 struct text_net_reading {
   std::filesystem::path file;   // empty: asks
-  bool folder_of_files = false; // the file stands for the parts in its folder, joined in name order
+  bool folder_of_files = false; // the file stands for the parts in its folder, joined by the numbers in their names
   std::filesystem::path native; // where the native form goes; empty: asks
   std::string name;             // of the proposal in that question: "net_signif" + name + ".ORBns"
   overlaps_wanted overlaps = overlaps_wanted::ask;
@@ -75,7 +75,7 @@ public:
   // decimals), and made the current net. False when stopped or not continued; the old net then stays.
   bool create_net_in_memory(const overlap_rule &rule, net_creation_summary &summary);
   // Loads a native or a text net; `name` goes into the proposed name of the native file ("net_signif" + name +
-  // ".ORBns"). `folder_of_files`: the parts in the folder of `file` are joined in name order first.
+  // ".ORBns"). `folder_of_files`: the parts in the folder of `file` are joined by the numbers in their names first.
   void read_file_with_significant_connections(std::filesystem::path file, const std::string &name, bool native_format,
                                               bool folder_of_files, bool &ok);
   // A text net, or the parts of one, kept in the native format from its first load on: the net in memory is the file

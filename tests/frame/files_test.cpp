@@ -203,6 +203,21 @@ TEST(folders, current_folder_comes_and_goes_and_parts_are_joined_in_order) {
   EXPECT_EQ(frame.working_folder_get(), folder.path());
 }
 
+// Texts resumed inside a part are named by the first clone, without zeros before the number.
+TEST(folders, parts_are_joined_by_the_numbers_in_their_names) {
+  const temporary_folder folder;
+  process_frame frame(null_front_end(), folder.path());
+  const char *in_order[] = {"n.txt",    "n_01.txt",   "n_01_90.txt",  "n_01_501.txt",
+                            "n_02.txt", "n_10_7.txt", "n_010_70.txt", "n_10_70.txt"};
+  std::string expected;
+  for (const char *name : in_order) {
+    folder.write(std::string("parts/") + name, name);
+    expected += std::string(name) + "\r\n";
+  }
+  EXPECT_EQ(file_bytes(class_serv_raznoe::merge_files_of_folder_sort_del_rep_run(frame, folder.path() / "parts")),
+            expected);
+}
+
 TEST(file_type, line_ends_and_decimal_signs) {
   struct one_case {
     const char *bytes;

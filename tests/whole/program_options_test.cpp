@@ -22,6 +22,16 @@ TEST_F(program_options, quiet_and_verbose_say_less_and_more) {
   EXPECT_EQ(plain.err.find(log_line), std::string::npos) << plain.err;
 }
 
+TEST_F(program_options, no_log_is_no_reason_to_stop) {
+  const outcome seen = orb("load " + example + " --out a.ORBdb", "ORB_HOME=/dev/null/home");
+  EXPECT_EQ(seen.status, 0) << seen.err;
+  EXPECT_NE(seen.err.find("This command has no log: /dev/null/home can't be written."), std::string::npos) << seen.err;
+  const outcome elsewhere = orb("load " + example + " --out b.ORBdb --log logs", "ORB_HOME=/dev/null/home");
+  EXPECT_EQ(elsewhere.status, 0);
+  EXPECT_EQ(elsewhere.err.find("no log"), std::string::npos) << elsewhere.err;
+  EXPECT_FALSE(whole::bytes_of(folder / "logs/ORB.log").empty());
+}
+
 TEST_F(program_options, the_log_lies_where_it_is_asked_for) {
   ASSERT_EQ(orb("load " + example + " --out a.ORBdb").status, 0);
   const std::string usual = whole::bytes_of(folder / ".home/ORB.log");

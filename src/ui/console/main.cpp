@@ -19,11 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 
 // Where ORB.log lies: $ORB_HOME, else the executable's folder when it can be written, else the user's state folder.
-fs::path program_folder() {
-  if (const char *home = std::getenv("ORB_HOME"); home && *home) {
-    orb::create_folder(home);
+fs::path usual_program_folder() {
+  if (const char *home = std::getenv("ORB_HOME"); home && *home)
     return home;
-  }
   std::error_code failed;
   const fs::path own = fs::read_symlink("/proc/self/exe", failed).parent_path();
   if (!failed && ::access(own.c_str(), W_OK) == 0)
@@ -35,9 +33,15 @@ fs::path program_folder() {
     state = fs::path(home) / ".local" / "state";
   else
     return fs::temp_directory_path();
-  state /= "orb";
-  orb::create_folder(state);
-  return state;
+  return state / "orb";
+}
+
+// Empty, which makes a frame without a log, where the folder can't be made or written: no log is no reason to stop.
+fs::path program_folder() {
+  const fs::path folder = usual_program_folder();
+  std::error_code failed;
+  fs::create_directories(folder, failed);
+  return !failed && ::access(folder.c_str(), W_OK) == 0 ? folder : fs::path();
 }
 
 // The folder of the verb's results for the long runs, unless one is named.
@@ -75,11 +79,14 @@ orb::exit_status run(orb::verb_run &call) {
   const orb::program_options &options = call.program();
   orb::answer_book book;
   read_answers(options.answers, book);
-  orb::project_state project(orb::console_front_end({options.quiet, options.verbose, options.yes}, book),
-                             program_folder());
+  const fs::path home = program_folder();
+  orb::project_state project(orb::console_front_end({options.quiet, options.verbose, options.yes}, book), home);
   if (const fs::path folder = log_folder(call); !folder.empty()) {
     orb::create_folder(folder);
     project.frame().log_folder_set(folder);
+  } else if (home.empty()) {
+    project.frame().note("This command has no log: " + usual_program_folder().string() +
+                         " can't be written. --log DIR or ORB_HOME names another folder.");
   }
   orb::command_streams streams;
   streams.results = [](const std::string &text) { std::printf("%s\n", text.c_str()); };
