@@ -16,6 +16,18 @@ class_DB_of_clones_read::class_DB_of_clones_read(process_frame &frame, const pro
                                                  std::function<void()> loaded)
     : frame_(frame), settings_(settings), loaded_(std::move(loaded)) {}
 
+// Any text reads as names: without a band it is something else, and its first line shows what.
+static std::string no_band_in(const fs::path &file, std::size_t n_names) {
+  constexpr std::size_t most = 60;
+  line_reader lines(file);
+  std::string_view line;
+  while (lines.next(line) && is_blank_line(line)) {
+  }
+  return "File " + file.string() + " holds " + std::to_string(n_names) +
+         " names and not one band, so it isn't a file of fingerprints. It begins: " +
+         std::string(line.substr(0, most)) + (line.size() > most ? "..." : "");
+}
+
 bool class_DB_of_clones_read::refuse(const std::string &text) {
   frame_.message(text);
   frame_.data_failed_set();
@@ -82,6 +94,9 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
     return false;
   if (read && fresh.total_number_of_clones_get() < 1)
     read = refuse("NB! No clones was readen!\r\nfile " + file.string());
+  const bool has_bands = !read || !store || fresh.first_band_adress_get(fresh.total_number_of_clones_get() + 1) > 1;
+  if (read && !library_format && !has_bands)
+    read = refuse(no_band_in(file, static_cast<std::size_t>(fresh.total_number_of_clones_get())));
   if (read) {
     summary_.n_files = 1;
     summary_.n_records = fresh.total_number_of_clones_get();
@@ -206,10 +221,13 @@ bool class_DB_of_clones_read::read_files(std::vector<fs::path> files, bool store
   fingerprint_records records;
   sizes_file_reader reader(frame_, settings_, fresh, records, statistics, total_bytes);
   for (const fs::path &file : files) {
+    const std::size_t records_before = records.count(), bands_before = records.number_of_bands();
     if (!reader.read_file(file))
       return false;
     if (frame_.stop_requested_get())
       return false;
+    if (records.count() > records_before && records.number_of_bands() == bands_before)
+      return refuse(no_band_in(file, records.count() - records_before));
   }
   frame_.local_process_text_set("Ordering and testing...");
   summary_.n_records = static_cast<std::int32_t>(records.count());

@@ -152,6 +152,18 @@ bool read_library(project_state &project, const library_wishes &wishes, source_k
   return loaded;
 }
 
+void tell_clones_without_bands(process_frame &frame, const class_DB_of_clones &database) {
+  constexpr std::int32_t most_shown = 10;
+  std::int32_t n = 0;
+  std::string names;
+  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone)
+    if (database.number_of_bands_in_clone_get(clone) == 0 && ++n <= most_shown)
+      names += (n > 1 ? ", " : "") + std::string(database.name_of_clone_get(clone));
+  if (n > 0)
+    frame.note(fmt::format("NB! Without a band, and so without overlaps: {} clones: {}{}.", n, names,
+                           n > most_shown ? ", ..." : ""));
+}
+
 } // namespace
 
 load_end load_library(project_state &project, const library_wishes &wishes, const std::string &made_by) {
@@ -178,6 +190,7 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
     if (n > wishes.capacity)
       frame.note(fmt::format("The library has more clones than the capacity of {}, which was raised to {}.",
                              wishes.capacity, n));
+    tell_clones_without_bands(frame, database);
     return load_end::loaded;
   }
   if (frame.was_stopped())

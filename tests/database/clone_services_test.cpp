@@ -57,10 +57,10 @@ TEST_F(clone_services, the_automatic_format) {
     int prefix, end;
     bool column;
   };
-  for (const auto &[bytes, prefix, end, column] : std::vector<library>{{"XY12B07\nXY13C01\n", 3, 5, true},
-                                                                       {"XY12B07\nXY1B071\n", 3, 0, true},
-                                                                       {"XY2B07\nX-13C01\n", 1, 0, false},
-                                                                       {"XY12\n", 4, 0, true}}) {
+  for (const auto &[bytes, prefix, end, column] : std::vector<library>{{"XY12B07\n1\nXY13C01\n", 3, 5, true},
+                                                                       {"XY12B07\n1\nXY1B071\n", 3, 0, true},
+                                                                       {"XY2B07\n1\nX-13C01\n", 1, 0, false},
+                                                                       {"XY12\n1\n", 4, 0, true}}) {
     ASSERT_TRUE(load_sizes(write("a.sizes", bytes)));
     class_clone_serv::automatically_selecting_clone_name_format_start(database, settings);
     EXPECT_EQ(settings.automatic_name_prefix_length, prefix) << bytes;
@@ -158,7 +158,7 @@ TEST_F(clone_services, which_list_a_clone_lies_in) {
 }
 
 TEST_F(clone_services, markers_of_clones) {
-  ASSERT_TRUE(load_sizes(write("a.sizes", "A\nB\nC\n")));
+  ASSERT_TRUE(load_sizes(write("a.sizes", "A\n1\nB\nC\n")));
   class_markers &markers = database.markers();
   std::int32_t common = -1;
   markers.number_of_common_markers(1, 2, common);
@@ -198,6 +198,6 @@ TEST_F(clone_services, markers_of_clones) {
   EXPECT_EQ(names, (std::vector<std::string>{"", "m2", "m1", "m3"}));
   markers.create_marker_presence_in_list_of_marker_names(frame, 2, names, n, present);
   EXPECT_EQ(present, (std::vector<bool>{false, true, true, true}));
-  ASSERT_TRUE(load_sizes(write("b.sizes", "A\n")));
+  ASSERT_TRUE(load_sizes(write("b.sizes", "A\n1\n")));
   EXPECT_EQ(database.markers().total_number_of_markers_get(), 0); // a load begins with no markers
 }

@@ -98,6 +98,14 @@ std::string slow_load(const std::vector<std::string> &files) {
   return text;
 }
 
+// Is one of the files names and nothing else?
+bool has_file_without_bands(const std::vector<std::string> &files) {
+  return std::any_of(files.begin(), files.end(), [](const std::string &file) {
+    const std::string text = slow_load({file});
+    return !text.empty() && text.find(",\n") == std::string::npos;
+  });
+}
+
 std::string random_file(random_source &random) {
   static const char *const ends[] = {"\n", "\r\n", "\r"};
   const bool mixed = random.number_up_to(4) == 1, comma = random.number_up_to(3) == 1;
@@ -163,9 +171,10 @@ TEST_F(sizes_reader, agrees_with_a_slow_formulation_on_messy_folders) {
       continue;
     }
     if (!loaded) {
-      EXPECT_EQ(slow_load(files), "");
+      EXPECT_TRUE(slow_load(files).empty() || has_file_without_bands(files)) << last_message();
       continue;
     }
+    EXPECT_FALSE(has_file_without_bands(files)) << "round " << round;
     ++compared;
     EXPECT_EQ(text_of(database), slow_load(files)) << "round " << round;
     EXPECT_EQ(broken_promise(database), "");

@@ -120,6 +120,8 @@ TEST_F(command_line, wrong_fingerprints_end_with_the_text_file_and_line) {
        {"DB_of_clones.MAX_number_of_bands_in_clone_get < n_different_bands_in_clone: _500 < 501", "bad.sizes"}},
       {std::string("\0\1\2\3binary\0\n", 12), {"bad.sizes"}},
       {"", {"NB! No clones was readen!"}},
+      {"\n# About ORB\n\nORB turns fingerprints\ninto contigs.\n",
+       {"not one band", "It begins: # About ORB", "bad.sizes"}},
   };
   for (const auto &c : cases) {
     whole::write_bytes(folder / "in" / "bad.sizes", c.content);
