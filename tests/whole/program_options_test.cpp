@@ -1,4 +1,5 @@
 // What holds for the program whatever it does: how much it says, where the log lies, who answers its questions.
+#include "frame/version.h"
 #include "support/program_run.h"
 
 using whole::outcome;
@@ -20,6 +21,18 @@ TEST_F(program_options, quiet_and_verbose_say_less_and_more) {
   EXPECT_NE(quiet.err.find("Fingerprint data for all of 423 clones are loaded."), std::string::npos) << "a message";
   EXPECT_NE(verbose.err.find(log_line), std::string::npos) << verbose.err;
   EXPECT_EQ(plain.err.find(log_line), std::string::npos) << plain.err;
+}
+
+TEST_F(program_options, the_version_names_the_commit) {
+  const outcome seen = orb("--version");
+  EXPECT_EQ(seen.status, 0);
+  const std::string commit(orb::program_commit()); // empty for sources without their history
+  EXPECT_TRUE(
+      seen.out.starts_with("ORB " + std::string(orb::program_version()) + (commit.empty() ? "" : " (" + commit)))
+      << seen.out;
+  EXPECT_EQ(orb("version").out, seen.out);
+  ASSERT_EQ(orb("load " + example + " --out a.ORBdb").status, 0);
+  EXPECT_NE(whole::bytes_of(folder / "a.ORBdb.run.json").find("\"commit\": \"" + commit + "\""), std::string::npos);
 }
 
 TEST_F(program_options, no_log_is_no_reason_to_stop) {
