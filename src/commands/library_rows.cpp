@@ -276,7 +276,7 @@ void check_repeats(const project_state &, const parts_there &, const repeats_par
 command_result run_repeats(project_state &project, const repeats_parameters &p) {
   bool ok = true;
   command_result result;
-  test_database_on_repeats(project.frame(), project.database(), [&](const number_list &unique) {
+  test_database_on_repeats(project.frame(), project.database(), !p.out.empty(), [&](const number_list &unique) {
     ok = class_list_of_clones(project.frame(), project.settings())
              .create_file_with_clons_with_list_of_bands(unique, unique.count(), project.database(), p.file, p.out);
     if (!p.file.empty())

@@ -47,15 +47,6 @@ private:
   std::size_t at_ = 0;
 };
 
-std::string quoted_when_needed(const std::string &text) {
-  if (!text.empty() && text.find_first_of(" \t\"#\\") == std::string::npos)
-    return text;
-  std::string quoted = "\"";
-  for (const char c : text)
-    quoted += (c == '"' || c == '\\' ? "\\" : "") + std::string(1, c);
-  return quoted + '"';
-}
-
 command_result run_line(const script_line &line, project_state &project) {
   try {
     bound_command command = bound_by_name(line.command);
@@ -83,13 +74,6 @@ script_line parse_script_line(const std::string &text, std::int64_t number) {
     line.values.emplace_back(word.substr(0, sign), sign == std::string::npos ? "yes" : word.substr(sign + 1));
   }
   return line;
-}
-
-std::string text_of_script_line(const script_line &line) {
-  std::string text = line.command;
-  for (const auto &[key, value] : line.values)
-    text += " " + key + "=" + quoted_when_needed(value);
-  return text;
 }
 
 exit_status run_script(const std::string &text, const std::string &name, project_state &project,

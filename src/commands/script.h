@@ -19,8 +19,6 @@ struct script_line {
 // the start of a word begins a comment. A word without "=" behind the command is a flag that is switched on. Throws
 // usage_error for an open quote or a word that begins with "=".
 script_line parse_script_line(const std::string &text, std::int64_t number);
-// The same command as a line, for logs: values with blanks or quotes are quoted.
-std::string text_of_script_line(const script_line &line);
 
 // Runs line after line and stops at the first that fails, which is named with its number and why. Lines of a command's
 // results go to `streams.results`. `name`: of the script, for messages.

@@ -8,7 +8,7 @@
 
 namespace orb {
 
-void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database,
+void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database, bool file_is_wanted,
                               const std::function<void(const number_list &)> &write_fingerprint_file) {
   std::unordered_set<std::string_view> names;
   number_list unique;
@@ -20,7 +20,7 @@ void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &da
   asked.text = "Repeats=" + std::to_string(n_repeats) +
                ", Not_eq=0. Make file without repeats? (You will need to select file with DataBase again)";
   asked.choice = answer_choice::ok_cancel;
-  asked.by_default = answer::cancel;
+  asked.by_default = file_is_wanted ? answer::yes : answer::cancel;
   if (frame.yes(asked))
     write_fingerprint_file(unique);
 }

@@ -12,8 +12,9 @@
 namespace orb {
 
 // Counts clones whose name an earlier clone has, and offers to write a fingerprint file without them: on yes
-// `write_fingerprint_file` gets the list of the others. Needs no sorted index.
-void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database,
+// `write_fingerprint_file` gets the list of the others. `file_is_wanted`: yes where nobody is asked. Needs no sorted
+// index.
+void test_database_on_repeats(process_frame &frame, const class_DB_of_clones &database, bool file_is_wanted,
                               const std::function<void(const number_list &)> &write_fingerprint_file);
 // DB.txt of the working folder: all names, with the number of bands behind a tab when that is wanted.
 // Unset: asks.

@@ -53,15 +53,19 @@ bool class_list_of_clones::reading_file_with_list_of_clones(std::filesystem::pat
   return true;
 }
 
+static void prepare_search(process_frame &frame, class_DB_of_clones &database) {
+  frame.step_text_set("Reading...");
+  if (!database.clone_name_sorted_is_created_get())
+    database.sort_clones_by_name(frame);
+}
+
 bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem::path file, number_list &list,
                                                                 std::string &pure_name, class_DB_of_clones &database) {
   std::vector<std::string> names;
   std::int32_t count = 0, n_unknown = 0;
   if (!reading_file_with_list_of_clones(std::move(file), names, count, pure_name))
     return false;
-  frame_.step_text_set("Reading...");
-  if (!database.clone_name_sorted_is_created_get())
-    database.sort_clones_by_name(frame_);
+  prepare_search(frame_, database);
   number_list found;
   for (std::size_t i = 1; i < names.size(); ++i) {
     report_position(frame_, i, names.size() - 1);
@@ -91,9 +95,7 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones_rep(std::filesys
   std::int32_t n_names = 0, n_unknown = 0;
   if (!reading_file_with_list_of_clones(std::move(file), names, n_names, pure_name))
     return false;
-  frame_.step_text_set("Reading...");
-  if (!database.clone_name_sorted_is_created_get())
-    database.sort_clones_by_name(frame_);
+  prepare_search(frame_, database);
   number_list found;
   for (std::size_t i = 1; i < names.size(); ++i) {
     report_position(frame_, i, names.size() - 1);

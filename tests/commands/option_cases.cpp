@@ -187,13 +187,11 @@ fails
   file=in/plates -> selected_clones_plates.txt
 [library]
 run: library.repeats file=in/plates
-answer: Repeats = yes
   out=o.sizes -> o.sizes
   out=p.sizes -> files
 [library]
 before: library.save out=o.sizes
 run: library.repeats file=in/plates out=o.sizes
-answer: Repeats = yes
 fails
   force=yes -> o.sizes
 [library]

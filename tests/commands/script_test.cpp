@@ -6,6 +6,23 @@ using namespace orb_test;
 
 namespace {
 
+std::string quoted_when_needed(const std::string &text) {
+  if (!text.empty() && text.find_first_of(" \t\"#\\") == std::string::npos)
+    return text;
+  std::string quoted = "\"";
+  for (const char c : text)
+    quoted += (c == '"' || c == '\\' ? "\\" : "") + std::string(1, c);
+  return quoted + '"';
+}
+
+// A line that means the same command.
+std::string text_of_script_line(const script_line &line) {
+  std::string text = line.command;
+  for (const auto &[key, value] : line.values)
+    text += " " + key + "=" + quoted_when_needed(value);
+  return text;
+}
+
 using values = std::vector<std::pair<std::string, std::string>>;
 
 // The lines of a script; what people are told and what results are.

@@ -226,7 +226,7 @@ TEST_F(library_file, lists_and_tests_of_a_database) {
   book.add({"Repeats=1, Not_eq=0. Make file without repeats? (You will need to select file with DataBase again)", "yes",
             false});
   number_list written;
-  test_database_on_repeats(frame, database, [&written](const number_list &list) { written = list; });
+  test_database_on_repeats(frame, database, false, [&written](const number_list &list) { written = list; });
   EXPECT_EQ(written, (number_list{1, 3}));
   book.add({"Open .sizes file to test", write("t.sizes", "A,1\n7,5\n15E24\n").string(), false});
   test_for_Reviewer(frame);

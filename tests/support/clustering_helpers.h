@@ -1,6 +1,7 @@
 // A small library of clones, and a frame whose answers are prepared.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,25 @@ struct library : pinned_clock, scripted_frame {
   }
 
   std::string file(const std::string &name) const { return file_bytes(folder / name); }
+};
+
+// Five clones of 11 to 15 bands: C1 and C3 in "cl_2", C2 alone in "cl_3", C4 and C5 in "Singletones".
+class five_clones_in_contigs : public testing::Test {
+protected:
+  library lib_{5};
+  class_FPCto_import contigs_{lib_.frame, lib_.settings, lib_.database};
+  void SetUp() override {
+    contigs_.clear_all_and_create_cluster_AllDB(5, "cl_1", "all");
+    contigs_.cluster_off_clusterName("cl_1");
+    contigs_.add_new_cluster({1, 3}, "cl_2", "all_pr18.00", false);
+    contigs_.add_new_cluster({2}, "cl_3", "all_b", false);
+    contigs_.add_new_cluster({4, 5}, "Singletones", "", false);
+    contigs_.clone_coordinates_set(1, 3, 13);
+    contigs_.clone_coordinates_set(3, 1, 13);
+    contigs_.clone_coordinates_set(2, 1, 12);
+    for (cluster_id id = 1; id <= 3; ++id)
+      contigs_.make_min_and_max_coor_for_cluster(id);
+  }
 };
 
 } // namespace orb_test

@@ -54,20 +54,25 @@ TEST_F(program_options, the_log_lies_where_it_is_asked_for) {
   EXPECT_NE(whole::bytes_of(folder / "logs/ORB.log").find("library.load done"), std::string::npos);
 }
 
-// A question whose default is no and whose yes goes on.
+// A question whose default is no, until a file is named, and whose yes goes on.
 TEST_F(program_options, questions_are_answered_by_a_file_or_by_yes) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
-  const std::string command = "repeats l.ORBdb --file " + example + " --out ";
-  orb(command + "asked.sizes");
-  EXPECT_FALSE(fs::exists(folder / "asked.sizes"));
-  EXPECT_EQ(orb(command + "yes.sizes --yes").status, 0);
-  EXPECT_TRUE(fs::exists(folder / "yes.sizes"));
+  const std::string command = "repeats l.ORBdb --file " + example;
+  const fs::path unnamed = folder / ".home/selected_clones_ecoli536.txt";
+  orb(command);
+  EXPECT_FALSE(fs::exists(unnamed));
+  EXPECT_EQ(orb(command + " --yes").status, 0);
+  ASSERT_TRUE(fs::exists(unnamed));
+  const std::string records = whole::bytes_of(unnamed);
+  fs::remove(unnamed);
   whole::write_bytes(folder / "answers.txt", "Repeats\tyes\n");
-  EXPECT_EQ(orb(command + "told.sizes --answers answers.txt").status, 0);
-  EXPECT_EQ(whole::bytes_of(folder / "told.sizes"), whole::bytes_of(folder / "yes.sizes"));
+  EXPECT_EQ(orb(command + " --answers answers.txt").status, 0);
+  EXPECT_EQ(whole::bytes_of(unnamed), records);
+  EXPECT_EQ(orb(command + " --out named.sizes").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / "named.sizes"), records) << "the name of a file is the answer";
   whole::write_bytes(folder / "no.txt", "Repeats\tno\n");
-  orb(command + "no.sizes --yes --answers no.txt");
+  orb(command + " --out no.sizes --yes --answers no.txt");
   EXPECT_FALSE(fs::exists(folder / "no.sizes")) << "an answer that was prepared comes before --yes";
   whole::write_bytes(folder / "wrong.txt", "no tab here\n");
-  EXPECT_EQ(orb(command + "wrong.sizes --answers wrong.txt").status, 2);
+  EXPECT_EQ(orb(command + " --answers wrong.txt").status, 2);
 }
