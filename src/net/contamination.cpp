@@ -17,17 +17,18 @@ constexpr std::int32_t standard_distance = 5;
 constexpr double largest_distance = 1000000;
 
 struct well_place {
-  std::string_view plate; // empty: the name tells no well
+  std::string_view plate; // may be empty
   int row = 0;            // code of a character
   int column = 0;
+  bool is_there = false;
 };
 
-// A name of three characters is a well of no plate. A column that isn't of digits can't be compared.
+// A name that is a well alone lies on the plate without a name. A column that isn't of digits can't be compared.
 well_place well_of_name(std::string_view name) {
-  if (name.size() <= 3)
+  if (name.size() <= 2)
     return {};
   const std::string_view last = name.substr(name.size() - 3);
-  well_place well{{}, static_cast<unsigned char>(last[0]), 0};
+  well_place well{{}, static_cast<unsigned char>(last[0]), 0, true};
   for (const char c : last.substr(1)) {
     if (c < '0' || c > '9')
       return {};
@@ -76,7 +77,7 @@ public:
   }
   bool are_neighbours(clone_number a, clone_number b, std::int32_t max_distance) const {
     const well_place &at = wells_[static_cast<std::size_t>(a)], &other = wells_[static_cast<std::size_t>(b)];
-    return !at.plate.empty() && at.plate == other.plate && std::abs(at.row - other.row) <= max_distance &&
+    return at.is_there && other.is_there && at.plate == other.plate && std::abs(at.row - other.row) <= max_distance &&
            std::abs(at.column - other.column) <= max_distance &&
            database_.name_of_clone_get(a) != database_.name_of_clone_get(b);
   }
