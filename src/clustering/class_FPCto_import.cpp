@@ -275,8 +275,8 @@ bool class_FPCto_import::clones_are_free(const number_list &list) {
     const cluster_id id = clone_in_cluster_get(clone);
     if (!cluster_is_in_use_get(id))
       continue;
-    frame_->message("Clone " + std::to_string(clone) + " " + database_->name_of_clone_get(clone) +
-                    " is already situated in cluster " + name_of_cluster_get(id));
+    frame_->alarm("Clone " + std::to_string(clone) + " " + database_->name_of_clone_get(clone) +
+                  " is already situated in cluster " + name_of_cluster_get(id));
     return false;
   }
   return true;
@@ -286,7 +286,7 @@ bool class_FPCto_import::add_new_cluster(const number_list &list, const std::str
                                          bool check) {
   check_clone_numbers(list);
   if (id_of_name_.contains(name)) {
-    frame_->message("Cluster with name " + name + " already exist!");
+    frame_->alarm("Cluster with name " + name + " already exist!");
     return false;
   }
   if (check && !clones_are_free(list))
@@ -314,7 +314,7 @@ void class_FPCto_import::cluster_off_clusterName(const std::string &name) {
   bool not_found = false;
   search_for_cluster(name, id, not_found);
   if (not_found)
-    frame_->message("Contig " + name + " not found!");
+    frame_->alarm("Contig " + name + " not found!");
   else
     cluster_off_idCluster(id);
 }
@@ -322,9 +322,9 @@ void class_FPCto_import::cluster_off_clusterName(const std::string &name) {
 void class_FPCto_import::cluster_off_idCluster(cluster_id id) {
   const std::string &name = name_of_cluster_get(id);
   if (n_in_use_ == 0) {
-    frame_->message("No contigs! Can't OFF contig " + name);
+    frame_->alarm("No contigs! Can't OFF contig " + name);
   } else if (!cluster_is_in_use_get(id)) {
-    frame_->message("NB! Can't OFF contig " + name + " that was not ON.");
+    frame_->alarm("NB! Can't OFF contig " + name + " that was not ON.");
   } else {
     in_use_[static_cast<std::size_t>(id)] = 0;
     --n_in_use_;

@@ -275,12 +275,12 @@ void class_clustering::order_of_elements_in_cluster_set(std::int32_t cluster, co
 
 void class_clustering::delete_cluster(std::int32_t cluster, bool rebuild) {
   if (cluster < 1 || cluster > private_n_of_clusters_) {
-    frame_->message("Can't delete non-existing cluster!");
+    frame_->alarm("Can't delete non-existing cluster!");
     return;
   }
   const bool has_rest = name_of_cluster_get(private_n_of_clusters_) == NAME_OF_SET_OF_ELEMENTS_NOT_IN_CLUSTERS;
   if (cluster == private_n_of_clusters_ && has_rest) {
-    frame_->message("Can't delete set of elements that not in clusters!");
+    frame_->alarm("Can't delete set of elements that not in clusters!");
     return;
   }
   const std::int32_t size = n_elements_in_cluster_(cluster);
@@ -307,7 +307,7 @@ void class_clustering::delete_cluster(std::int32_t cluster, bool rebuild) {
     }
   }
   if (problem)
-    frame_->message("Problem in delition of cluster!");
+    frame_->alarm("Problem in delition of cluster!");
   for (std::int32_t c = cluster; c < private_n_of_clusters_; ++c) {
     n_elements_in_cluster_(c) = n_elements_in_cluster_(c + 1);
     name_of_cluster_set(c, name_of_cluster_get(c + 1));

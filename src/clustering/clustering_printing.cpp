@@ -84,11 +84,7 @@ bool class_clustering::read_clusterization() {
 }
 
 bool class_clustering::read_clusterization(const std::filesystem::path &path) {
-  const auto refuse = [this](const std::string &text) {
-    frame_->message(text);
-    frame_->data_failed_set();
-    return false;
-  };
+  const auto refuse = [this](const std::string &text) { return frame_->refuse(text); };
   line_reader file(path);
   number_list numbers;
   numbers.reserve(n_elements_);

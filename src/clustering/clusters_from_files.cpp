@@ -190,7 +190,7 @@ void class_FPCto_import::set_marker_clusters(class_markers &markers) {
     n_problematic += problematic;
   }
   if (n_problematic > 0)
-    frame_->message("Number of problematic markers is " + std::to_string(n_problematic));
+    frame_->alarm("Number of problematic markers is " + std::to_string(n_problematic));
 }
 
 void class_FPCto_import::read_clustering_from_folder_of_files_run() {

@@ -80,7 +80,7 @@ void class_FPCto_import::print_N50_statistics() {
 
 void class_FPCto_import::print_coordinates_of_clones(const number_list &list, const std::filesystem::path &path) {
   if (list.empty()) {
-    frame_->message("list_of_clones(0)=0");
+    frame_->alarm("list_of_clones(0)=0");
     return;
   }
   check_clone_numbers(list);

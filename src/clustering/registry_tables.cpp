@@ -31,7 +31,7 @@ fs::path file_or_default(const process_frame &frame, const fs::path &file, const
 
 void class_FPCto_import::print_cluster_name_for_clones(const number_list &list, const fs::path &file) {
   if (list.empty()) {
-    frame_->message("list_of_clones(0)=0");
+    frame_->alarm("list_of_clones(0)=0");
     return;
   }
   check_clone_numbers(list);
@@ -202,15 +202,12 @@ bool class_FPCto_import::print_positon_of_markers() {
     if (file.empty())
       return false;
     if (const std::string problem = why_no_text_file(file); !problem.empty()) {
-      frame_->message(problem);
-      frame_->data_failed_set();
-      return false;
+      return frame_->refuse(problem);
     }
     std::int32_t n_unknown = 0;
     wanted = clones_of_lines(file, *database_, n_unknown);
     if (n_unknown > 0) {
-      frame_->message("In total, " + std::to_string(n_unknown) + " clones not found! ");
-      frame_->data_failed_set();
+      frame_->refuse("In total, " + std::to_string(n_unknown) + " clones not found! ");
     }
   } else {
     wanted = clones_of_all_markers(database_->markers());
@@ -241,7 +238,7 @@ bool class_FPCto_import::print_positon_of_markers() {
 void class_FPCto_import::PrintClonesForMarkers(marker_separator separator) {
   const class_markers &markers = database_->markers();
   if (markers.total_number_of_markers_get() == 0) {
-    frame_->message("No markers were loaded!");
+    frame_->alarm("No markers were loaded!");
     return;
   }
   question asked;
@@ -270,9 +267,7 @@ bool class_FPCto_import::rename_contigs(const fs::path &file) {
   line_reader lines(file);
   std::string_view line;
   const auto refused = [&](const std::string &why) {
-    frame_->message(why + "\r\nfile " + file.string() + ", line " + std::to_string(lines.line_number()));
-    frame_->data_failed_set();
-    return false;
+    return frame_->refuse(why + "\r\nfile " + file.string() + ", line " + std::to_string(lines.line_number()));
   };
   while (lines.next(line)) {
     if (line.empty())
@@ -291,9 +286,7 @@ bool class_FPCto_import::rename_contigs(const fs::path &file) {
   for (const auto &[id, name] : renamed) {
     const auto found = id_of_name_.find(name);
     if (found != id_of_name_.end() && renamed.count(found->second) == 0) {
-      frame_->message("Cluster with name " + name + " already exist!");
-      frame_->data_failed_set();
-      return false;
+      return frame_->refuse("Cluster with name " + name + " already exist!");
     }
   }
   for (const auto &[id, name] : renamed)

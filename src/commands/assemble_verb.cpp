@@ -25,7 +25,7 @@ class assembly {
 public:
   assembly(verb_run &call, project_state &project, const command_streams &streams)
       : call_(call), project_(project), streams_(streams), record_(identity_of(call), project.frame().clock()),
-        out_(call.path("out")), record_file_(out_ / "run.json") {}
+        stages_(streams, 4), out_(call.path("out")), record_file_(out_ / "run.json") {}
 
   command_result run() {
     const fs::path input = call_.path("input");
@@ -56,8 +56,13 @@ public:
         break;
       record_.save(record_file_);
     }
+    stages_.end();
     record_.end_set(state_of(end), end.status, end.why);
     save_at_the_end(end);
+    repeat_warnings();
+    if (end.status == exit_status::stopped)
+      streams_.trouble(words_on_what_is_kept(record_.json(), out_) +
+                       " The same command with --resume goes on from there.");
     return end;
   }
 
@@ -66,8 +71,7 @@ private:
   command_result step(const std::string &command) { return keep(run_command(project_, *call_.step(command))); }
 
   command_result keep(command_result result) {
-    for (const std::string &line : result.lines)
-      streams_.results(line);
+    stages_.add(result);
     command_result recorded = result;
     if (!record_inputs_)
       recorded.inputs.clear(); // recorded before any work, so that an earlier run can be compared
@@ -79,13 +83,21 @@ private:
     return result;
   }
 
+  // What was told before the contigs would be out of sight behind them.
+  void repeat_warnings() {
+    for (const nlohmann::json &warning : record_.json().value("warnings", nlohmann::json::array())) {
+      const std::string text = warning.get<std::string>();
+      streams_.people("\nWarning: " + text);
+    }
+  }
+
   void save_at_the_end(const command_result &end) {
     try {
       record_.save(record_file_);
     } catch (const file_error &failed) {
       if (end.completed)
         throw;
-      streams_.people(failed.what());
+      streams_.trouble(failed.what());
     }
   }
 
@@ -126,7 +138,7 @@ private:
         record_.continue_from(*before);
         return true;
       }
-      streams_.people(
+      streams_.trouble(
           fmt::format("The assembly in {} can't be resumed: {}. --force makes it anew.", out_.string(), difference));
       return false;
     }
@@ -164,7 +176,8 @@ private:
     std::int32_t min_size = contig_figures{}.min_size;
     whole_number_parse(call_.option("min-size")->rows.front()->text(), min_size);
     streams_.people(text_of_contigs(
-        contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})))));
+        contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0}))),
+        results.value("band_length", std::string())));
     streams_.results(folder.string());
     return command_result::ended(static_cast<exit_status>(earlier_->value("exit_status", 0)));
   }
@@ -180,7 +193,6 @@ private:
   command_result read_library(bool resumed) {
     if (!resumed)
       return step("library.load");
-    streams_.people("Resumed: the library is there.");
     return other("library.load",
                  {{"file", library_file().string()}, {"capacity", call_.option("capacity")->rows.front()->text()}});
   }
@@ -188,16 +200,15 @@ private:
   command_result library() {
     const bool resumed = kept("library");
     const nlohmann::json earlier_copies = record_.json()["results"].value("copies_dropped", nlohmann::json());
+    stages_.begin("load");
     record_.stage_start("load");
     command_result end = read_library(resumed);
     if (!end.completed)
       return end;
-    if (resumed)
+    if (resumed) {
       record_.result_set("copies_dropped", earlier_copies);
-    else
-      streams_.people(fmt::format("Clones read: {}. Exact copies dropped: {}.",
-                                  number_text_thousands(project_.database().total_number_of_clones_get()),
-                                  number_text_thousands(project_.reader().summary().n_copies_dropped)));
+      tell_kept("the library is there already");
+    }
     if (call_.is_given("markers"))
       take_end(step("markers.load"), end);
     if (end.completed && !resumed)
@@ -213,8 +224,9 @@ private:
   }
 
   command_result net() {
+    stages_.begin("net");
     if (kept("net")) {
-      streams_.people("Resumed: the net is there.");
+      tell_kept("the net is there already");
       return kept("revised_net") ? command_result{} : load(net_file());
     }
     record_.stage_start("net");
@@ -231,8 +243,9 @@ private:
   command_result load(const fs::path &file) { return other("net.load", {{"file", file.string()}}); }
 
   command_result revision() {
+    stages_.begin("revision");
     if (kept("revised_net")) {
-      streams_.people("Resumed: the revised net is there.");
+      tell_kept("the revised net is there already");
       return load(revised_file());
     }
     record_.stage_start("revision");
@@ -247,16 +260,24 @@ private:
   }
 
   command_result contigs() {
+    stages_.begin("contigs");
     record_.stage_start("contigs");
     const command_result end = step("contigs.assemble");
     record_.stage_end();
     return end;
   }
 
+  void tell_kept(const std::string &what) {
+    command_result told;
+    told.summary = what;
+    stages_.add(told);
+  }
+
   verb_run &call_;
   project_state &project_;
   const command_streams &streams_;
   run_record record_;
+  told_stages stages_;
   fs::path out_, record_file_;
   std::optional<nlohmann::json> earlier_; // the run that --resume continues
   bool record_inputs_ = false;

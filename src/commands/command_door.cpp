@@ -40,6 +40,18 @@ template <class Work> command_result guarded(const Work &work) {
   }
 }
 
+// The doubtful places become one warning; under --strict a warning is an error, which ends a list of commands.
+void settle_warnings(process_frame &frame, command_result &result) {
+  if (frame.doubts().count() > 0)
+    frame.warn(frame.doubts().text());
+  result.warnings = frame.warnings();
+  if (!frame.strict_get() || result.warnings.empty() || result.status != exit_status::done)
+    return;
+  result.status = exit_status::run_failed;
+  result.completed = false;
+  result.why = "with --strict a warning is an error";
+}
+
 // What the frame saw of the work counts too.
 void settle_status(process_frame &frame, command_result &result) {
   if (frame.process_is_running() && result.status != exit_status::done) {
@@ -89,6 +101,7 @@ command_result run_command(project_state &project, const bound_command &command)
     return command.row().run_(project, command.values_.get());
   });
   const command_result logged = guarded([&] {
+    settle_warnings(frame, result);
     settle_status(frame, result);
     if (begun)
       frame.log_line(id + " " + text_of_end(result));

@@ -37,6 +37,9 @@ struct command_result {
   // Whether the work came to its end. It may have, with status run_failed: the data were doubtful, and this was told.
   bool completed = true;
   std::string why;                           // of a status other than done, where no message told it yet
+  std::string summary;                       // what was done, in a line, for people
+  std::string findings;                      // a table or the like, for people, behind the summary
+  std::vector<std::string> warnings;         // shown already; what is doubtful about the input
   std::vector<std::string> lines;            // results for standard output
   std::vector<std::filesystem::path> inputs; // files read; a folder stands for its fingerprint files
   std::vector<named_file> files;             // made, or kept
@@ -160,6 +163,8 @@ public:
   template <class Parameters> Parameters &values() { return *static_cast<Parameters *>(values_.get()); }
   // "key=value"; throws usage_error for an unknown key or a value that isn't taken.
   void set(const std::string &key, const std::string &value);
+  // A default in place of the row's own; the parameter isn't given by it.
+  void begin_with(const std::string &key, const std::string &value) { list_.find(key)->begin_with(value); }
   // Throws usage_error or file_error: a needed parameter or part is missing, or the parameters can't do.
   void check(const project_state &project, const parts_there &there) const;
   void foresee(project_state &project, const parts_there &there) const;

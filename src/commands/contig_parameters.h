@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "commands/command_row.h"
+#include "commands/length_parameters.h"
 #include "contigs/class_contig_adapt_clust.h"
 
 namespace orb {
@@ -18,7 +18,9 @@ struct ordering_parameters {
 struct contig_file_parameters {
   bool no_ordering = false, no_pair_tables = false, no_drawings = false;
   std::string drawing_format = "net"; // "net", "graphml" or "both"
-  drawing_options drawing;            // captions and marks, as in draw.list
+  std::optional<bool> from_net_only;  // tables of pairs
+  length_parameters lengths;
+  drawing_options drawing; // captions and marks, as in draw.list
   ordering_parameters ordering;
 };
 

@@ -5,6 +5,7 @@
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
 #include "contigs/class_contig_adapt_clust.h"
+#include "frame/numbers.h"
 #include "reports/contig_summary_text.h"
 
 namespace orb {
@@ -51,12 +52,16 @@ void describe_contig_files(parameter_list &list, contig_file_parameters &p) {
   const char *group = "Files of a contig";
   list.add("no-ordering", p.no_ordering, "no ordering by jackknife").in_group(group);
   list.add("no-pair-tables", p.no_pair_tables, "no tables of pairs").in_group(group);
+  list.add("from-net-only", p.from_net_only, "tables of pairs hold the pairs of the net only")
+      .unset("asked")
+      .in_group(group);
   list.add("no-drawings", p.no_drawings, "no drawings of nets").in_group(group);
   list.add("drawing-format", p.drawing_format, "of drawings: net, graphml, or both")
       .one_of({"net", "graphml", "both"})
       .in_group(group);
   describe_drawing_panel(list, p.drawing);
   describe_ordering(list, p.ordering);
+  describe_lengths(list, p.lengths);
 }
 
 contig_files files_of_contigs(process_frame &frame, const contig_file_parameters &p) {
@@ -71,7 +76,8 @@ contig_files files_of_contigs(process_frame &frame, const contig_file_parameters
   question asked;
   asked.text = "From the net only?";
   asked.by_default = asked.to_go_on = answer::no;
-  files.pairs = frame.yes(asked) ? pairs_of_table::from_net_only : pairs_of_table::all;
+  files.pairs =
+      (p.from_net_only ? *p.from_net_only : frame.yes(asked)) ? pairs_of_table::from_net_only : pairs_of_table::all;
   return files;
 }
 
@@ -96,6 +102,7 @@ struct assemble_parameters {
   double step_cutoff = 3;
   bool excluding_branching = false;
   std::int32_t rank_relative_to_diam_path = 2, minimal_branch_size = 3;
+  std::optional<bool> browse;
   contig_file_parameters files;
 };
 
@@ -121,6 +128,7 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
       .in_group(group);
   list.add("steps", p.n_steps, "levels above the base").captioned("N steps").limits(0, 10000).in_group(group);
   describe_contig_files(list, p.files);
+  describe_browse(list, p.browse);
 }
 
 void put_assemble(const assemble_parameters &p, command_result &result) {
@@ -141,8 +149,14 @@ void put_figures(const contig_figures &figures, command_result &result) {
   result.figure("N50_bands", figures.N50_bands);
 }
 
+void check_assemble(const project_state &, const parts_there &, const assemble_parameters &p) {
+  check_lengths(p.files.lengths);
+}
+
 command_result run_assemble(project_state &project, const assemble_parameters &p) {
   work_in(project, p.out);
+  answer_browse_ahead(project, p.browse);
+  const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
   class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
   clust.main_parameters_set(p.n_clones_max, p.minimal_cluster_size, p.width_max, p.step_cutoff, p.n_steps,
                             p.excluding_branching, p.rank_relative_to_diam_path, p.minimal_branch_size);
@@ -159,8 +173,12 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
     result.lines.push_back(found.folder.string());
     project.loaded(project_part::contigs, {found.folder, "contigs.assemble"});
   }
-  if (found.completed)
-    project.frame().note(text_of_contigs(figures));
+  if (found.completed) {
+    result.summary = fmt::format("{} contigs with {} clones", figures.contigs.size(),
+                                 number_text_thousands(figures.n_clones_in_contigs));
+    result.findings = text_of_contigs(figures, *band_length);
+    result.figure("band_length", *band_length);
+  }
   return result;
 }
 
@@ -226,6 +244,7 @@ void describe_retain(parameter_list &list, retain_parameters &p) {
 void check_retain(const project_state &, const parts_there &, const retain_parameters &p) {
   check_input(p.old_MTP);
   check_input(p.sequenced);
+  check_lengths(p.files.lengths);
 }
 
 retained_path_options wishes_of(const retain_parameters &p) {
@@ -240,6 +259,7 @@ retained_path_options wishes_of(const retain_parameters &p) {
 
 command_result run_retain(project_state &project, const retain_parameters &p) {
   work_in(project, p.out);
+  const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
   class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
   // Given clusters are tested as they are: none is too large, too small or too wide, and the ladder has one step.
   constexpr std::int32_t any_size = 5000, smallest = 2, any_width = 5000;
@@ -256,10 +276,11 @@ command_result run_retain(project_state &project, const retain_parameters &p) {
   if (!found.folder.empty())
     result.file("run_folder", found.folder);
   if (result.completed) {
-    project.frame().note(fmt::format("Contigs analysed again: {}. The path that keeps old clones: "
-                                     "list_of_clones_MTP_new.tsv; old clones off it: "
-                                     "list_of_clones_from_allow_to_use_not_used.tsv.",
-                                     found.clusters.size()));
+    result.summary = fmt::format("{} contigs analysed again", found.clusters.size());
+    result.findings = "The path that keeps old clones: list_of_clones_MTP_new.tsv; old clones off it: "
+                      "list_of_clones_from_allow_to_use_not_used.tsv.";
+    if (!band_length->empty())
+      result.findings += "\n" + *band_length;
     result.lines.push_back(found.folder.string());
   }
   return result;
@@ -276,6 +297,7 @@ void add_contig_rows(command_rows &rows) {
                      .needs({part::library})
                      .makes({part::contigs})
                      .parameters(describe_assemble)
+                     .checked_by(check_assemble)
                      .runs(run_assemble)
                      .row());
   rows.push_back(command_maker<run_parameters>("contigs.load")

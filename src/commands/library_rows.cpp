@@ -104,10 +104,9 @@ command_result run_load(project_state &project, const load_parameters &p) {
   command_result result;
   if (!wishes.file.empty())
     result.inputs.push_back(wishes.file);
+  result.summary = text_of_library(project.database());
   if (found.n_copies_dropped > 0)
-    project.frame().note(
-        fmt::format("Exact copies dropped: {} of {} records.", found.n_copies_dropped, found.n_records));
-  project.frame().note("Library: " + text_of_library(project.database()) + ".");
+    result.summary += fmt::format("; exact copies dropped: {} of {} records", found.n_copies_dropped, found.n_records);
   put_parameters(project.database(), result);
   result.figure("clones", project.database().total_number_of_clones_get());
   result.figure("copies_dropped", found.n_copies_dropped);

@@ -28,15 +28,15 @@ void net_was_made(project_state &project, const std::string &id, const overlap_r
   project.rule_of_net_set(rule);
 }
 
-void say_overlaps(project_state &project, command_result &result) {
+void put_overlaps(project_state &project, command_result &result) {
   const class_net &net = project.signif().net();
   std::int32_t most = 0;
   for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v)
     most = std::max(most, net.number_of_edges_for_vertex_total_get(v));
   result.figure("overlaps", net.number_of_edges_get() / 2);
-  project.frame().note(fmt::format("Overlaps: {} between {} clones, at most {} of one clone.",
-                                   number_text_thousands(net.number_of_edges_get() / 2),
-                                   number_text_thousands(net.number_of_vertices_get()), most));
+  result.summary = fmt::format("{} overlaps between {} clones, at most {} of one clone",
+                               number_text_thousands(net.number_of_edges_get() / 2),
+                               number_text_thousands(net.number_of_vertices_get()), most);
 }
 
 // A net of the same library is where work on a text net starts from; in memory it is always made anew.
@@ -47,7 +47,7 @@ command_result run_create(project_state &project, const no_parameters &) {
   project.frame().all_panels_reset();
   net_was_made(project, "net.create", project.rule());
   command_result result;
-  say_overlaps(project, result);
+  put_overlaps(project, result);
   return result;
 }
 
@@ -117,7 +117,7 @@ command_result run_create_text(project_state &project, const text_net_parameters
   if (!read_text_net_back(project, summary))
     return stopped_or_failed(project);
   net_was_made(project, "net.create_text", project.rule());
-  say_overlaps(project, result);
+  put_overlaps(project, result);
   return result;
 }
 
@@ -142,11 +142,10 @@ bool net_fits_record(project_state &project, const fs::path &file, const nlohman
   const std::string own = checksum_text(library_checksum(project.database()));
   if (recorded.empty() || recorded == own)
     return true;
-  project.frame().message(fmt::format("Net {} was made from another library: its record names checksum {}, the library "
-                                      "has {}.\r\nNet of significant overlaps was not loaded.",
-                                      file.string(), recorded, own));
-  project.frame().data_failed_set();
-  return false;
+  return project.frame().refuse(
+      fmt::format("Net {} was made from another library: its record names checksum {}, the library "
+                  "has {}.\r\nNet of significant overlaps was not loaded.",
+                  file.string(), recorded, own));
 }
 
 std::optional<overlap_rule> rule_of_record(const nlohmann::json &record) {
@@ -214,7 +213,7 @@ command_result run_load_text(project_state &project, const text_net_file_paramet
     result.file("net", p.out);
   if (p.reduce)
     result.file("overlaps", project.frame().path_in_working_folder("\\overlaps.tsv"));
-  say_overlaps(project, result);
+  put_overlaps(project, result);
   return result;
 }
 
@@ -282,7 +281,7 @@ command_result run_remetric(project_state &project, const remetric_parameters &p
   project.signif().net_is_loaded_set();
   net_was_made(project, "net.remetric", project.rule());
   command_result result;
-  say_overlaps(project, result);
+  put_overlaps(project, result);
   return result;
 }
 

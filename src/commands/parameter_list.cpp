@@ -193,12 +193,20 @@ std::string parameter_row::take(const std::string &text) const {
   return {};
 }
 
+void parameter_row::begin_with(const std::string &text) {
+  take(text);
+  given_ = false;
+  default_shown = is_flag() ? "" : text;
+}
+
 std::string parameter_row::text() const {
   return std::visit(
       [](const auto *held) -> std::string {
         using value = std::remove_cv_t<std::remove_pointer_t<decltype(held)>>;
         if constexpr (std::is_same_v<value, bool>) {
           return *held ? "yes" : "no";
+        } else if constexpr (std::is_same_v<value, std::optional<bool>>) {
+          return !*held ? std::string() : **held ? "yes" : "no";
         } else if constexpr (is_optional<value>) {
           return *held ? number_text_shortest(static_cast<double>(**held)) : std::string();
         } else if constexpr (std::is_same_v<value, std::filesystem::path>) {
@@ -218,6 +226,10 @@ std::string parameter_row::text() const {
 const parameter_row *parameter_list::find(const std::string &key) const {
   const auto at = std::find_if(rows_.begin(), rows_.end(), [&](const parameter_row &row) { return row.key == key; });
   return at == rows_.end() ? nullptr : &*at;
+}
+
+parameter_row *parameter_list::find(const std::string &key) {
+  return const_cast<parameter_row *>(std::as_const(*this).find(key));
 }
 
 std::vector<std::string> parameter_list::keys() const {

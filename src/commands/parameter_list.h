@@ -15,9 +15,9 @@ namespace orb {
 // Where the value goes. A flag is a bool; an unset optional stays unset when the parameter isn't given; a vector takes
 // one value after another.
 using parameter_target =
-    std::variant<bool *, std::int16_t *, std::int32_t *, std::int64_t *, std::uint64_t *, double *, std::string *,
-                 std::filesystem::path *, std::optional<std::int16_t> *, std::optional<std::int32_t> *,
-                 std::optional<double> *, std::vector<std::filesystem::path> *>;
+    std::variant<bool *, std::optional<bool> *, std::int16_t *, std::int32_t *, std::int64_t *, std::uint64_t *,
+                 double *, std::string *, std::filesystem::path *, std::optional<std::int16_t> *,
+                 std::optional<std::int32_t> *, std::optional<double> *, std::vector<std::filesystem::path> *>;
 
 class parameter_row {
 public:
@@ -44,11 +44,16 @@ public:
   // ---- what it holds -------------------------------------------------------------------------------------------
   // Empty when the text was taken, else what is wrong with it and what is wanted. A flag takes yes, no and nothing.
   std::string take(const std::string &text) const;
+  // Holds the value from now on while it isn't given; of a verb that has a default of its own.
+  void begin_with(const std::string &text);
   // The value as text; empty: unset. Flags say yes or no.
   std::string text() const;
   // Whether the parameter was given, by `take`.
   bool is_given() const { return given_; }
-  bool is_flag() const { return std::holds_alternative<bool *>(target); }
+  // Takes yes, no and nothing. An optional one that isn't given is asked for.
+  bool is_flag() const {
+    return std::holds_alternative<bool *>(target) || std::holds_alternative<std::optional<bool> *>(target);
+  }
   bool is_list() const { return std::holds_alternative<std::vector<std::filesystem::path> *>(target); }
   bool is_number() const;
   bool is_path() const;
@@ -76,6 +81,7 @@ public:
   }
   const std::vector<parameter_row> &rows() const { return rows_; }
   const parameter_row *find(const std::string &key) const;
+  parameter_row *find(const std::string &key);
   std::vector<std::string> keys() const;
   // The first needed one that wasn't given; empty when none is missing.
   std::string missing() const;

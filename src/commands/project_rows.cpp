@@ -78,11 +78,13 @@ void settle_use_of_net(project_state &project) {
                          "; its overlaps are scored again with " +
                          family::name_of_cutoff_distance(rule.distance_index) + ".");
   settings.same_metric_as_net = is_same;
+  // A net that nobody recorded the making of begins a little above its cutoff.
+  constexpr double usual_gap = 0.1;
   const double smallest = net.minimal_edge_value_get();
-  if (is_same && rule.cutoff < (made_by ? made_by->cutoff : smallest))
-    project.frame().message(
-        "NB! Selected cutoff level " + number_text(rule.cutoff, 4) + "<" + number_text(smallest, 4) +
-        " =Min(edge_value)\rin the loaded net of significant clone overlaps:\r" + net.title_of_net_get());
+  if (is_same && rule.cutoff < (made_by ? made_by->cutoff : smallest - usual_gap))
+    project.frame().alarm("NB! Selected cutoff level " + number_text(rule.cutoff, 4) + "<" + number_text(smallest, 4) +
+                          " =Min(edge_value)\rin the loaded net of significant clone overlaps:\r" +
+                          net.title_of_net_get());
 }
 
 namespace {

@@ -258,7 +258,7 @@ void say_what_has_no_curve(process_frame &frame, const class_clone_dist_table &t
       for (std::int32_t j = 0; j <= i; ++j, ++n)
         n_without += table.situation(table.size(i), table.size(j), mode)->b_end == 0;
     if (n_without > 0)
-      frame.note(fmt::format("Mode {}: {} of {} pairs of sizes have no curve and score 0; more --runs or larger sizes "
+      frame.warn(fmt::format("Mode {}: {} of {} pairs of sizes have no curve and score 0; more --runs or larger sizes "
                              "give one.",
                              mode == 0 ? "iid" : "fr", n_without, n));
   }

@@ -3,6 +3,7 @@
 
 #include "clustering/class_FPCto_import.h"
 #include "commands/command_table.h"
+#include "commands/length_parameters.h"
 #include "commands/row_steps.h"
 #include "database/class_markers.h"
 #include "fpc/fpc_writing.h"
@@ -36,10 +37,27 @@ command_result run_reset(project_state &project, const no_parameters &) {
   return {};
 }
 
-command_result run_statistics(project_state &project, const folder_wishes &p) {
-  work_in(project, p.out);
+struct statistics_wishes {
+  folder_wishes folder;
+  length_parameters lengths;
+};
+
+void describe_statistics(parameter_list &list, statistics_wishes &p) {
+  describe_folder(list, p.folder);
+  describe_lengths(list, p.lengths);
+}
+
+void check_statistics(const project_state &, const parts_there &, const statistics_wishes &p) {
+  check_lengths(p.lengths);
+}
+
+command_result run_statistics(project_state &project, const statistics_wishes &p) {
+  work_in(project, p.folder.out);
+  const auto band_length = answer_band_lengths_ahead(project, p.lengths);
   registry_of(project).print_N50_statistics();
-  return {};
+  command_result result;
+  result.findings = *band_length;
+  return result;
 }
 
 struct list_wishes {
@@ -92,8 +110,24 @@ command_result run_lists(project_state &project, const folder_wishes &p) {
   return result;
 }
 
-command_result run_fpc(project_state &project, const folder_wishes &p) {
-  work_in(project, p.out);
+struct fpc_wishes {
+  statistics_wishes statistics;
+  std::optional<bool> browse;
+};
+
+void describe_fpc(parameter_list &list, fpc_wishes &p) {
+  describe_statistics(list, p.statistics);
+  describe_browse(list, p.browse);
+}
+
+void check_fpc(const project_state &project, const parts_there &there, const fpc_wishes &p) {
+  check_statistics(project, there, p.statistics);
+}
+
+command_result run_fpc(project_state &project, const fpc_wishes &p) {
+  work_in(project, p.statistics.folder.out);
+  answer_browse_ahead(project, p.browse);
+  answer_band_lengths_ahead(project, p.statistics.lengths);
   process_frame &frame = project.frame();
   const fs::path plain = frame.path_in_working_folder("\\FPC_like.fpc"),
                  pp = frame.path_in_working_folder("\\FPC_like_pp.fpc");
@@ -112,7 +146,7 @@ command_result run_remarks(project_state &project, const no_parameters &) {
 
 struct markers_wishes {
   fs::path out;
-  bool spaces = false;
+  std::optional<bool> spaces;
 };
 
 command_result run_marker_positions(project_state &project, const folder_wishes &p) {
@@ -124,12 +158,14 @@ command_result run_marker_positions(project_state &project, const folder_wishes 
 
 void describe_marker_clones(parameter_list &list, markers_wishes &p) {
   list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
-  list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker");
+  list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker").unset("asked");
 }
 
 command_result run_marker_clones(project_state &project, const markers_wishes &p) {
   work_in(project, p.out);
-  registry_of(project).PrintClonesForMarkers(p.spaces ? marker_separator::blank : marker_separator::ask);
+  registry_of(project).PrintClonesForMarkers(!p.spaces   ? marker_separator::ask
+                                             : *p.spaces ? marker_separator::blank
+                                                         : marker_separator::comma);
   return done_in(project, "clones", "\\clones_for_each_marker.txt");
 }
 
@@ -166,6 +202,10 @@ void add_table(command_rows &rows, const char *id, const char *caption, const ch
   maker.needs(std::move(needs));
   if constexpr (std::is_same_v<Parameters, list_wishes>)
     maker.checked_by(check_list);
+  if constexpr (std::is_same_v<Parameters, statistics_wishes>)
+    maker.checked_by(check_statistics);
+  if constexpr (std::is_same_v<Parameters, fpc_wishes>)
+    maker.checked_by(check_fpc);
   rows.push_back(maker.row());
 }
 
@@ -195,13 +235,13 @@ void add_registry_rows(command_rows &rows) {
                      .needs({project_part::library, project_part::contigs, project_part::markers})
                      .runs(run_remarks)
                      .row());
-  add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_folder, run_statistics);
+  add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_statistics, run_statistics);
   add_table(rows, "contigs.coordinates", "Coordinates of clones", "where each clone lies in its contig", describe_list,
             run_coordinates);
   add_table(rows, "contigs.names", "Contigs of clones", "which contig each clone lies in", describe_list, run_names);
   add_table(rows, "contigs.lists", "Print contigs", "the clones of each contig from left to right, a file a contig",
             describe_folder, run_lists);
-  add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_folder,
+  add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_fpc,
             run_fpc);
   add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs", describe_folder,
             run_marker_positions, true);

@@ -84,9 +84,8 @@ command_result run_revise(project_state &project, const revise_parameters &p) {
   result.figure("q_overlaps", summary.n_q_overlaps);
   result.figure("q_clones", summary.n_q_clones);
   result.file("net", project.signif().net().FullFileNameGet());
-  project.frame().note(fmt::format("Removed as false: {} Q-overlaps, {} Q-clones.",
-                                   number_text_thousands(summary.n_q_overlaps),
-                                   number_text_thousands(summary.n_q_clones)));
+  result.summary = fmt::format("removed as false: {} Q-overlaps, {} Q-clones",
+                               number_text_thousands(summary.n_q_overlaps), number_text_thousands(summary.n_q_clones));
   return result;
 }
 

@@ -57,12 +57,19 @@ command_result result_of(project_state &project, bool done) {
 }
 
 bool read_list(project_state &project, const fs::path &file, number_list &list, std::string &name) {
+  const auto tell_kind = [&] {
+    const std::string found = file.empty() ? "" : words_of_other_kind(file, {input_kind::list_of_clones});
+    if (!found.empty())
+      project.frame().message(found + " Wanted: a list of clones.");
+  };
   if (!class_list_of_clones(project.frame(), project.settings())
-           .run_reading_file_with_list_of_clones(file, list, name, project.database()))
+           .run_reading_file_with_list_of_clones(file, list, name, project.database())) {
+    tell_kind();
     return false;
-  if (list.empty()) {
-    project.frame().message("List " + file.string() + " holds no clone of the library.");
-    project.frame().data_failed_set(); // the result will be as empty, and says so
+  }
+  if (list.empty()) { // the result will be as empty, and says so
+    project.frame().refuse("List " + file.string() + " holds no clone of the library.");
+    tell_kind();
   }
   return true;
 }
@@ -81,8 +88,7 @@ fs::path folder_of_run(project_state &project, const fs::path &given) {
     return given;
   const fs::path newest = kind == input_kind::results_folder ? run_folder_of_results(given) : fs::path();
   if (newest.empty()) {
-    project.frame().message("This is neither the folder of a run nor of an assembly with one: " + given.string());
-    project.frame().data_failed_set();
+    project.frame().refuse("This is neither the folder of a run nor of an assembly with one: " + given.string());
   }
   return newest;
 }

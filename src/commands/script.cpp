@@ -76,10 +76,23 @@ script_line parse_script_line(const std::string &text, std::int64_t number) {
   return line;
 }
 
+// Lines that hold one; a line that can't be read counts too.
+static int number_of_commands(const std::string &text) {
+  int n = 0;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    const std::size_t first = text.find_first_not_of(" \t\r", begin);
+    n += first < end && text[first] != '#' ? 1 : 0;
+    begin = end + 1;
+  }
+  return n;
+}
+
 exit_status run_script(const std::string &text, const std::string &name, project_state &project,
                        const command_streams &streams) {
   exit_status worst = exit_status::done;
   std::int64_t number = 0;
+  told_stages stages(streams, number_of_commands(text));
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());
     ++number;
@@ -87,21 +100,23 @@ exit_status run_script(const std::string &text, const std::string &name, project
     script_line line;
     try {
       line = parse_script_line(text.substr(begin, end - begin), number);
-      if (!line.command.empty())
+      if (!line.command.empty()) {
+        stages.begin(line.command);
         result = run_line(line, project);
+      }
     } catch (const usage_error &wrong) {
       result = command_result::ended(exit_status::wrong_command, wrong.what());
     }
     begin = end + 1;
-    for (const std::string &shown : result.lines)
-      streams.results(shown);
+    stages.add(result);
+    stages.end();
     if (worst == exit_status::done)
       worst = result.status;
     if (result.completed && result.status != exit_status::wrong_command)
       continue;
-    streams.people("orb script: " + name + ", line " + std::to_string(number) + ", " +
-                   (line.command.empty() ? "" : line.command + ": ") +
-                   (result.why.empty() ? text_of_end(result) : result.why));
+    streams.trouble("orb script: " + name + ", line " + std::to_string(number) + ", " +
+                    (line.command.empty() ? "" : line.command + ": ") +
+                    (result.why.empty() ? text_of_end(result) : result.why));
     return result.status;
   }
   return worst;

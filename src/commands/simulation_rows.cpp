@@ -80,7 +80,7 @@ void put_bands(const band_parameters &p, command_result &result) {
 
 void warn_of_colours(process_frame &frame, const band_parameters &p) {
   if ((p.max_length - p.min_length) * p.scale > p.shift)
-    frame.note("The windows of the colours overlap: bands of two colours can merge. A larger --shift or a smaller "
+    frame.warn("The windows of the colours overlap: bands of two colours can merge. A larger --shift or a smaller "
                "--scale sets them apart.");
 }
 
@@ -271,14 +271,14 @@ private:
 
   void say_what_is_unusual(std::int64_t n_too_many) const {
     if (n_too_many > 0)
-      frame_.note(fmt::format("{} clones have more than {} bands: no library takes them. Use --keep observed.",
+      frame_.warn(fmt::format("{} clones have more than {} bands: no library takes them. Use --keep observed.",
                               n_too_many, most_bands_in_clone));
     // a fifth is usual
     if (!kept_.empty() && 2 * kept_.count() < clones_.n_clones())
-      frame_.note("Less than half of the clones have a usable number of bands, and those are the long and the chimeric "
+      frame_.warn("Less than half of the clones have a usable number of bands, and those are the long and the chimeric "
                   "ones: set --min-bands, or a longer --mean-length. statistics_all_clones.txt says what clones have.");
     if (kept_.empty())
-      frame_.note("No clone has a usable number of bands: see statistics_all_clones.txt for what they have.");
+      frame_.warn("No clone has a usable number of bands: see statistics_all_clones.txt for what they have.");
     else
       frame_.note(fmt::format("Next: orb assemble {} --out RESULTS{}", wanted_.output.out.string(),
                               options_of_assembly(wanted_.bands)));
@@ -439,7 +439,7 @@ command_result simulate_digest(project_state &project, const digest_parameters &
   const std::int64_t n_left_out = print_fingerprints(bands, p.output.out / "fingerprints.sizes");
   frame.process_done();
   if (n_left_out > 0)
-    frame.note(fmt::format("{} of {} records have no band or more than {}: fingerprints.sizes lacks them.", n_left_out,
+    frame.warn(fmt::format("{} of {} records have no band or more than {}: fingerprints.sizes lacks them.", n_left_out,
                            bands.chromosomes().size(), most_bands_in_clone));
   command_result result;
   put_digest(p, bands, result);

@@ -18,8 +18,9 @@ void describe_program_options(parameter_list &list, program_options &options) {
       .unset("all")
       .in_group(group);
   list.add("seed", options.seed, "of all chance").in_group(group);
-  list.add("quiet", options.quiet, "messages only").short_key('q').in_group(group);
-  list.add("verbose", options.verbose, "counters and log lines too").short_key('v').in_group(group);
+  list.add("strict", options.strict, "what is a warning about the input is an error").in_group(group);
+  list.add("quiet", options.quiet, "only warnings and what failed").short_key('q').in_group(group);
+  list.add("verbose", options.verbose, "message boxes, log lines and counters too").short_key('v').in_group(group);
   list.add("log", options.log, "folder of ORB.log").type("DIR").in_group(group);
   list.add("answers", options.answers, "file of answers to questions: prompt start, tab, answer")
       .type("FILE")
@@ -42,6 +43,8 @@ verb_run::verb_run(const verb &wanted) : verb_(&wanted) {
     bound_.push_back(command_by_id(step.command)->bind());
     for (const auto &[key, value] : step.presets)
       bound_.back().set(key, value);
+    for (const auto &[key, value] : step.defaults)
+      bound_.back().begin_with(key, value);
   }
   if (wanted.extra)
     wanted.extra(extra_, *this);
@@ -135,10 +138,74 @@ bool verb_run::flag(const std::string &name) const {
   return held && **held;
 }
 
+// ---- stages ----
+
+void told_stages::begin(const std::string &name) {
+  if (name == name_)
+    return;
+  end();
+  name_ = name;
+  if (!name_.empty())
+    streams_.stage_begins(++i_, n_, name_);
+}
+
+void told_stages::add(const command_result &result) {
+  if (!result.summary.empty())
+    summary_ += (summary_.empty() ? "" : "; ") + result.summary;
+  if (!result.findings.empty())
+    findings_ += (findings_.empty() ? "" : "\n") + result.findings;
+  lines_.insert(lines_.end(), result.lines.begin(), result.lines.end());
+  well_ = well_ && result.status == exit_status::done;
+  if (!well_)
+    streams_.stage_ends({}, false);
+}
+
+void told_stages::end() {
+  if (!name_.empty() && well_)
+    streams_.stage_ends(summary_, true);
+  if (!findings_.empty())
+    streams_.people(findings_);
+  for (const std::string &line : lines_)
+    streams_.results(line);
+  name_.clear();
+  summary_.clear();
+  findings_.clear();
+  lines_.clear();
+  well_ = true;
+}
+
+namespace {
+
+// Neighbours of the same name are one stage; a step that hangs on what an earlier one makes counts as if it ran.
+int number_of_stages(const verb_run &call, const project_state &project) {
+  int n = 0;
+  std::string before;
+  for (const verb_step &step : call.the_verb().steps) {
+    const bool may_run = step.if_there || call.runs(step, project);
+    if (!may_run || step.stage == before)
+      continue;
+    before = step.stage;
+    n += before.empty() ? 0 : 1;
+  }
+  return n;
+}
+
+} // namespace
+
 // ---- running ----
 
 run_identity identity_of(verb_run &call) {
   return {call.the_verb().name, call.program().command_line, call.program().seed, call.program().threads};
+}
+
+std::string words_on_what_is_kept(const nlohmann::json &record, const fs::path &folder) {
+  std::string kept;
+  const nlohmann::json outputs = record.value("outputs", nlohmann::json::object());
+  for (const auto &[key, output] : outputs.items())
+    kept += (kept.empty() ? "" : ", ") + output.value("name", key);
+  if (kept.empty())
+    return "Stopped. Nothing was kept.";
+  return "Stopped. Kept" + (folder.empty() ? "" : " in " + folder.string()) + ": " + kept + ".";
 }
 
 std::string state_of(const command_result &end) {
@@ -155,6 +222,8 @@ void record_result(const command_result &result, run_record &record) {
     record.result_set(figure.name, value_of(figure.value));
   for (const fs::path &input : result.inputs)
     record.inputs_add(input);
+  for (const std::string &warning : result.warnings)
+    record.warning_add(warning);
   std::error_code failed;
   for (const named_file &file : result.files)
     if (fs::exists(file.path, failed))
@@ -163,7 +232,7 @@ void record_result(const command_result &result, run_record &record) {
 
 void say_why(const verb_run &call, const command_result &result, const command_streams &streams) {
   if (!result.why.empty())
-    streams.people("orb " + call.the_verb().name + ": " + result.why);
+    streams.trouble("orb " + call.the_verb().name + ": " + result.why);
 }
 
 void take_end(const command_result &result, command_result &end) {
@@ -216,6 +285,9 @@ public:
   }
 
   run_record &record() { return record_; }
+  fs::path folder() const {
+    return call_.the_verb().record == record_place::in_folder ? call_.path("out") : fs::path();
+  }
 
   void stage(const std::string &name) {
     if (name == stage_)
@@ -237,7 +309,7 @@ public:
     } catch (const file_error &failed) {
       if (end.completed)
         throw;
-      streams.people(failed.what()); // why the work failed was told; that its record failed too is told beside
+      streams.trouble(failed.what()); // why the work failed was told; that its record failed too is told beside
     }
   }
 
@@ -264,23 +336,25 @@ command_result run_steps(verb_run &call, project_state &project, recorded_run &r
                          const command_streams &streams) {
   command_result end;
   const std::vector<verb_step> &steps = call.the_verb().steps;
+  told_stages stages(streams, number_of_stages(call, project));
   for (std::size_t i = 0; i < steps.size(); ++i) {
     if (!call.runs(steps[i], project))
       continue;
     const bound_command &bound = call.steps()[i];
     recorded.stage(steps[i].stage);
+    stages.begin(steps[i].stage);
     const command_result result = run_command(project, bound);
+    stages.add(result);
     record_result(result, recorded.record());
     for (const project_part part : bound.row().makes)
       if (part == project_part::library && result.completed)
         recorded.record().library_set(project.database().total_number_of_clones_get(),
                                       library_checksum(project.database()));
-    for (const std::string &line : result.lines)
-      streams.results(line);
     take_end(result, end);
     if (!result.completed)
       break;
   }
+  stages.end();
   return end;
 }
 
@@ -294,6 +368,7 @@ exit_status run_verb(verb_run &call, project_state &project, const command_strea
   }
   project.settings().seed = call.program().seed;
   project.settings().threads = call.program().threads;
+  project.frame().strict_set(call.program().strict);
   project.clear();
   const verb &wanted = call.the_verb();
   command_result end;
@@ -306,6 +381,8 @@ exit_status run_verb(verb_run &call, project_state &project, const command_strea
     recorded_run recorded(call, project);
     end = run_steps(call, project, recorded, streams);
     recorded.save(end, streams);
+    if (end.status == exit_status::stopped)
+      streams.trouble(words_on_what_is_kept(recorded.record().json(), recorded.folder()));
     if (end.completed && wanted.says_saved && std::filesystem::exists(call.path("out")))
       streams.people("Saved: " + call.path("out").string());
     if (end.completed && wanted.prints_out)

@@ -47,6 +47,16 @@ step net_save(std::optional<project_part> if_there = {}) {
   return {"net.save", "net", {}, {}, {}, if_there};
 }
 
+step contigs() {
+  return {"contigs.assemble",
+          "contigs",
+          {},
+          {},
+          {},
+          {},
+          {{"from-net-only", "no"}, {"browse", "no"}, {"bp-per-band", "estimate"}}};
+}
+
 std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
@@ -124,21 +134,22 @@ verb markers_verb(std::string name, std::string result, std::string purpose, std
 std::vector<step> report_steps() {
   const step load{"contigs.load", "", {{"folder", ""}}, {}, {}, {}};
   std::vector<step> steps = library_and({markers(), load});
-  const auto add = [&](const char *row, const char *when = "",
-                       std::vector<std::pair<std::string, std::string>> names = {},
-                       std::optional<project_part> if_there = {}) {
-    names.emplace_back("out", "out");
-    steps.push_back({row, "report", std::move(names), when, {}, if_there});
-  };
+  const auto add =
+      [&](const char *row, const char *when = "", std::vector<std::pair<std::string, std::string>> names = {},
+          std::optional<project_part> if_there = {}, std::vector<std::pair<std::string, std::string>> defaults = {}) {
+        names.emplace_back("out", "out");
+        steps.push_back({row, "report", std::move(names), when, {}, if_there, std::move(defaults)});
+      };
+  const std::pair<std::string, std::string> estimate{"bp-per-band", "estimate"};
   add("contigs.rename", "new-names", {{"file", "new-names"}});
   add("contigs.remarks", "", {}, project_part::markers);
-  add("contigs.statistics");
+  add("contigs.statistics", "", {}, {}, {estimate});
   add("contigs.coordinates");
   add("contigs.names");
   add("contigs.lists");
-  add("contigs.fpc");
+  add("contigs.fpc", "", {}, {}, {{"browse", "no"}, estimate});
   add("contigs.marker_positions", "", {}, project_part::markers);
-  add("contigs.marker_clones", "", {}, project_part::markers);
+  add("contigs.marker_clones", "", {}, project_part::markers, {{"spaces", "no"}});
   return steps;
 }
 
@@ -165,7 +176,7 @@ void add_stage_verbs(std::vector<verb> &table) {
                  scored_library_and({options(),
                                      {"net.create", "net", {}, {}, {}, {}},
                                      {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}, {}, {}, {}},
-                                     {"contigs.assemble", "contigs", {}, {}, {}, {}}}),
+                                     contigs()}),
                  {"out"});
   assemble.extra = resume_option;
   assemble.run = run_assemble_verb;
@@ -191,10 +202,9 @@ void add_stage_verbs(std::vector<verb> &table) {
                  scored_library_and({net(), {"net.revise", "revision", {{"ask-rank", ""}}, {}, {}, {}}}), {"out"});
   revise.says_saved = true;
   table.push_back(revise);
-  table.push_back(plain_verb(
-      "contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
-      "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", {"input", "net"}, place::in_folder,
-      scored_library_and({options(), net(), {"contigs.assemble", "contigs", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb("contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
+                             "orb contigs library.ORBdb net_noQQ.ORBns --out contigs --min-size 6", {"input", "net"},
+                             place::in_folder, scored_library_and({options(), net(), contigs()}), {"out"}));
 }
 
 void add_list_verbs(std::vector<verb> &table) {
@@ -214,35 +224,35 @@ void add_list_verbs(std::vector<verb> &table) {
                           {"table.pairs", "table", {{"from-net", ""}}, "!net", {}, {}},
                           {"table.pairs", "table", {}, "net", {{"from-net", "yes"}}, {}}}),
       {"out"}));
-  verb retain = plain_verb("retain", "RUN --old-mtp LIST --out DIR",
-                           "analyse the contigs of a run again, keeping an older tiling path",
-                           "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained",
-                           {"run"}, place::in_folder,
-                           {{"library.load",
-                             "load",
-                             {{"file", ""},
-                              {"plain-text", ""},
-                              {"capacity", ""},
-                              {"name-format-in", ""},
-                              {"name-format-out", ""},
-                              {"tolerance", ""},
-                              {"tolerance-index", ""},
-                              {"gel-length", ""},
-                              {"n-bands", ""},
-                              {"preset", ""},
-                              {"source", ""},
-                              {"keep", ""}},
-                             {},
-                             {},
-                             {}},
-                            markers(),
-                            tables(),
-                            metric(),
-                            options(),
-                            {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
-                            {"net.load", "", {{"file", ""}}, {}, {}, {}},
-                            {"contigs.retain", "retain", {}, {}, {}, {}}},
-                           {"out"});
+  verb retain = plain_verb(
+      "retain", "RUN --old-mtp LIST --out DIR", "analyse the contigs of a run again, keeping an older tiling path",
+      "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained", {"run"},
+      place::in_folder,
+      {{"library.load",
+        "load",
+        {{"file", ""},
+         {"plain-text", ""},
+         {"capacity", ""},
+         {"name-format-in", ""},
+         {"name-format-out", ""},
+         {"tolerance", ""},
+         {"tolerance-index", ""},
+         {"gel-length", ""},
+         {"n-bands", ""},
+         {"preset", ""},
+         {"source", ""},
+         {"keep", ""}},
+        {},
+        {},
+        {}},
+       markers(),
+       tables(),
+       metric(),
+       options(),
+       {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
+       {"net.load", "", {{"file", ""}}, {}, {}, {}},
+       {"contigs.retain", "retain", {}, {}, {}, {}, {{"from-net-only", "no"}, {"bp-per-band", "estimate"}}}},
+      {"out"});
   retain.extra = retain_options;
   retain.prepare = prepare_run_verb;
   table.push_back(retain);

@@ -15,10 +15,32 @@
 
 namespace orb {
 
-// Where a verb puts what isn't a file: `results` is standard output, `people` is standard error.
+// Where a verb puts what isn't a file: `results` is standard output, the others are standard error, of which `people`
+// is silent when quiet is wanted. Stages are told with their place among all, from 1; an end that isn't well shows what
+// was kept back.
 struct command_streams {
   std::function<void(const std::string &)> results;
   std::function<void(const std::string &)> people;
+  std::function<void(const std::string &)> trouble;
+  std::function<void(int i, int n, const std::string &name)> stage_begins = [](int, int, const std::string &) {};
+  std::function<void(const std::string &summary, bool well)> stage_ends = [](const std::string &, bool) {};
+};
+
+// The stages of one run, told as they begin and end; results come behind the line of their stage.
+class told_stages {
+public:
+  told_stages(const command_streams &streams, int n) : streams_(streams), n_(n) {}
+  // Ends the one before; a name that goes on is no new stage, and an empty one is none.
+  void begin(const std::string &name);
+  void add(const command_result &result);
+  void end();
+
+private:
+  const command_streams &streams_;
+  int n_, i_ = 0;
+  std::string name_, summary_, findings_;
+  std::vector<std::string> lines_;
+  bool well_ = true;
 };
 
 // What holds for the program, whatever it does.
@@ -26,7 +48,7 @@ struct program_options {
   std::vector<std::string> command_line; // as given, for run.json
   int threads = 0;
   std::uint64_t seed = 1;
-  bool quiet = false, verbose = false, yes = false;
+  bool quiet = false, verbose = false, yes = false, strict = false;
   std::filesystem::path answers, log;
 };
 void describe_program_options(parameter_list &list, program_options &options);
@@ -38,6 +60,8 @@ struct verb_step {
   std::string when;                                       // the step runs when this option was given, with "!" when not
   std::vector<std::pair<std::string, std::string>> presets; // keys with the values that they have in this verb
   std::optional<project_part> if_there;                     // the step runs when an earlier one made this part
+  // Defaults of this verb in place of the row's: a verb asks nothing that an option can say.
+  std::vector<std::pair<std::string, std::string>> defaults{};
 };
 
 enum class record_place { none, beside_file, in_folder }; // with --out
@@ -122,6 +146,8 @@ run_identity identity_of(verb_run &call);
 // Says why a command ended early, when no message told it.
 void say_why(const verb_run &call, const command_result &result, const command_streams &streams);
 std::string state_of(const command_result &end); // "complete", "stopped", "failed"
+// What is kept of a run that ended early, by its record.
+std::string words_on_what_is_kept(const nlohmann::json &record, const std::filesystem::path &folder);
 // The end of a list of commands so far: the first status that isn't done.
 void take_end(const command_result &result, command_result &end);
 

@@ -29,7 +29,7 @@ void class_contig_adapt_clust::test_cluster(cluster_test &test, run_reports &rep
   registry.search_for_cluster(test.name, test.id, not_found);
   if (not_found) {
     test.id = 0;
-    context.frame.message("Cluster " + test.name + " not found!", "Adaptive clustering");
+    context.frame.alarm("Cluster " + test.name + " not found!", "Adaptive clustering");
   } else {
     test.n_clones = registry.n_clones_in_cluster_get(test.id);
   }

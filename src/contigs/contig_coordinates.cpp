@@ -129,7 +129,7 @@ void contig_coordinates::make_coordinates_by_rank(const number_list &path, const
   first_relevant_ = 0;
   for (std::int32_t rank = 1; rank <= width; ++rank) {
     if (of_rank[at(rank)].empty())
-      frame_.message("Error! list_of_vertices_next_rank(0) = 0");
+      frame_.alarm("Error! list_of_vertices_next_rank(0) = 0");
     for (const std::int32_t position : of_rank[at(rank)]) {
       find_best_neighbour(position, vertex_of_position[at(position)], ranks, net, net_list, best);
       if (best.position > 0)
@@ -157,7 +157,7 @@ void contig_coordinates::find_best_neighbour(std::int32_t position, vertex_numbe
   }
   if (any)
     return;
-  frame_.message("Error! list_of_relevant(0) = 0");
+  frame_.alarm("Error! list_of_relevant(0) = 0");
   best.position = first_relevant_;
 }
 

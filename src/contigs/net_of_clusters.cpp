@@ -30,9 +30,7 @@ bool read_cluster(const metric_context &context, const std::filesystem::path &fi
     if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
       line.remove_prefix(3); // a mark of the encoding
     if (const std::string why = why_no_text(line); !why.empty()) {
-      frame.message("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
-      frame.data_failed_set();
-      return false;
+      return frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
     }
     const std::string_view text = without_blanks(line);
     if (text.empty())
@@ -43,8 +41,8 @@ bool read_cluster(const metric_context &context, const std::filesystem::path &fi
     if (clone >= 1)
       cluster_of(clone) = cluster;
     else
-      frame.message("Unknown clone '" + name + "' (line " + std::to_string(lines.line_number()) + ") in file " +
-                    file.string());
+      frame.alarm("Unknown clone '" + name + "' (line " + std::to_string(lines.line_number()) + ") in file " +
+                  file.string());
   }
   return true;
 }

@@ -39,11 +39,7 @@ public:
 private:
   enum class verdict { final, cut_again, damaged };
 
-  bool refuse(const std::string &text, const std::string &place) {
-    frame_.message(text + "\r\n" + place);
-    frame_.data_failed_set();
-    return false;
-  }
+  bool refuse(const std::string &text, const std::string &place) { return frame_.refuse(text + "\r\n" + place); }
   bool read_row(const line_reader &reader, std::string_view line);
   verdict verdict_of_row(const cluster_row &row, std::filesystem::path &folder) const;
   bool read_names(const std::filesystem::path &file, std::vector<std::string> &names);
@@ -221,12 +217,10 @@ bool find_clones(process_frame &frame, const run_folder &run, std::size_t cluste
       continue;
     }
     const std::string &cluster_name = run.clusters[cluster].name;
-    frame.message(
+    return frame.refuse(
         (clone < 0 ? "Clone " + name + " of the run is not in the library.\r\n"
                    : "Clone " + name + " lies in two clusters of the run.\r\n") +
         line_of(folder_of_cluster(run.folder, cluster_name) / (cluster_file_name(cluster_name) + ".txt"), i + 1));
-    frame.data_failed_set();
-    return false;
   }
   return true;
 }

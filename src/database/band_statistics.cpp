@@ -129,11 +129,7 @@ void find_most_frequent_number_of_bands(band_statistics &statistics) {
 }
 
 bool make_band_statistics(process_frame &frame, class_DB_of_clones &database, class_usable_values &usable_values) {
-  const auto refuse = [&frame](const std::string &text) {
-    frame.message(text);
-    frame.data_failed_set();
-    return false;
-  };
+  const auto refuse = [&frame](const std::string &text) { return frame.refuse(text); };
   if (const std::string wrong = wrong_band_axis(database); !wrong.empty())
     return refuse(wrong);
   band_statistics statistics;

@@ -100,8 +100,8 @@ void class_DB_of_clones::note_repeated_names(process_frame &frame, std::span<con
     n_repeats += size - 1;
     rows += std::to_string(r / 2 + 1) + "\t" + name + "\t" + std::to_string(size) + "\r\n";
   }
-  frame.message("Loaded database contain " + std::to_string(runs.size() / 2) +
-                " repeated clones (see file repeats.txt)!\rRepeats should be deleted!");
+  frame.alarm("Loaded database contain " + std::to_string(runs.size() / 2) +
+              " repeated clones (see file repeats.txt)!\rRepeats should be deleted!");
   result_file report(frame.path_in_working_folder("\\repeats.txt"));
   report.line("clone\ttimes (Total " + std::to_string(n_repeats) + ")");
   report.write(rows);

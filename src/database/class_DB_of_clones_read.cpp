@@ -28,12 +28,6 @@ static std::string no_band_in(const fs::path &file, std::size_t n_names) {
          std::string(line.substr(0, most)) + (line.size() > most ? "..." : "");
 }
 
-bool class_DB_of_clones_read::refuse(const std::string &text) {
-  frame_.message(text);
-  frame_.data_failed_set();
-  return false;
-}
-
 // Puts a complete load in the place of what was there. Nothing fails from here on.
 void class_DB_of_clones_read::replace_database(class_DB_of_clones &fresh, bool store, class_DB_of_clones &database) {
   const std::int32_t n = fresh.total_number_of_clones_get();
@@ -78,7 +72,7 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
   class_DB_of_clones fresh;
   fresh.max_number_of_real_clones_set(clone_capacity > 0 ? clone_capacity : database.max_number_of_real_clones_get());
   if (const std::string why = why_no_text_file(file); !why.empty())
-    return refuse("File " + file.string() + " is no text: " + why);
+    return frame_.refuse("File " + file.string() + " is no text: " + why);
 
   band_statistics statistics;
   bool read = false;
@@ -93,10 +87,10 @@ bool class_DB_of_clones_read::open_file_with_clones(std::int32_t clone_capacity,
   if (frame_.stop_requested_get())
     return false;
   if (read && fresh.total_number_of_clones_get() < 1)
-    read = refuse("NB! No clones was readen!\r\nfile " + file.string());
+    read = frame_.refuse("NB! No clones was readen!\r\nfile " + file.string());
   const bool has_bands = !read || !store || fresh.first_band_adress_get(fresh.total_number_of_clones_get() + 1) > 1;
   if (read && !library_format && !has_bands)
-    read = refuse(no_band_in(file, static_cast<std::size_t>(fresh.total_number_of_clones_get())));
+    read = frame_.refuse(no_band_in(file, static_cast<std::size_t>(fresh.total_number_of_clones_get())));
   if (read) {
     summary_.n_files = 1;
     summary_.n_records = fresh.total_number_of_clones_get();
@@ -145,20 +139,20 @@ std::vector<fs::path> class_DB_of_clones_read::files_of_path(const fs::path &pat
   std::error_code failed;
   const fs::file_status status = fs::status(path, failed);
   if (!fs::exists(status)) {
-    refuse(from_dialog ? "File " + path.string() + " not found!" : "Path " + path.string() + " not found!");
+    frame_.refuse(from_dialog ? "File " + path.string() + " not found!" : "Path " + path.string() + " not found!");
     return {};
   }
   if (fs::is_regular_file(status))
     return {path};
   if (!fs::is_directory(status)) {
-    refuse("Can't read from archive " + path.string() + "!");
+    frame_.refuse("Can't read from archive " + path.string() + "!");
     return {};
   }
   std::vector<fs::path> files;
   for (const std::string &name : class_serv_raznoe::create_ordered_list_of_files_in_folder(path, "sizes"))
     files.push_back(path / name);
   if (files.empty())
-    refuse("No files *.sizes were found in folder " + path.string() + "; " + text_of_folder_contents(path));
+    frame_.refuse("No files *.sizes were found in folder " + path.string() + "; " + text_of_folder_contents(path));
   return files;
 }
 
@@ -169,7 +163,7 @@ bool class_DB_of_clones_read::only_readable_files(std::vector<fs::path> &files, 
   total_bytes = 0;
   for (const fs::path &file : files) {
     if (const std::string why = why_no_text_file(file); !why.empty())
-      return refuse("File " + file.string() + " is no text: " + why);
+      return frame_.refuse("File " + file.string() + " is no text: " + why);
     bool readable = true, point = true, crlf = true;
     class_serv_raznoe::read_first_symbols_of_file_and_detect_type(frame_, 1000, file, readable, point, crlf);
     if (!readable) {
@@ -209,7 +203,7 @@ void class_DB_of_clones_read::order_and_store(const fingerprint_records &records
 bool class_DB_of_clones_read::read_files(std::vector<fs::path> files, bool store, class_DB_of_clones &fresh,
                                          band_statistics &statistics) {
   if (const std::string wrong = wrong_band_axis(fresh); !wrong.empty())
-    return refuse(wrong);
+    return frame_.refuse(wrong);
   std::int64_t total_bytes = 0;
   if (!only_readable_files(files, total_bytes))
     return false;
@@ -227,12 +221,13 @@ bool class_DB_of_clones_read::read_files(std::vector<fs::path> files, bool store
     if (frame_.stop_requested_get())
       return false;
     if (records.count() > records_before && records.number_of_bands() == bands_before)
-      return refuse(no_band_in(file, records.count() - records_before));
+      return frame_.refuse(no_band_in(file, records.count() - records_before));
   }
+  reader.finish();
   frame_.local_process_text_set("Ordering and testing...");
   summary_.n_records = static_cast<std::int32_t>(records.count());
   if (records.count() == 0)
-    return refuse("NB! No clones was readen!");
+    return frame_.refuse("NB! No clones was readen!");
   if (store)
     order_and_store(records, fresh);
   else

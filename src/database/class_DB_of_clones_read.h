@@ -45,7 +45,6 @@ public:
   const load_summary &summary() const { return summary_; }
 
 private:
-  bool refuse(const std::string &text); // message, data failed; false
   void replace_database(class_DB_of_clones &fresh, bool store, class_DB_of_clones &database);
   void finish_load(class_DB_of_clones &database, band_statistics &statistics, class_usable_values &usable_values);
   std::filesystem::path path_from_dialog(bool single_file);

@@ -124,8 +124,8 @@ void class_markers::marker_presence(process_frame &frame, clone_number clone, co
     if (place_of_marker.has(marker))
       present[static_cast<std::size_t>(place_of_marker.get(marker))] = true;
     else
-      frame.message("Marker " + name_of_marker_get(marker) + " of clone " + std::to_string(clone) +
-                    " is not in list_of_markers()");
+      frame.alarm("Marker " + name_of_marker_get(marker) + " of clone " + std::to_string(clone) +
+                  " is not in list_of_markers()");
   }
 }
 
@@ -188,8 +188,8 @@ void class_markers::create_marker_presence_in_list_of_marker_names(process_frame
     if (place > 0)
       present[static_cast<std::size_t>(place)] = true;
     else
-      frame.message("Marker " + name_of_marker_get(marker) + " of clone " + std::to_string(clone) +
-                    " is not in list_of_markers()");
+      frame.alarm("Marker " + name_of_marker_get(marker) + " of clone " + std::to_string(clone) +
+                  " is not in list_of_markers()");
   }
 }
 

@@ -39,7 +39,7 @@ std::int32_t class_usable_values::clone_in_lists_add_file(process_frame &frame, 
       if (clone >= 1)
         clone_in_lists_[static_cast<std::size_t>(clone)] = list_name;
       else
-        frame.message("Unknown clone '" + name + "' (line " + std::to_string(lines.line_number()) + ")");
+        frame.alarm("Unknown clone '" + name + "' (line " + std::to_string(lines.line_number()) + ")");
     }
   }
   return n_names;
@@ -82,7 +82,7 @@ void class_usable_values::clone_in_lists_read(process_frame &frame, const projec
     const std::int32_t n_names = clone_in_lists_add_file(frame, settings, list, database);
     std::int32_t told = 0;
     if (fields.size() > 1 && whole_number_parse(fields[1], told) && told != n_names)
-      frame.message("Incorrect number of clones in list! " + std::to_string(told) + "=/=" + std::to_string(n_names));
+      frame.alarm("Incorrect number of clones in list! " + std::to_string(told) + "=/=" + std::to_string(n_names));
   }
 }
 

@@ -26,8 +26,7 @@ reading read_lines(process_frame &frame, const std::filesystem::path &file, take
     if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
       line.remove_prefix(3); // a mark of the encoding
     if (const std::string why = why_no_text(line); !why.empty()) {
-      frame.message("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
-      frame.data_failed_set();
+      frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
       return reading::no_text;
     }
     take(line);

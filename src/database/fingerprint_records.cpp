@@ -89,6 +89,10 @@ std::string why_no_text_file(const std::filesystem::path &file) {
   return why_no_text(bytes);
 }
 
+record_doubts doubts_told_to(process_frame &frame) {
+  return record_doubts([&frame](const std::string &what, const std::string &place) { frame.doubt(what, place); });
+}
+
 std::string name_from_header(process_frame &frame, std::string_view header, const project_settings &settings) {
   return class_clone_serv::extract_clone_name(class_serv_raznoe::take_text_from_begin(frame, header),
                                               settings.clone_name_format_input, settings.clone_name_format_output,
@@ -96,12 +100,6 @@ std::string name_from_header(process_frame &frame, std::string_view header, cons
 }
 
 // ---- reading -------------------------------------------------------------------------------------------------------
-
-bool sizes_file_reader::refuse(const std::string &text) {
-  frame_.message(text);
-  frame_.data_failed_set();
-  return false;
-}
 
 static bool next_line_with_text(line_reader &lines, std::string_view &line) {
   while (lines.next(line))
@@ -118,10 +116,11 @@ bool sizes_file_reader::read_file(const std::filesystem::path &file) {
     line.remove_prefix(3); // a mark of the encoding
   while (header_follows) {
     if (const std::string why = why_no_text(line); !why.empty())
-      return refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+      return frame_.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
     if (records_.number_of_bands() > std::numeric_limits<std::int32_t>::max() - 1000)
-      return refuse("There are more bands than 32 bits can count\r\n" + lines.place());
+      return frame_.refuse("There are more bands than 32 bits can count\r\n" + lines.place());
     records_.start(line);
+    doubts_.begin(line, lines);
     if (records_.count() % 1000 == 0)
       show_progress(lines);
     read_bands(lines, line, header_follows);
@@ -141,17 +140,22 @@ void sizes_file_reader::read_bands(line_reader &lines, std::string_view &line, b
   std::int64_t count = 0;
   header_follows = false;
   double value = 0;
+  record_doubts::ending how = record_doubts::ending::file_end;
   while (lines.next(line)) {
     if (!number_parse(line, value)) {
       header_follows = !is_blank_line(line);
+      how = header_follows ? record_doubts::ending::text : record_doubts::ending::blank_line;
       break;
     }
-    if (value == -1)
+    if (value == -1) {
+      how = record_doubts::ending::mark;
       break;
+    }
     // more bands than a clone may have are only counted
     if (++count <= most_kept)
       records_.add_band(database_.BandNumber_for_given_BandLength(static_cast<double>(static_cast<float>(value))));
   }
+  doubts_.end(how, count, line, lines);
   close_record(lines, header_line, count);
 }
 
@@ -175,6 +179,7 @@ void sizes_file_reader::close_record(const line_reader &lines, std::int64_t head
 }
 
 void sizes_file_reader::show_progress(const line_reader &lines) {
+  frame_.progress(bytes_of_finished_files_ + lines.position(), total_bytes_);
   const double read = static_cast<double>(bytes_of_finished_files_ + lines.position());
   const double share = total_bytes_ > 0 ? std::min(read / static_cast<double>(total_bytes_), 1.0) : 1.0;
   frame_.local_process_text_set(std::to_string(records_.count()) + " clones (about " + number_text(100 * share, 2) +

@@ -11,6 +11,7 @@
 
 #include "database/band_statistics.h"
 #include "database/class_DB_of_clones.h"
+#include "database/record_doubts.h"
 #include "frame/files.h"
 #include "frame/process_frame.h"
 #include "frame/settings.h"
@@ -56,6 +57,8 @@ bool is_blank_line(std::string_view line);
 std::string why_no_text(std::string_view bytes);
 // The same for the first 64 KiB of a file; throws file_error.
 std::string why_no_text_file(const std::filesystem::path &file);
+// Doubts that become a warning at the end of the command.
+record_doubts doubts_told_to(process_frame &frame);
 // The name in a header line, in the output format.
 std::string name_from_header(process_frame &frame, std::string_view header, const project_settings &settings);
 
@@ -68,13 +71,14 @@ public:
   sizes_file_reader(process_frame &frame, const project_settings &settings, class_DB_of_clones &database,
                     fingerprint_records &records, band_statistics &statistics, std::int64_t total_bytes)
       : frame_(frame), settings_(settings), database_(database), records_(records), statistics_(statistics),
-        total_bytes_(total_bytes) {}
+        total_bytes_(total_bytes), doubts_(doubts_told_to(frame)) {}
 
   // False when the file is refused: the message was shown. A stop request ends the reading behind a record.
   bool read_file(const std::filesystem::path &file);
+  // Behind the last file.
+  void finish() { doubts_.finish(); }
 
 private:
-  bool refuse(const std::string &text);
   void read_bands(line_reader &lines, std::string_view &line, bool &header_follows);
   void close_record(const line_reader &lines, std::int64_t header_line, std::int64_t count);
   void show_progress(const line_reader &lines);
@@ -85,6 +89,7 @@ private:
   fingerprint_records &records_;
   band_statistics &statistics_;
   std::int64_t total_bytes_ = 0, bytes_of_finished_files_ = 0;
+  record_doubts doubts_;
 };
 
 } // namespace orb

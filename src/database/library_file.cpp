@@ -95,8 +95,7 @@ public:
 private:
   bool refuse(const std::string &text) { return refuse_at(text, lines_.line_number()); }
   bool refuse_at(const std::string &text, std::int64_t line) {
-    frame_.message(text + "\r\nfile " + lines_.path().string() + ", line " + std::to_string(line));
-    frame_.data_failed_set();
+    frame_.refuse(text + "\r\nfile " + lines_.path().string() + ", line " + std::to_string(line));
     refused_ = true;
     return false;
   }
@@ -343,7 +342,7 @@ std::filesystem::path save_library_run(process_frame &frame, const class_DB_of_c
       frame.save_file_dialog_checked("Save lists of bands for clones in the ORB-specific format",
                                      "CloneBandSizes.ORBdb", "ORB-DB files (*.ORBdb)|*.ORBdb");
   if (file.empty()) {
-    frame.message("NB! File in ORB specific format was not created!");
+    frame.alarm("NB! File in ORB specific format was not created!");
     return {};
   }
   frame.process_start("Saving DB in ORB-specific format");

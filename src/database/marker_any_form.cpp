@@ -79,10 +79,9 @@ bool class_markers::read_markers_of_any_text_form(process_frame &frame, class_DB
   case marker_file_form::clones_of_markers:
     return file_with_list_of_clones_for_each_marker_read(frame, database, file, summary);
   case marker_file_form::unknown:
-    frame.message("No clone of the database is named in the first or the second column of the marker file\r\nfile " +
-                  file.string());
-    frame.data_failed_set();
-    return false;
+    return frame.refuse(
+        "No clone of the database is named in the first or the second column of the marker file\r\nfile " +
+        file.string());
   default:
     return file_with_list_of_markers_for_each_clone_read(frame, database, true, file, &in_one_column, summary);
   }

@@ -16,15 +16,14 @@ bool read_marker_lines(process_frame &frame, const std::filesystem::path &file, 
     const std::string why = why_no_text(lines.line(i));
     if (why.empty())
       continue;
-    report_marker_line(frame, "File " + file.string() + " is no text: " + why + " of the line", lines, i);
-    return false;
+    return frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place(i));
   }
   return true;
 }
 
 void report_marker_line(process_frame &frame, const std::string &text, const marker_lines &lines, std::int32_t i) {
-  frame.message(text + lines.place(i));
-  frame.data_failed_set();
+  frame.message(text + "\r\n" + lines.place(i));
+  frame.doubt(text, lines.place(i));
 }
 
 bool goes_on_behind_marker_line(process_frame &frame, const marker_lines &lines, std::int32_t i) {

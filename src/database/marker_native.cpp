@@ -81,9 +81,7 @@ private:
 };
 
 bool native_marker_reader::refuse(const std::string &why) {
-  frame_.message("Native marker file is refused: " + why + "\r\n" + lines_.place());
-  frame_.data_failed_set();
-  return false;
+  return frame_.refuse("Native marker file is refused: " + why + "\r\n" + lines_.place());
 }
 
 bool native_marker_reader::next_line() {

@@ -244,8 +244,11 @@ marker_clones_reader::marker_clones_reader(process_frame &frame, const class_DB_
 void marker_clones_reader::take(const marker_lines &lines, std::int32_t i) {
   ++summary_.n_lines;
   class_serv_raznoe::cut_string_views(lines.line(i), fields_, most_fields_of_marker);
+  const auto n_unknown_before = static_cast<std::size_t>(summary_.n_unknown_clone_names);
   database_.list_of_clones_in_line_get(fields_.size() > 1 ? fields_[1] : std::string_view(), clones_, unknown_names_,
                                        summary_.n_unknown_clone_names);
+  for (std::size_t k = n_unknown_before + 1; k <= static_cast<std::size_t>(summary_.n_unknown_clone_names); ++k)
+    frame_.doubt("New clone " + unknown_names_[k], lines.place(i));
   if (clones_.empty())
     return;
   const std::string_view name = trimmed(fields_[0]);
@@ -259,6 +262,7 @@ void marker_clones_reader::take(const marker_lines &lines, std::int32_t i) {
   fresh_.marker_number_for_given_marker_name(name, marker, true, is_new);
   if (!is_new) {
     ++summary_.n_twice_marker_name;
+    frame_.doubt("Marker " + std::string(name) + " has a line already", lines.place(i));
     return;
   }
   fresh_.position_of_marker_set(marker, position_in_fields(fields_));
@@ -304,8 +308,6 @@ bool class_markers::file_with_list_of_clones_for_each_marker_read(process_frame 
   frame.message("n_unknown_clone_names=" + std::to_string(found.n_unknown_clone_names));
   frame.message("n_twice_marker_name=" + std::to_string(found.n_twice_marker_name));
   frame.message("private_n_name_of_markers=" + std::to_string(total_number_of_markers_get()));
-  if (found.n_unknown_clone_names > 0 || found.n_twice_marker_name > 0)
-    frame.data_failed_set();
   return true;
 }
 
@@ -343,7 +345,7 @@ bool class_markers::read_file_with_marker_position(process_frame &frame, const c
       question go_on;
       go_on.text = "New marker " + name + ". Continue to say about this problem?";
       go_on.by_default = go_on.to_go_on = answer::yes; // whoever can't be asked reads all of them
-      go_on.marks_failure = true;
+      frame.doubt("New marker " + name, lines.place(i));
       tell_unknown = frame.yes(go_on);
     }
   }

@@ -16,7 +16,8 @@ class plain_text_reader {
 public:
   plain_text_reader(process_frame &frame, const project_settings &settings, const std::filesystem::path &file,
                     bool store, class_DB_of_clones &database, band_statistics &statistics)
-      : frame_(frame), settings_(settings), store_(store), database_(database), statistics_(statistics), lines_(file) {}
+      : frame_(frame), settings_(settings), store_(store), database_(database), statistics_(statistics), lines_(file),
+        doubts_(doubts_told_to(frame)) {}
 
   bool read() {
     bool is_number = true;
@@ -29,18 +30,16 @@ public:
       if (is_blank_line(line))
         break;
       if (const std::string why = why_no_text(line); !why.empty()) {
-        frame_.message("File " + lines_.path().string() + " is no text: " + why + " of the line\r\n" + lines_.place());
-        frame_.data_failed_set();
-        return false;
+        return frame_.refuse("File " + lines_.path().string() + " is no text: " + why + " of the line\r\n" +
+                             lines_.place());
       }
       if (database_.next_free_band_adress_get() > std::numeric_limits<std::int32_t>::max() - 1000) {
-        frame_.message("There are more bands than 32 bits can count\r\n" + lines_.place());
-        frame_.data_failed_set();
-        return false;
+        return frame_.refuse("There are more bands than 32 bits can count\r\n" + lines_.place());
       }
       start_clone(line);
       is_number = read_bands(line);
     }
+    doubts_.finish();
     database_.total_number_of_clones_set(n_clones_);
     return true;
   }
@@ -60,8 +59,11 @@ private:
 
   void start_clone(std::string_view header) {
     ++n_clones_;
-    if (n_clones_ % 1000 == 0)
+    doubts_.begin(header, lines_);
+    if (n_clones_ % 1000 == 0) {
+      frame_.progress(lines_.position(), lines_.size());
       frame_.local_process_text_set(std::to_string(n_clones_) + " clones loaded");
+    }
     name_ = name_from_header(frame_, header, settings_);
     if (store_)
       database_.name_of_clone_set(n_clones_, name_);
@@ -77,6 +79,7 @@ private:
       double value = 0;
       const bool is_number = number_parse(line, value);
       if (!is_number || is_end_mark(line)) {
+        doubts_.end(ending_by(line, is_number), count, line, lines_);
         close_clone(count);
         return is_number;
       }
@@ -91,6 +94,13 @@ private:
   static bool is_end_mark(std::string_view line) {
     const std::size_t first = line.find_first_not_of(" \t"), last = line.find_last_not_of(" \t");
     return first != std::string_view::npos && line.substr(first, last - first + 1) == "-1";
+  }
+
+  record_doubts::ending ending_by(std::string_view line, bool is_number) {
+    using ending = record_doubts::ending;
+    if (is_number)
+      return ending::mark;
+    return !is_blank_line(line) ? ending::text : lines_.at_end() ? ending::file_end : ending::blank_line;
   }
 
   void close_clone(std::int64_t count) {
@@ -119,6 +129,7 @@ private:
   std::string name_;
   std::vector<band_value> bands_;
   std::vector<std::int64_t> lines_of_bands_;
+  record_doubts doubts_;
 };
 
 } // namespace
@@ -126,9 +137,7 @@ private:
 bool read_plain_text_file(process_frame &frame, const project_settings &settings, const std::filesystem::path &file,
                           bool store, class_DB_of_clones &database, band_statistics &statistics) {
   if (const std::string wrong = wrong_band_axis(database); !wrong.empty()) {
-    frame.message(wrong);
-    frame.data_failed_set();
-    return false;
+    return frame.refuse(wrong);
   }
   prepare_band_statistics(database, statistics);
   if (store)

@@ -27,15 +27,15 @@ void class_net_draw::inicialisate_net(std::int32_t n) {
   max_n_edges_ = square_is_provided_for(n) ? n * n : Const_MAX_n_edges_get();
   overflow_reported_ = n > Const_MAX_n_vertices_get();
   if (overflow_reported_)
-    frame_->message("n=" + std::to_string(n) + ">" + std::to_string(Const_MAX_n_vertices_get()) +
-                    "=MAX_n_vertices. Not all will be shown!");
+    frame_->alarm("n=" + std::to_string(n) + ">" + std::to_string(Const_MAX_n_vertices_get()) +
+                  "=MAX_n_vertices. Not all will be shown!");
 }
 
 void class_net_draw::add_vertex(std::string caption, std::int16_t shape, std::int16_t size, std::int16_t ic,
                                 std::int16_t bc) {
   if (private_n_vertices_ >= max_n_vertices_) {
     if (!overflow_reported_)
-      frame_->message("private_n_vertices >= max!=" + std::to_string(max_n_vertices_) + ", will not be shown!");
+      frame_->alarm("private_n_vertices >= max!=" + std::to_string(max_n_vertices_) + ", will not be shown!");
     overflow_reported_ = true;
     return;
   }
@@ -48,8 +48,8 @@ void class_net_draw::add_edge(std::int32_t i, std::int32_t j, double value, std:
   draw_edges &to = is_vector ? vectors_ : edges_;
   if (to.items.size() >= static_cast<std::size_t>(max_n_edges_)) {
     if (!overflow_reported_)
-      frame_->message((is_vector ? "private_n_vectors=" : "private_n_edges=") + std::to_string(to.items.size()) +
-                      " >= max=" + std::to_string(max_n_edges_) + ". Not all will be printed!");
+      frame_->alarm((is_vector ? "private_n_vectors=" : "private_n_edges=") + std::to_string(to.items.size()) +
+                    " >= max=" + std::to_string(max_n_edges_) + ". Not all will be printed!");
     overflow_reported_ = true;
     return;
   }

@@ -37,7 +37,7 @@ private:
     if (std::find(told_.begin(), told_.end(), text) != told_.end())
       return;
     told_.push_back(text);
-    frame_.message(text);
+    frame_.alarm(text);
   }
   process_frame &frame_;
   std::vector<std::string> told_;

@@ -37,7 +37,7 @@ number_list places_of(process_frame &frame, const class_DB_of_clones &database, 
     if (at != members.end() && *at == clone)
       places.add(static_cast<std::int32_t>(at - members.begin()) + 1);
     else
-      frame.message("Clone " + database.name_of_clone_get(clone) + " is not presented in list of all clones in net!");
+      frame.alarm("Clone " + database.name_of_clone_get(clone) + " is not presented in list of all clones in net!");
   }
   return places;
 }

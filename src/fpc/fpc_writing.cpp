@@ -249,7 +249,7 @@ void print_FPC_like_file_run(process_frame &frame, const project_settings &setti
     }
   }
   if (clones.empty()) {
-    frame.message("list_of_clones(0)=0");
+    frame.alarm("list_of_clones(0)=0");
     frame.process_canceled();
     return;
   }

@@ -1,6 +1,7 @@
 // What a user sees of a running command: a plain struct of functions, so that a front end is a value.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -24,12 +25,14 @@ struct question {
   answer to_go_on = answer::yes;  // the answer that goes on with the work
   answer_choice choice = answer_choice::yes_no;
   bool marks_failure = false; // whatever the answer: the data were wrong, and the command ends with status 1
+  std::string explanation{};  // shown to who answers "?"
 };
 
 struct input_box {
   std::string prompt;
   std::string title;
   std::string by_default;
+  std::string explanation{}; // shown to who answers "?"
 };
 
 struct file_dialog {
@@ -44,7 +47,10 @@ struct front_end {
   std::function<void(panel, const std::string &text, panel_colour)> panel_set;
   std::function<void(const std::string &text)> log_shown;                         // a line was logged
   std::function<void(const std::string &text, const std::string &title)> message; // a message box
+  std::function<void(const std::string &text, const std::string &title)> alarm;   // one of trouble; empty: as message
   std::function<void(const std::string &text)> note;                              // a line that needs no answer
+  std::function<void(const std::string &text)> warning;                           // what is doubtful about an input
+  std::function<void(std::int64_t done, std::int64_t total)> progress;            // of the work in hand
   std::function<answer(const question &)> ask;
   std::function<std::string(const input_box &)> input;         // empty: cancelled or nothing entered
   std::function<std::string(const file_dialog &)> choose_file; // empty: cancelled
@@ -82,6 +88,7 @@ bool answer_from_text(const std::string &text, answer &out);
 struct front_end_record {
   std::vector<std::string> messages; // message boxes
   std::vector<std::string> notes;
+  std::vector<std::string> warnings;
   std::vector<std::string> questions; // texts of questions, input boxes and file dialogs
   std::vector<std::string> panels;    // "2: text"
   std::vector<std::string> log;

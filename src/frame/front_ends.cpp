@@ -13,6 +13,8 @@ front_end null_front_end() {
   shown.input = [](const input_box &asked) { return asked.by_default; };
   shown.choose_file = [](const file_dialog &) { return std::string(); };
   shown.note = [](const std::string &) {};
+  shown.warning = [](const std::string &) {};
+  shown.progress = [](std::int64_t, std::int64_t) {};
   shown.yield = [] { return false; };
   shown.stop_button_enable = [](bool) {};
   return shown;
@@ -26,6 +28,7 @@ front_end scripted_front_end(answer_book &book, front_end_record &record) {
   shown.log_shown = [&record](const std::string &text) { record.log.push_back(text); };
   shown.message = [&record](const std::string &text, const std::string &) { record.messages.push_back(text); };
   shown.note = [&record](const std::string &text) { record.notes.push_back(text); };
+  shown.warning = [&record](const std::string &text) { record.warnings.push_back(text); };
   shown.ask = [&book, &record](const question &asked) {
     record.questions.push_back(asked.text);
     std::string reply;

@@ -1,5 +1,6 @@
 #include "frame/process_frame.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -101,10 +102,25 @@ void process_frame::process_aborted() {
   end_with_words("has aborted.");
 }
 
-void process_frame::log_line(const std::string &text) {
+void process_frame::log_write(const std::string &text) {
   const std::filesystem::path &folder = log_folder_.empty() ? program_folder_ : log_folder_;
   if (!folder.empty())
     append_to_file(folder / "ORB.log", clock_.log_date() + "\t" + text + "\r\n");
+}
+
+// In one line. A box is seen, so that a log that can't take it is no reason to stop.
+void process_frame::log_message(const std::string &text) {
+  std::string line = text;
+  std::replace(line.begin(), line.end(), '\r', ' ');
+  line.erase(std::remove(line.begin(), line.end(), '\n'), line.end());
+  try {
+    log_write(line);
+  } catch (const file_error &) {
+  }
+}
+
+void process_frame::log_line(const std::string &text) {
+  log_write(text);
   if (shown_.log_shown)
     shown_.log_shown(text);
 }
@@ -206,23 +222,66 @@ void process_frame::note(const std::string &text) {
     shown_.note(text);
 }
 
+void process_frame::warn(const std::string &text) {
+  warnings_.push_back(text);
+  data_failed_ = data_failed_ || strict_;
+  log_write("Warning: " + text);
+  if (shown_.warning)
+    shown_.warning(text);
+}
+
+void process_frame::progress(std::int64_t done, std::int64_t total) {
+  if (shown_.progress)
+    shown_.progress(done, total);
+}
+
+bool process_frame::refuse(const std::string &text) {
+  alarm(text);
+  data_failed_ = true;
+  return false;
+}
+
 void process_frame::message(const std::string &text, const std::string &title) {
+  log_message(text);
   if (shown_.message)
     shown_.message(text, title);
+}
+
+bool process_frame::is_answered_ahead(const std::string &prompt, std::string &reply) const {
+  for (const answer_given &given : ahead_)
+    if (prompt.starts_with(given.prompt_start)) {
+      reply = given.reply();
+      return true;
+    }
+  return false;
+}
+
+void process_frame::alarm(const std::string &text, const std::string &title) {
+  if (!shown_.alarm)
+    return message(text, title);
+  log_message(text);
+  shown_.alarm(text, title);
 }
 
 answer process_frame::ask(const question &asked) {
   if (asked.marks_failure)
     data_failed_ = true;
+  std::string reply;
+  answer given = asked.by_default;
+  if (is_answered_ahead(asked.text, reply) && answer_from_text(reply, given))
+    return fitted_to_choice(given, asked.choice);
   return fitted_to_choice(shown_.ask ? shown_.ask(asked) : asked.by_default, asked.choice);
 }
 
 std::string process_frame::input(const input_box &asked) {
+  std::string reply;
+  if (is_answered_ahead(asked.prompt, reply))
+    return reply;
   return shown_.input ? shown_.input(asked) : asked.by_default;
 }
 
 void process_frame::program_end_now(const std::string &text, exit_status status) {
-  message(text);
+  alarm(text);
   try {
     log_line(text);
   } catch (const file_error &) {
@@ -321,6 +380,9 @@ frame_scope::~frame_scope() {
 void frame_scope::clear() {
   frame_.stop_requested_ = frame_.was_stopped_ = frame_.data_failed_ = frame_.process_is_running_ = false;
   frame_.file_filter_.clear();
+  frame_.warnings_.clear();
+  frame_.doubts_ = {};
+  frame_.ahead_.clear();
 }
 
 } // namespace orb

@@ -3,12 +3,15 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "frame/clock.h"
 #include "frame/failures.h"
 #include "frame/front_end.h"
+#include "frame/input_doubts.h"
 
 namespace orb {
 
@@ -60,15 +63,34 @@ public:
 
   // A line for whoever looks on: what was found, what was kept. Nobody has to answer it.
   void note(const std::string &text);
+  // What is doubtful about an input that was taken all the same; the summary of a run repeats it. With `strict` the
+  // command ends with status 1.
+  void warn(const std::string &text);
+  const std::vector<std::string> &warnings() const { return warnings_; }
+  bool strict_get() const { return strict_; }
+  void strict_set(bool strict) { strict_ = strict; }
+  // A place of an input that looks wrong and is read all the same. At the end of the command they become one warning.
+  void doubt(const std::string &what, const std::string &place) { doubts_.add(what, place); }
+  const input_doubts &doubts() const { return doubts_; }
+  // How far the work in hand has come, in units of its own; for a bar and the time left. Doesn't yield.
+  void progress(std::int64_t done, std::int64_t total);
   // Message boxes, questions and input boxes.
   void message(const std::string &text, const std::string &title = {});
+  // The same for what went wrong while the work goes on: whoever is spared message boxes sees this.
+  void alarm(const std::string &text, const std::string &title = {});
   answer ask(const question &asked);
   bool yes(const question &asked) { return ask(asked) == answer::yes; }
   std::string input(const input_box &asked);
+  // The answer of an option to a question of this command: to every prompt that begins so, before anybody is asked.
+  void answer_ahead(std::string prompt_start, std::function<std::string()> reply) {
+    ahead_.push_back({std::move(prompt_start), std::move(reply)});
+  }
   // A question whose data were wrong was answered, or a reader reported wrong data: the command ends with status 1,
   // also when its work came to its end.
   bool data_failed() const { return data_failed_; }
   void data_failed_set() { data_failed_ = true; }
+  // Shows why an input can't be taken: the data failed. False, for `return`.
+  bool refuse(const std::string &text);
   // Shows the text, logs it, and throws program_end.
   [[noreturn]] void program_end_now(const std::string &text, exit_status status = exit_status::broken_invariant);
 
@@ -94,18 +116,30 @@ public:
 
 private:
   friend class frame_scope;
+  struct answer_given {
+    std::string prompt_start;
+    std::function<std::string()> reply;
+  };
+  void log_write(const std::string &text); // not shown
+  void log_message(const std::string &text);
+  bool is_answered_ahead(const std::string &prompt, std::string &reply) const;
   void panel_set(panel which, const std::string &text, panel_colour colour = panel_colour::resting);
   void end_with_words(const std::string &words);
 
   front_end shown_;
   std::filesystem::path program_folder_, working_folder_, log_folder_;
   std::string process_name_, file_filter_;
+  std::vector<std::string> warnings_;
+  input_doubts doubts_;
+  std::vector<answer_given> ahead_;
   bool process_is_running_ = false, stop_requested_ = false, was_stopped_ = false, data_failed_ = false;
+  bool strict_ = false;
   program_clock clock_;
 };
 
-// What one command sees of the frame: stop flag, was-stopped, data-failed and the filter of the dialogs begin empty,
-// and nothing of them is left behind; the working folder is put back. One scope at a time.
+// What one command sees of the frame: stop flag, was-stopped, data-failed, warnings, doubts, answers given ahead and
+// the filter of the dialogs begin empty, and nothing of them is left behind; the working folder is put back. One scope
+// at a time.
 class frame_scope {
 public:
   explicit frame_scope(process_frame &frame);

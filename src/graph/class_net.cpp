@@ -74,7 +74,7 @@ void class_net::edge_of_vertex(process_frame &frame, vertex_number v, std::int32
                                double &value, std::int16_t &index1, std::int16_t &index2) const {
   const auto run = edges_of_vertex(v);
   if (k < 1 || static_cast<std::size_t>(k) > run.size()) {
-    frame.message("Error: neighbour_number > number_of_neighbours(vertex)");
+    frame.alarm("Error: neighbour_number > number_of_neighbours(vertex)");
     k = static_cast<std::int32_t>(run.size());
   }
   const net_edge read = k >= 1 ? run[static_cast<std::size_t>(k) - 1] : net_edge{};

@@ -137,7 +137,7 @@ void class_net::create_net_with_disconnected_and_changed_part(process_frame &fra
   }
   net.finish_of_adding();
   if (n_added != edges.size())
-    frame.message("error of adding!");
+    frame.alarm("error of adding!");
 }
 
 void class_net::create_sub_net_list_into_one_vertex_prestart(const number_list &list, number_list &new_number,

@@ -199,7 +199,7 @@ void class_net::find_path_maximally_using_vertices_from_list(process_frame &fram
   path.clear();
   if (dist[static_cast<std::size_t>(start)] < 0) {
     if (show_message)
-      frame.message("net is unlinked!");
+      frame.alarm("net is unlinked!");
     return;
   }
   for (vertex_number v = start; v != 0; v = next[static_cast<std::size_t>(v)])

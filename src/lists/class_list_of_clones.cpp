@@ -18,36 +18,41 @@ void report_position(process_frame &frame, std::size_t i, std::size_t n) {
 
 } // namespace
 
-bool class_list_of_clones::refuse(const std::string &text) {
-  frame_.message(text);
-  frame_.data_failed_set();
-  return false;
+// A file that a dialog gave is known by its pure name only.
+static std::string place_of(const std::filesystem::path &file, const std::string &pure_name, std::int64_t line) {
+  return "file " + (file.empty() ? pure_name : file.string()) + ", line " + std::to_string(line);
 }
 
 bool class_list_of_clones::reading_file_with_list_of_clones(std::filesystem::path file, std::vector<std::string> &names,
-                                                            std::int32_t &count, std::string &pure_name) {
+                                                            std::int32_t &count, std::string &pure_name,
+                                                            std::vector<std::int64_t> *lines_of_names) {
   if (file.empty())
     file = frame_.open_file_dialog("Open file with clones to select");
   if (file.empty())
     return false;
   std::vector<std::string> read(1); // names stand from 1
+  std::vector<std::int64_t> at_line(1);
   line_reader lines(file);
   std::string_view line;
   while (lines.next(line)) {
     if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
       line.remove_prefix(3); // a mark of the encoding
     if (const std::string why = why_no_text(line); !why.empty())
-      return refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+      return frame_.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
     while (!line.empty()) {
       const std::size_t end = line.find_first_of(", \t");
       const std::string_view name = line.substr(0, end);
       line = end == std::string_view::npos ? std::string_view() : line.substr(end + 1);
-      if (!name.empty())
-        read.push_back(class_clone_serv::extract_clone_name(name, settings_.clone_name_format_input,
-                                                            settings_.clone_name_format_output, settings_));
+      if (name.empty())
+        continue;
+      read.push_back(class_clone_serv::extract_clone_name(name, settings_.clone_name_format_input,
+                                                          settings_.clone_name_format_output, settings_));
+      at_line.push_back(lines.line_number());
     }
   }
   names = std::move(read);
+  if (lines_of_names != nullptr)
+    *lines_of_names = std::move(at_line);
   count = static_cast<std::int32_t>(names.size()) - 1;
   pure_name = class_serv_raznoe::extract_pure_file_name(file.string());
   return true;
@@ -62,8 +67,9 @@ static void prepare_search(process_frame &frame, class_DB_of_clones &database) {
 bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem::path file, number_list &list,
                                                                 std::string &pure_name, class_DB_of_clones &database) {
   std::vector<std::string> names;
+  std::vector<std::int64_t> at_line;
   std::int32_t count = 0, n_unknown = 0;
-  if (!reading_file_with_list_of_clones(std::move(file), names, count, pure_name))
+  if (!reading_file_with_list_of_clones(file, names, count, pure_name, &at_line))
     return false;
   prepare_search(frame_, database);
   number_list found;
@@ -74,6 +80,7 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
       found.add(clone);
       continue;
     }
+    frame_.doubt("Clone " + names[i] + " isn't in the library", place_of(file, pure_name, at_line[i]));
     question stop;
     stop.text = "Clone (" + std::to_string(i) + ") " + names[i] + " not found!\rDo You want to stop the program?";
     stop.by_default = stop.to_go_on = answer::no;
@@ -91,23 +98,27 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
 bool class_list_of_clones::run_reading_file_with_list_of_clones_rep(std::filesystem::path file, number_list &list,
                                                                     std::int32_t &count, class_DB_of_clones &database) {
   std::vector<std::string> names;
+  std::vector<std::int64_t> at_line;
   std::string pure_name;
   std::int32_t n_names = 0, n_unknown = 0;
-  if (!reading_file_with_list_of_clones(std::move(file), names, n_names, pure_name))
+  if (!reading_file_with_list_of_clones(file, names, n_names, pure_name, &at_line))
     return false;
   prepare_search(frame_, database);
   number_list found;
   for (std::size_t i = 1; i < names.size(); ++i) {
     report_position(frame_, i, names.size() - 1);
     const number_list clones = database.clone_number_get_with_repeats(names[i]);
-    n_unknown += clones.empty();
+    if (clones.empty()) {
+      ++n_unknown;
+      frame_.doubt("Clone " + names[i] + " isn't in the library", place_of(file, pure_name, at_line[i]));
+    }
     for (const clone_number clone : clones.members())
       found.add(clone);
   }
   list = std::move(found);
   count = list.count();
   if (n_unknown > 0)
-    refuse("In total " + std::to_string(n_unknown) + " clones not found! ");
+    frame_.refuse("In total " + std::to_string(n_unknown) + " clones not found! ");
   return true;
 }
 

@@ -29,9 +29,12 @@ public:
   // ---- reading -------------------------------------------------------------------------------------------------
 
   // Names only, separated by line ends, commas or blanks, through the name formats. A file that is no text is refused.
+  // `lines_of_names`, when given, gets the line of each name, from 1 as the names.
   bool reading_file_with_list_of_clones(std::filesystem::path file, std::vector<std::string> &names,
-                                        std::int32_t &count, std::string &pure_name);
-  // Names and their clone numbers, in the order of the file; an unknown name asks whether to stop the program.
+                                        std::int32_t &count, std::string &pure_name,
+                                        std::vector<std::int64_t> *lines_of_names = nullptr);
+  // Names and their clone numbers, in the order of the file; an unknown name asks whether to stop the program,
+  // and is a doubt about the input.
   bool run_reading_file_with_list_of_clones(std::filesystem::path file, number_list &list, std::string &pure_name,
                                             class_DB_of_clones &database);
   // All clones of each name. Unknown names are told at the end, by their number.
@@ -99,7 +102,6 @@ private:
   using set_operation = void (*)(const number_list &, const number_list &, number_list &);
   bool lists_of_two_files(class_DB_of_clones &database, std::filesystem::path file_1, std::filesystem::path file_2,
                           std::filesystem::path result, const std::string &file_start, set_operation operation);
-  bool refuse(const std::string &text);
 
   process_frame &frame_;
   const project_settings &settings_;

@@ -182,7 +182,8 @@ bool class_list_of_clones::create_file_with_clons_with_list_of_bands(const numbe
       return false;
     }
     if (ending == record_copier::ending::no_text) {
-      refuse("File " + source.string() + " is no text: " + copier.problem() + " of the line\r\n" + lines.place());
+      frame_.refuse("File " + source.string() + " is no text: " + copier.problem() + " of the line\r\n" +
+                    lines.place());
       frame_.process_aborted();
       return false;
     }

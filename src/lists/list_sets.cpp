@@ -29,7 +29,7 @@ void combine(const number_list &list_1, const number_list &list_2, number_list &
 
 void class_list_of_clones::sort_list_of_clones_and_delete_repeats(number_list &list) const {
   if (list.empty()) {
-    frame_.message("list of clones for orderind is empty!!!");
+    frame_.alarm("list of clones for orderind is empty!!!");
     return;
   }
   class_math1::sort_list_of_long_and_delete_repeats(list);

@@ -97,7 +97,7 @@ bool class_clone_dist_parab::choose_fit_range(process_frame &frame, std::int32_t
     end = b;
   }
   if (end < 2) {
-    frame.message(too_few_points);
+    frame.alarm(too_few_points);
     return false;
   }
   const std::int32_t length = end - start + 1;

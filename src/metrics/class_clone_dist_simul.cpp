@@ -122,9 +122,7 @@ bool class_clone_dist_simul::estimation_of_log_probability_new(std::int32_t n_ru
     prepared_for_ = &database;
   }
   if (const std::string wrong = wrong_sizes(n1, n2, iid, simul_); !wrong.empty()) {
-    services_.frame.message(wrong);
-    services_.frame.data_failed_set();
-    return false;
+    return services_.frame.refuse(wrong);
   }
   if (n_runs < 1)
     return false;

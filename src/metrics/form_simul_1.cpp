@@ -19,15 +19,15 @@ bool whole_field(process_frame &frame, const char *name, const std::string &text
                  std::int32_t &value) {
   if (class_serv_raznoe::test_value_long(text, least, most, value))
     return true;
-  frame.message(std::string(name) + " takes a whole number from " + std::to_string(least) + " to " +
-                std::to_string(most) + ", not \"" + text + "\".");
+  frame.alarm(std::string(name) + " takes a whole number from " + std::to_string(least) + " to " +
+              std::to_string(most) + ", not \"" + text + "\".");
   return false;
 }
 
 bool number_field(process_frame &frame, const char *name, const std::string &text, double &value) {
   if (number_from_text_silent(text, value))
     return true;
-  frame.message(std::string(name) + " takes a number, not \"" + text + "\".");
+  frame.alarm(std::string(name) + " takes a number, not \"" + text + "\".");
   return false;
 }
 
@@ -115,7 +115,7 @@ bool form_simul_1::create_table(const metric_context &context) {
     return false;
   const std::string wrong = class_clone_dist_table::wrong_parameters(min_bands, shag, n_shag);
   if (!wrong.empty()) {
-    frame.message(wrong);
+    frame.alarm(wrong);
     return false;
   }
   context.table.table_parameters_set(static_cast<std::int16_t>(min_bands), static_cast<std::int16_t>(shag),

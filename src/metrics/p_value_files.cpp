@@ -101,9 +101,7 @@ void class_clone_dist_table::write_tables(process_frame &frame, bool iid) const 
 namespace {
 
 bool refuse(process_frame &frame, const line_reader &file, const std::string &what) {
-  frame.message("Tables of p-values were not loaded: " + what + " (" + file.place() + ").");
-  frame.data_failed_set();
-  return false;
+  return frame.refuse("Tables of p-values were not loaded: " + what + " (" + file.place() + ").");
 }
 
 // The next line that has to be there.

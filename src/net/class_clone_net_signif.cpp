@@ -83,7 +83,7 @@ void class_clone_net_signif::read_text_net_and_save(const text_net_reading &want
         frame.save_file_dialog_checked("Save net of significant clone overlaps in the ORB-specific format",
                                        "net_signif" + wanted.name + ".ORBns", "ORB-Net Signif files (*.ORBns)|*.ORBns");
   if (native.empty()) {
-    frame.message("NB! File with net of significant clone overlaps in the ORB-specific format was not created.");
+    frame.alarm("NB! File with net of significant clone overlaps in the ORB-specific format was not created.");
     net_ = std::move(read);
     return;
   }

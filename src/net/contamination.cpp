@@ -51,7 +51,7 @@ double asked_cutoff(process_frame &frame, const std::optional<double> &given, do
   }
   if (value >= least)
     return value;
-  frame.message("Cutoff was not changed (should be at least equal to the most weak overlap in the net)!");
+  frame.alarm("Cutoff was not changed (should be at least equal to the most weak overlap in the net)!");
   return least;
 }
 
@@ -64,7 +64,7 @@ std::int32_t asked_distance(process_frame &frame, const std::optional<double> &g
     return standard_distance;
   if (value >= 1)
     return static_cast<std::int32_t>(std::min(value, largest_distance));
-  frame.message("maxDist was not changed (should be at least equal to 1)!");
+  frame.alarm("maxDist was not changed (should be at least equal to 1)!");
   return standard_distance;
 }
 

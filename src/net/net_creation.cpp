@@ -63,19 +63,20 @@ public:
     too_many.by_default = too_many.to_go_on = answer::yes;
     if (frame_.yes(too_many))
       return true;
-    frame_.message("NB! Process was stopped!");
+    frame_.alarm("NB! Process was stopped!");
     return false;
   }
   // `created`: the first line of the closing box.
   void closing_box(const std::string &created) const {
     std::string text = created + "\rMaximal significant overlaps for one clone n_max=" +
                        std::to_string(summary_.n_overlaps_max_found) + ".";
-    if (summary_.n_overlaps_max_found > overlaps_limit)
-      text += "\rIn total, " + std::to_string(summary_.n_clones_above_limit) + " clones with more than " +
-              std::to_string(overlaps_limit) +
-              " significant overlaps were found.\rYou can continue, but we recommend to be careful with these clones\r"
-              "(say, try to exlude them or increase cutoff stringency).";
-    frame_.message(text);
+    if (summary_.n_overlaps_max_found <= overlaps_limit)
+      return frame_.message(text);
+    text += "\rIn total, " + std::to_string(summary_.n_clones_above_limit) + " clones with more than " +
+            std::to_string(overlaps_limit) +
+            " significant overlaps were found.\rYou can continue, but we recommend to be careful with these clones\r"
+            "(say, try to exlude them or increase cutoff stringency).";
+    frame_.alarm(text);
   }
 
 private:
@@ -431,8 +432,7 @@ bool class_clone_net_signif::create_net_in_memory(const overlap_rule &rule, net_
   const bool fits = !refused && half.mirrored_into(made, as_read_back);
   frame.all_panels_reset();
   if (!refused && !fits) {
-    frame.message("The net has more overlaps than a net can hold. Increase cutoff stringency.");
-    frame.data_failed_set();
+    frame.refuse("The net has more overlaps than a net can hold. Increase cutoff stringency.");
   }
   if (!fits)
     return false;

@@ -238,7 +238,7 @@ void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &li
   process_frame &frame = context_.frame;
   contigomer_clone_ordering(list, rule, shape);
   if (shape.width < 0 && report_unconnected)
-    frame.message("cluster of clones is not connected!");
+    frame.alarm("cluster of clones is not connected!");
   const auto clones_of = [&](number_list &positions) {
     for (std::int32_t &member : positions.members()) {
       if (member < 1 || member > list.count())
@@ -257,8 +257,8 @@ void class_clone_net_signif::contigomer_clone_ordering_run(const number_list &li
     const clone_number clone = list_of_clones_interesting(i);
     const std::int32_t at = position.get(clone);
     if (at < 0 && test_interesting)
-      frame.message("Clone " + context_.database.name_of_clone_get(clone) + " of list_of_clones_interesting() " +
-                    std::to_string(i) + " is not presented in list_of_clones()?!");
+      frame.alarm("Clone " + context_.database.name_of_clone_get(clone) + " of list_of_clones_interesting() " +
+                  std::to_string(i) + " is not presented in list_of_clones()?!");
     ranks_of_interesting.add(at < 0 || shape.width < 0 ? -1 : shape.ranks_from_start(at));
   }
 }

@@ -38,12 +38,12 @@ struct overlap_limits {
 bool positive_input(process_frame &frame, const std::string &prompt, const std::string &by_default, double &value) {
   const std::string reply = frame.input({prompt, "Loading of net of significant overlaps...", by_default});
   if (!number_from_text_silent(reply, value)) {
-    frame.message("Should be numerical!");
+    frame.alarm("Should be numerical!");
     return false;
   }
   if (value > 0)
     return true;
-  frame.message("Should be >0");
+  frame.alarm("Should be >0");
   return false;
 }
 
@@ -74,7 +74,7 @@ public:
     set_status();
     print_report();
     if (n_read_ != n_)
-      frame_.message("i <> nClones: " + std::to_string(n_read_) + " <> " + std::to_string(n_));
+      frame_.alarm("i <> nClones: " + std::to_string(n_read_) + " <> " + std::to_string(n_));
     return true;
   }
 
@@ -199,8 +199,7 @@ void class_clone_net_signif::read_text_net(const std::filesystem::path &file, cl
   if (reader.refused())
     return;
   if (reader.n_clones_read() != n) { // only a part of the net: taken, but not in silence
-    frame.message("i <> nnn: " + std::to_string(reader.n_clones_read()) + " <> " + std::to_string(n));
-    frame.data_failed_set();
+    frame.refuse("i <> nnn: " + std::to_string(reader.n_clones_read()) + " <> " + std::to_string(n));
   }
   for (std::int32_t v = reader.n_clones_read(); v < n; ++v)
     read.add_vertex_fast(0); // a missing tail: without edges

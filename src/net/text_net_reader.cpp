@@ -33,9 +33,7 @@ void text_net_reader::end_program(const std::string &text) {
 bool text_net_reader::refuse(const std::string &reason) {
   refused_ = true;
   frame_.message(broken_file);
-  frame_.message(lines_.place() + ": " + reason);
-  frame_.data_failed_set();
-  return false;
+  return frame_.refuse(lines_.place() + ": " + reason);
 }
 
 // The first fields of a line; those that it lacks are empty.
@@ -59,9 +57,7 @@ bool text_net_reader::next_clone(clone_number &clone, std::int32_t &n_overlaps) 
   if (n_read_ == n_clones_) { // more clones than the library has: a net of another one
     refused_ = true;
     frame_.message("i <> nnn: " + std::to_string(n_read_ + 1) + " <> " + std::to_string(n_clones_));
-    frame_.message(lines_.place() + ": the net has more clones than the library");
-    frame_.data_failed_set();
-    return false;
+    return frame_.refuse(lines_.place() + ": the net has more clones than the library");
   }
   ++n_read_;
   if (!whole_number_parse(field(1), clone) || clone != n_read_)

@@ -72,7 +72,7 @@ void class_MSTTourer::makeMST(const square_array<std::int32_t> &matrix, std::int
         smallest = v;
     }
     if (smallest == 0) {
-      frame_->message("Error in program :(");
+      frame_->alarm("Error in program :(");
       return;
     }
     from.add(nearest_from[place(smallest)]);
@@ -83,7 +83,7 @@ void class_MSTTourer::makeMST(const square_array<std::int32_t> &matrix, std::int
     newest = smallest;
   }
   if (next[0] != n + 1)
-    frame_->message("Error in program :(");
+    frame_->alarm("Error in program :(");
 }
 
 void class_MSTTourer::make_distRank_by_tree(std::int32_t start, std::int32_t n, const tree_adjacency &adjacency,

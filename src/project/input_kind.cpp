@@ -5,8 +5,11 @@
 #include <fstream>
 
 #include "contigs/run_folder.h"
+#include "database/fingerprint_records.h"
 #include "database/library_file.h"
+#include "database/marker_native_heads.h"
 #include "frame/class_serv_raznoe.h"
+#include "frame/numbers.h"
 
 namespace orb {
 
@@ -48,22 +51,85 @@ static bool is_native_net(const fs::path &file) {
   return fs::file_size(file) == size;
 }
 
+// The first lines of a text that hold anything; empty for what is no text.
+static std::vector<std::string> first_lines(const fs::path &file) {
+  constexpr std::size_t most_bytes = 16 * 1024;
+  std::ifstream in(file, std::ios::binary);
+  std::string bytes(most_bytes, '\0');
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  if (!why_no_text(bytes).empty())
+    return {};
+  const bool is_cut = bytes.size() == most_bytes; // within its last line
+  std::vector<std::string> lines(1);
+  for (const char c : bytes) {
+    if (c != '\r' && c != '\n')
+      lines.back() += c;
+    else if (!is_blank_line(lines.back()))
+      lines.emplace_back();
+    else
+      lines.back().clear();
+  }
+  if (is_blank_line(lines.back()) || (is_cut && lines.size() > 1))
+    lines.pop_back();
+  return lines;
+}
+
+static bool is_number(const std::string &line) {
+  double value = 0;
+  return number_parse(line, value);
+}
+
+// A header and then a band, which a list of names has not.
+static bool has_a_record(const std::vector<std::string> &lines) {
+  return lines.size() > 1 && !is_number(lines[0]) && is_number(lines[1]);
+}
+
+static bool are_names(const std::vector<std::string> &lines) {
+  return std::all_of(lines.begin(), lines.end(), [](const std::string &line) {
+    return !is_number(line) && line.find_first_of("\t;|<>{}()=\"") == std::string::npos &&
+           line.find(' ') == std::string::npos;
+  });
+}
+
+static input_kind kind_of_text(const std::vector<std::string> &lines) {
+  if (lines.empty())
+    return input_kind::other_file;
+  const std::string &first = lines.front();
+  const std::string lower = class_serv_raznoe::text_transform_to_lower_case(first);
+  if (lower.starts_with("// fpc project"))
+    return input_kind::fpc_file;
+  if (lower.starts_with("*vertices") || lower.starts_with("*network"))
+    return input_kind::pajek_net;
+  if (first.starts_with("clone\t") && first.size() > 6 && first[6] >= '1' && first[6] <= '9')
+    return input_kind::text_net;
+  if (first == marker_native_heads::n_clones_head)
+    return input_kind::native_markers;
+  if (first.starts_with("clone\tpart\tchromosome\t"))
+    return input_kind::true_positions;
+  if (first.starts_with("BAC\tctg\t") || first.starts_with("clone\tcoor_left\t"))
+    return input_kind::coordinates;
+  if (has_a_record(lines))
+    return input_kind::sizes_file;
+  const auto n_fields = [](const std::string &line) { return std::count(line.begin(), line.end(), '\t'); };
+  if (lines.size() > 1 && n_fields(first) > 0 && n_fields(lines[1]) > 0)
+    return input_kind::table;
+  return are_names(lines) ? input_kind::list_of_clones : input_kind::other_file;
+}
+
 static input_kind kind_of_file(const fs::path &file) {
   const std::string extension = extension_in_lower_case(file);
-  if (extension == ".orbns")
-    return input_kind::native_net;
-  if (extension == ".orbdb" || extension == ".orb" || is_library_file(file))
+  if (extension == ".orbdb" || is_library_file(file))
     return input_kind::library;
   if (is_native_net(file))
     return input_kind::native_net;
-  if (extension == ".sizes")
-    return input_kind::sizes_file;
-  std::ifstream in(file, std::ios::binary);
-  std::string first;
-  std::getline(in, first);
-  if (first.starts_with("clone\t") && first.size() > 6 && first[6] >= '1' && first[6] <= '9')
-    return input_kind::text_net;
-  return input_kind::other_file;
+  const input_kind found = kind_of_text(first_lines(file));
+  if (extension == ".orb" && found != input_kind::native_markers)
+    return input_kind::library;
+  const bool is_told = found != input_kind::other_file && found != input_kind::list_of_clones;
+  if (extension == ".orbns" && !is_told)
+    return input_kind::native_net; // a damaged one
+  return extension == ".sizes" && !is_told ? input_kind::sizes_file : found;
 }
 
 input_kind kind_of_input(const fs::path &path) {
@@ -100,10 +166,33 @@ std::string name_of_kind(input_kind kind) {
     return "text net of significant overlaps";
   case input_kind::sizes_file:
     return "fingerprints";
+  case input_kind::fpc_file:
+    return "FPC assembly";
+  case input_kind::pajek_net:
+    return "drawing of a net (Pajek)";
+  case input_kind::native_markers:
+    return "markers in the native form";
+  case input_kind::true_positions:
+    return "table of true positions";
+  case input_kind::coordinates:
+    return "table of coordinates";
+  case input_kind::table:
+    return "table";
+  case input_kind::list_of_clones:
+    return "list of clones";
   case input_kind::other_file:
     return "file";
   }
   return {};
+}
+
+std::string words_of_other_kind(const fs::path &file, const std::vector<input_kind> &wanted) {
+  const input_kind kind = kind_of_input(file);
+  const bool is_known =
+      kind != input_kind::missing && kind != input_kind::other_file && kind != input_kind::other_folder;
+  if (!is_known || std::find(wanted.begin(), wanted.end(), kind) != wanted.end())
+    return {};
+  return file.string() + " looks like this: " + name_of_kind(kind) + ".";
 }
 
 } // namespace orb

@@ -160,7 +160,7 @@ void tell_clones_without_bands(process_frame &frame, const class_DB_of_clones &d
     if (database.number_of_bands_in_clone_get(clone) == 0 && ++n <= most_shown)
       names += (n > 1 ? ", " : "") + std::string(database.name_of_clone_get(clone));
   if (n > 0)
-    frame.note(fmt::format("NB! Without a band, and so without overlaps: {} clones: {}{}.", n, names,
+    frame.warn(fmt::format("Without a band, and so without overlaps: {} clones: {}{}.", n, names,
                            n > most_shown ? ", ..." : ""));
 }
 
@@ -197,6 +197,10 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
     return load_end::stopped;
   if (wishes.file.empty())
     return frame.data_failed() ? load_end::refused : load_end::cancelled;
+  if (const std::string found =
+          words_of_other_kind(wishes.file, {input_kind::library, input_kind::sizes_file, input_kind::sizes_folder});
+      !found.empty())
+    frame.message(found + " Wanted: fingerprints or a library file.");
   const bool nothing_there = kind_of_input(wishes.file) == input_kind::missing ||
                              (fs::is_directory(wishes.file) && sizes_files_of_folder(wishes.file).empty());
   return nothing_there ? load_end::nothing_there : load_end::refused;

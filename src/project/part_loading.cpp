@@ -6,6 +6,7 @@
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
+#include "project/input_kind.h"
 
 namespace orb {
 
@@ -116,7 +117,7 @@ void say_what_tables_leave_out(project_state &project) {
     n_outside += n < least || n > most;
   }
   if (n_outside > 0)
-    project.frame().note(fmt::format("{} of {} clones have fewer than {} or more than {} bands: the tables know "
+    project.frame().warn(fmt::format("{} of {} clones have fewer than {} or more than {} bands: the tables know "
                                      "nothing of them, and their overlaps score 0.",
                                      number_text_thousands(n_outside),
                                      number_text_thousands(database.total_number_of_clones_get()), least, most));
@@ -130,6 +131,10 @@ load_end load_net(project_state &project, const fs::path &file, const std::strin
   project.signif().read_file_with_significant_connections(file, "", true, false, ok);
   if (!ok && project.frame().stop_requested_get()) // once the net is there a wish to stop came too late
     return load_end::stopped;
+  if (const std::string found = ok ? "" : words_of_other_kind(file, {input_kind::native_net}); !found.empty())
+    project.frame().message(found + (kind_of_input(file) == input_kind::text_net
+                                         ? " orb textnet read makes a net of it."
+                                         : " Wanted: a net of significant overlaps."));
   if (!ok)
     return project.version() == before && file.empty() ? load_end::cancelled : load_end::refused;
   project.loaded(project_part::net, {project.signif().net().FullFileNameGet(), made_by});

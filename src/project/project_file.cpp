@@ -75,8 +75,8 @@ public:
       count(load_net(project_, values_.net, made_by_));
     if (!stopped() && !values_.fpc_contigs.empty() &&
         is_there(values_.fpc_contigs, "File ", " with contigs in FPC format is NOT FOUND!")) {
-      project_.frame().message("Contigs in FPC format can't be read yet: " + values_.fpc_contigs +
-                               " was left out of the project.");
+      project_.frame().alarm("Contigs in FPC format can't be read yet: " + values_.fpc_contigs +
+                             " was left out of the project.");
       whole_ = false;
     }
     if (!stopped() && !values_.clusters_folder.empty() &&
@@ -94,8 +94,7 @@ private:
     std::error_code failed;
     if (fs::exists(path, failed))
       return true;
-    project_.frame().message(before + path + behind);
-    project_.frame().data_failed_set();
+    project_.frame().refuse(before + path + behind);
     whole_ = false;
     return false;
   }

@@ -81,7 +81,7 @@ contig_figures contig_figures_of(const run_folder &run, std::int32_t min_size, s
   return figures;
 }
 
-std::string text_of_contigs(const contig_figures &figures) {
+std::string text_of_contigs(const contig_figures &figures, const std::string &band_length) {
   std::string text = fmt::format("\n{:<10} {:>7} {:>11} {:>7} {:>6} {:>12}\n", "Contig", "clones", "bands long",
                                  "cutoff", "width", "tiling path");
   for (std::size_t i = 0; i < std::min(rows_shown, figures.contigs.size()); ++i) {
@@ -97,6 +97,8 @@ std::string text_of_contigs(const contig_figures &figures) {
   text += fmt::format("In {} smaller heaps: {} clones. Alone: {} clones.\n", figures.n_heaps,
                       number_text_thousands(figures.n_clones_in_heaps), number_text_thousands(figures.n_clones_alone));
   text += fmt::format("N50 of the contigs: {} bands.\n", number_text_thousands(figures.N50_bands));
+  if (!band_length.empty())
+    text += band_length + "\n";
   text += "\nOpen next, in " + figures.folder.string() + ":\n";
   text += "  report_contigs.txt      one line a contig\n";
   text += "  clones_in_MTP.txt       the clones to sequence\n";

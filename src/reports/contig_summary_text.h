@@ -24,7 +24,8 @@ contig_figures contig_figures_of(const adapt_clust_result &result, std::int32_t 
 contig_figures contig_figures_of(const run_folder &run, std::int32_t min_size, std::int32_t n_clones);
 // The length at which the sorted sum, from the longest, first reaches half of the total; 0 without lengths.
 std::int32_t N50_of_lengths(std::vector<std::int32_t> lengths);
-std::string text_of_contigs(const contig_figures &figures);
+// `band_length`: a line on the base pairs of a band; empty: none.
+std::string text_of_contigs(const contig_figures &figures, const std::string &band_length = {});
 void record_contigs(const contig_figures &figures, run_record &record);
 
 } // namespace orb

@@ -56,12 +56,10 @@ bool read_Q_clones_of_run(process_frame &frame, const fs::path &named, run_evalu
 bool clones_are_known(process_frame &frame, const map_quality &quality, const fs::path &truth) {
   const std::int32_t n = quality.n_clones_in_contigs + quality.n_clones_in_heaps;
   if (n > 0 && quality.n_unknown == n) {
-    frame.message("None of the run's clones stands in the table of true positions.\r\nfile " + truth.string());
-    frame.data_failed_set();
-    return false;
+    return frame.refuse("None of the run's clones stands in the table of true positions.\r\nfile " + truth.string());
   }
   if (quality.n_unknown > 0)
-    frame.note(std::to_string(quality.n_unknown) + " clones of the run aren't in the table of true positions.");
+    frame.warn(std::to_string(quality.n_unknown) + " clones of the run aren't in the table of true positions.");
   return true;
 }
 

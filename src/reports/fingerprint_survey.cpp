@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "database/fingerprint_records.h"
+#include "database/record_doubts.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 
@@ -13,7 +14,7 @@ namespace orb {
 
 namespace {
 
-constexpr std::size_t problems_named = 5;
+constexpr std::size_t problems_named = 10;
 
 // What is kept of a record to find copies and repeated names: checksums of its texts.
 struct record_trace {
@@ -22,7 +23,8 @@ struct record_trace {
 
 class surveyor {
 public:
-  explicit surveyor(fingerprint_survey &survey) : survey_(survey) {}
+  explicit surveyor(fingerprint_survey &survey)
+      : survey_(survey), doubts_([this](const std::string &what, const std::string &place) { problem(what, place); }) {}
 
   void file(const std::filesystem::path &path) {
     line_reader lines(path);
@@ -34,19 +36,21 @@ public:
       if (number && value != -1) {
         band(line, value, lines);
       } else {
+        const bool is_text = !number && !is_blank_line(line);
         if (inside)
-          end_of_record(lines);
-        inside = !number && !is_blank_line(line);
+          end_of_record(number ? ending::mark : is_text ? ending::text : ending::blank_line, line, lines);
+        inside = is_text;
         if (inside)
-          start_of_record(line);
+          start_of_record(line, lines);
       }
     }
     if (inside)
-      end_of_record(lines);
+      end_of_record(ending::file_end, {}, lines);
     ++survey_.n_files;
   }
 
   void finish() {
+    doubts_.finish();
     for (const auto &[name, seen] : traces_) {
       std::vector<std::pair<std::uint32_t, std::uint32_t>> different;
       for (const record_trace &trace : seen)
@@ -59,7 +63,10 @@ public:
   }
 
 private:
-  void start_of_record(std::string_view header) {
+  using ending = record_doubts::ending;
+
+  void start_of_record(std::string_view header, const line_reader &lines) {
+    doubts_.begin(header, lines);
     name_ = std::string(header.substr(0, header.find_first_of(" \t")));
     trace_ = {crc32_of(header), 0};
     n_ = 0;
@@ -75,11 +82,11 @@ private:
     ++n_;
     const double stored = std::floor(static_cast<float>(value));
     if (value < 0)
-      problem(fmt::format("negative band {}", text), lines);
+      problem(fmt::format("negative band {}", text), lines.place());
     if (n_ > 1 && stored < last_)
-      problem(fmt::format("band {} after a larger one", text), lines);
+      problem(fmt::format("band {} after a larger one", text), lines.place());
     if (n_ == 501)
-      problem("more than 500 bands in clone " + name_, lines);
+      problem("more than 500 bands in clone " + name_, lines.place());
     last_ = stored;
     if (const std::size_t sign = text.find_first_of(".,"); sign != std::string_view::npos) {
       (text[sign] == '.' ? survey_.has_point : survey_.has_comma) = true;
@@ -89,20 +96,24 @@ private:
     trace_.bands = crc32_of({reinterpret_cast<const char *>(&stored), sizeof stored}, trace_.bands);
   }
 
-  void end_of_record(const line_reader &) {
+  void end_of_record(ending how, std::string_view line, const line_reader &lines) {
+    doubts_.end(how, n_, line, lines);
+    if (n_ == 0)
+      ++survey_.n_without_bands;
     ++survey_.n_records;
     survey_.fewest_bands = survey_.n_records == 1 ? n_ : std::min(survey_.fewest_bands, n_);
     survey_.most_bands = std::max(survey_.most_bands, n_);
     traces_[name_].push_back(trace_);
   }
 
-  void problem(const std::string &text, const line_reader &lines) {
-    if (survey_.problems.size() < problems_named)
-      survey_.problems.push_back(text + " (" + lines.place() + ")");
+  void problem(const std::string &text, const std::string &place) {
+    if (survey_.problems.size() < problems_named && !text.empty())
+      survey_.problems.push_back(text + " (" + place + ")");
     ++survey_.n_problems;
   }
 
   fingerprint_survey &survey_;
+  record_doubts doubts_;
   std::unordered_map<std::string, std::vector<record_trace>> traces_;
   std::string name_;
   record_trace trace_;

@@ -19,7 +19,8 @@ struct fingerprint_survey {
   std::int64_t fewest_bands = 0, most_bands = 0; // of a record
   int decimals = 0;                              // most digits behind the decimal sign
   bool has_point = false, has_comma = false;
-  std::vector<std::string> problems; // what a load would refuse, with file and line; the first few
+  std::int64_t n_without_bands = 0;
+  std::vector<std::string> problems; // what a load would refuse or warn of, with file and line; the first few
   std::int64_t n_problems = 0;
 };
 

@@ -153,7 +153,6 @@ bool contig_in(process_frame &frame, const fs::path &folder, const std::string &
                               : report(std::to_string(at - path.begin() + 1) + " of " + std::to_string(path.size()));
     return true;
   }
-  made["contig"] = "none: the clone is alone in this run";
   return false;
 }
 
@@ -192,7 +191,12 @@ report report_on_clone(process_frame &frame, const project_settings &settings, c
     }
   for (const fs::path &run : where.runs) {
     report entry;
-    found = contig_in(frame, run, name, entry) || found;
+    if (contig_in(frame, run, name, entry))
+      found = true;
+    else
+      entry["contig"] = found                     ? "none: the clone is alone in this run"
+                        : where.libraries.empty() ? "none: no cluster of this run holds the name"
+                                                  : "none: the library has no clone of this name";
     made["runs"].push_back(std::move(entry));
   }
   return made;

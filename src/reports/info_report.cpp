@@ -18,17 +18,17 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-report head_of_report(const fs::path &path, input_kind kind) {
+report head_of_report(const fs::path &path) {
   report made;
   made["path"] = path.string();
-  made["kind"] = name_of_kind(kind);
+  made["kind"] = name_of_kind(kind_of_input(path));
   std::error_code failed;
   if (const std::uintmax_t size = fs::file_size(path, failed); !failed)
     made["bytes"] = size;
   return made;
 }
+
+namespace {
 
 // What a run record beside the result says of its making.
 void add_making(report &made, const fs::path &path) {
@@ -47,7 +47,7 @@ void add_making(report &made, const fs::path &path) {
 } // namespace
 
 report report_on_library(process_frame &frame, const project_settings &settings, const fs::path &file) {
-  report made = head_of_report(file, input_kind::library);
+  report made = head_of_report(file);
   class_DB_of_clones database;
   class_usable_values usable_values;
   class_DB_of_clones_read reader(frame, settings);
@@ -79,7 +79,7 @@ report report_on_library(process_frame &frame, const project_settings &settings,
 }
 
 report report_on_net(process_frame &frame, const fs::path &file) {
-  report made = head_of_report(file, input_kind::native_net);
+  report made = head_of_report(file);
   class_net net;
   bool ok = false;
   net.read_net_type(frame, file, ok, -1);
@@ -124,7 +124,7 @@ report report_on_net(process_frame &frame, const fs::path &file) {
 }
 
 report report_on_text_net(const fs::path &file) {
-  report made = head_of_report(file, input_kind::text_net);
+  report made = head_of_report(file);
   line_reader lines(file);
   std::string_view line;
   std::int64_t clones = 0, records = 0;
@@ -146,8 +146,7 @@ report report_on_text_net(const fs::path &file) {
 }
 
 report report_on_fingerprints(const fs::path &path) {
-  const input_kind kind = kind_of_input(path);
-  report made = head_of_report(path, kind);
+  report made = head_of_report(path);
   const fingerprint_survey survey =
       survey_of_fingerprints(fs::is_directory(path) ? sizes_files_of_folder(path) : std::vector<fs::path>{path});
   made["files"] = survey.n_files;
@@ -155,6 +154,7 @@ report report_on_fingerprints(const fs::path &path) {
   made["exact copies"] = survey.n_exact_copies;
   made["repeated names"] = survey.n_repeated_names;
   made["bands"] = survey.n_bands;
+  made["records without bands"] = survey.n_without_bands;
   if (survey.n_bands > 0) {
     made["smallest band"] = survey.smallest_band;
     made["largest band"] = survey.largest_band;
@@ -186,7 +186,7 @@ report report_on_fingerprints(const fs::path &path) {
 }
 
 report report_on_run(process_frame &frame, const fs::path &folder) {
-  report made = head_of_report(folder, input_kind::run_folder);
+  report made = head_of_report(folder);
   run_folder run;
   if (!read_run_folder(frame, folder, run)) {
     made["check"] = "refused";
@@ -220,7 +220,7 @@ report report_on_run(process_frame &frame, const fs::path &folder) {
 }
 
 report report_on_results(process_frame &frame, const project_settings &settings, const fs::path &folder) {
-  report made = head_of_report(folder, input_kind::results_folder);
+  report made = head_of_report(folder);
   add_making(made, folder);
   report holds = report::array();
   std::vector<fs::path> entries;
@@ -229,8 +229,10 @@ report report_on_results(process_frame &frame, const project_settings &settings,
   std::sort(entries.begin(), entries.end());
   for (const fs::path &entry : entries) {
     const input_kind kind = kind_of_input(entry);
-    if (kind == input_kind::library || kind == input_kind::native_net || kind == input_kind::text_net ||
-        kind == input_kind::run_folder)
+    static const std::vector<input_kind> told{
+        input_kind::library,  input_kind::native_net,     input_kind::text_net,   input_kind::run_folder,
+        input_kind::fpc_file, input_kind::native_markers, input_kind::coordinates};
+    if (std::find(told.begin(), told.end(), kind) != told.end())
       holds.push_back(report_on(frame, settings, entry));
     for (report &held : holds)
       held.erase("made by"); // told above
@@ -240,7 +242,7 @@ report report_on_results(process_frame &frame, const project_settings &settings,
 }
 
 report report_on_other(const fs::path &path) {
-  report made = head_of_report(path, kind_of_input(path));
+  report made = head_of_report(path);
   if (!fs::is_directory(path)) {
     made["check"] = "neither a library, a net nor fingerprints";
     return made;
@@ -272,6 +274,14 @@ report report_on(process_frame &frame, const project_settings &settings, const f
     return report_on_run(frame, path);
   case input_kind::results_folder:
     return report_on_results(frame, settings, path);
+  case input_kind::fpc_file:
+  case input_kind::pajek_net:
+  case input_kind::native_markers:
+  case input_kind::true_positions:
+  case input_kind::coordinates:
+  case input_kind::table:
+  case input_kind::list_of_clones:
+    return report_on_text(path);
   case input_kind::other_folder:
   case input_kind::other_file:
     return report_on_other(path);

@@ -20,7 +20,11 @@ report report_on_text_net(const std::filesystem::path &file);
 report report_on_fingerprints(const std::filesystem::path &path);
 report report_on_run(process_frame &frame, const std::filesystem::path &folder);
 report report_on_results(process_frame &frame, const project_settings &settings, const std::filesystem::path &folder);
+// Of a text file that a run or another program wrote: what can be counted in it.
+report report_on_text(const std::filesystem::path &file);
 report report_on_other(const std::filesystem::path &path);
+// Path, kind and size, with which all of them begin.
+report head_of_report(const std::filesystem::path &path);
 // By the kind of the path.
 report report_on(process_frame &frame, const project_settings &settings, const std::filesystem::path &path);
 

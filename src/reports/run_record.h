@@ -37,6 +37,8 @@ public:
   // Begins with the outputs and figures of an earlier run of the same kind: a stage made again replaces its own.
   void continue_from(const nlohmann::json &earlier);
   void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
+  // What was doubtful about the input.
+  void warning_add(const std::string &text) { json_["warnings"].push_back(text); }
   // What the run was asked for, by option: an earlier run with other wishes is another run.
   void wish_set(const std::string &option, nlohmann::json value) { json_["wishes"][option] = std::move(value); }
   // "running", "stopped", "failed" or "complete"; a complete run may end with a status other than done, for data that

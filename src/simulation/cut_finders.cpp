@@ -146,11 +146,7 @@ bool class_Simul_CutEnzyme::read_sequence_and_create_real_band_map(const std::fi
                                                                    bool with_breaks) {
   sequence_reader reader(file);
   genome_digest digest(enzyme_list_, with_breaks);
-  const auto refuse = [this](const std::string &text) {
-    frame_.message(text);
-    frame_.data_failed_set();
-    return false;
-  };
+  const auto refuse = [this](const std::string &text) { return frame_.refuse(text); };
   std::unordered_set<std::string> names;
   const std::string shown = " -> " + file.filename().string() + " ",
                     total = number_text(double(reader.size()) / 1e6, 1);
@@ -176,6 +172,9 @@ bool class_Simul_CutEnzyme::read_sequence_and_create_real_band_map(const std::fi
   digest.finish();
   if (digest.n_letters == 0)
     return refuse("Sequence is empty!\r" + reader.place());
+  if (reader.n_letters_U() > 0)
+    frame_.warn(fmt::format("The sequence holds {} letters U, as RNA does; they match no site ({}).",
+                            reader.n_letters_U(), reader.place_of_first_U()));
   chromosomes_ = std::move(digest.chromosomes);
   n_cuts_ = static_cast<std::int32_t>(digest.n_cuts);
   sequence_length_ = digest.n_letters;

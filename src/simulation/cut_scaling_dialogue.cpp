@@ -18,7 +18,7 @@ bool ask_value(process_frame &frame, const std::string &prompt, const std::strin
     return true;
   double entered = 0;
   if (!number_parse(text, entered) || entered <= 0 || entered > 1e9) {
-    frame.message("NB! Error in the input. " + name + "=" + text + " (was not chanched!).");
+    frame.alarm("NB! Error in the input. " + name + "=" + text + " (was not chanched!).");
     return false;
   }
   value = entered;
@@ -74,7 +74,7 @@ void class_Simul_CutEnzyme::update_parameters_of_scalaling(bool &ok) {
                  number_text(max_band_length_, 1), "max_band_length", length))
     return;
   if (length > longest_band) {
-    frame_.message("NB! Error in the input. max_band_length=" + number_text_shortest(length) + " (was not chanched!).");
+    frame_.alarm("NB! Error in the input. max_band_length=" + number_text_shortest(length) + " (was not chanched!).");
     return;
   }
   if (length != max_band_length_)

@@ -20,9 +20,7 @@ constexpr std::string_view end_of_Q_report = "Q_clones.txt";
 constexpr std::int32_t name_column = 2; // from 0, of both tables
 
 bool refuse(process_frame &frame, const std::string &text, const std::string &place) {
-  frame.message(text + "\r\n" + place);
-  frame.data_failed_set();
-  return false;
+  return frame.refuse(text + "\r\n" + place);
 }
 
 bool is_file(const std::filesystem::path &path) {

@@ -54,7 +54,7 @@ public:
     }
     report_.commit();
     if (n_unknown_ > most_unknown_shown)
-      frame_.message(std::to_string(n_unknown_ - most_unknown_shown) + " more unknown clones stand in the report.");
+      frame_.alarm(std::to_string(n_unknown_ - most_unknown_shown) + " more unknown clones stand in the report.");
     frame_.step_text_set("All " + std::to_string(n) + " completed");
     return true;
   }
@@ -93,7 +93,7 @@ private:
       const std::string text = "Unknown clone " + name + " in contig " + run_.clusters[cluster].name;
       report_.line(text);
       if (++n_unknown_ <= most_unknown_shown)
-        frame_.message(text);
+        frame_.alarm(text);
     }
   }
 

@@ -1,5 +1,6 @@
 #include "simulation/sequence_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -124,6 +125,15 @@ sequence_reader::piece sequence_reader::take_header() {
   return piece::letters; // goes on in the next block
 }
 
+// A memchr a piece of line: nearly always nothing is found.
+void sequence_reader::count_letters_U(std::string_view letters) {
+  if (letters.find('U') == std::string_view::npos && letters.find('u') == std::string_view::npos)
+    return;
+  if (n_letters_U_ == 0)
+    place_of_first_U_ = place();
+  n_letters_U_ += std::count(letters.begin(), letters.end(), 'U') + std::count(letters.begin(), letters.end(), 'u');
+}
+
 // Letters up to the next header or the end of the buffer.
 sequence_reader::piece sequence_reader::take_letters() {
   letters_.resize(end_ - at_);
@@ -139,6 +149,7 @@ sequence_reader::piece sequence_reader::take_letters() {
     }
     if (at_ > begin)
       line_begins_ = false, last_line_end_ = 0;
+    count_letters_U({buffer_.data() + begin, at_ - begin});
     if (at_ == end_)
       break;
     const char c = buffer_[at_];

@@ -32,6 +32,10 @@ public:
   const std::string &name() const { return name_; } // first word of the header, at most 1000 characters
   // 1 A, 2 C, 3 G, 4 T; 0 N, ",", and the letters of IUPAC-IUB 1984 that stand for more than one base.
   const std::vector<std::uint8_t> &letters() const { return letters_; }
+  // Letters U so far: no letter of DNA, taken for an unknown one; RNA has them in place of T. With the first one's
+  // place.
+  std::int64_t n_letters_U() const { return n_letters_U_; }
+  const std::string &place_of_first_U() const { return place_of_first_U_; }
   const std::string &problem() const { return problem_; }    // what stands where: "... in file NAME, line N"
   std::string place() const { return place_of_line(line_); } // "file NAME, line N"
   std::string place_of_record() const { return place_of_line(line_of_record_); } // of its header
@@ -44,6 +48,7 @@ private:
   piece take_header();
   piece take_letters();
   void line_ended(char end);
+  void count_letters_U(std::string_view letters);
   piece refuse(unsigned char character);
 
   std::filesystem::path path_;
@@ -52,6 +57,8 @@ private:
   std::vector<char> buffer_;
   std::size_t at_ = 0, end_ = 0;
   std::vector<std::uint8_t> letters_;
+  std::int64_t n_letters_U_ = 0;
+  std::string place_of_first_U_;
   std::string name_, problem_;
   bool line_begins_ = true, in_header_ = false, name_is_whole_ = false, has_record_ = false;
   char last_line_end_ = 0;

@@ -54,9 +54,7 @@ bool class_simul_clones::print_list_of_clones_with_bands(const number_list &list
                                                          bool use_observed, number_list &kept) {
   kept.clear();
   if (!chromosomes_are_known()) {
-    frame_.message("The clones don't belong to the sequence " + bands_.file_with_sequence_name_get().string());
-    frame_.data_failed_set();
-    return false;
+    return frame_.refuse("The clones don't belong to the sequence " + bands_.file_with_sequence_name_get().string());
   }
   // The same records once more under the name that a folder of fingerprints is read by.
   result_file file(frame_.path_in_working_folder("\\DataBase_Simul.txt"));

@@ -26,9 +26,7 @@ bool class_simul_clones::start_Simul_CutEnzyme_CloneEnds_run_if_needed(std::file
       return false;
   find_stretches();
   if (n_bins_ == 0 || n_bins_ > std::numeric_limits<std::int32_t>::max()) {
-    frame_.message("The sequence holds no stretch that clones can come from: " + sequence.string());
-    frame_.data_failed_set();
-    return false;
+    return frame_.refuse("The sequence holds no stretch that clones can come from: " + sequence.string());
   }
   placed_ = {};
   for (const digested_chromosome &chromosome : bands_.chromosomes())

@@ -116,9 +116,7 @@ bool read_table_of_clones(process_frame &frame, const std::filesystem::path &fil
   table_of_clones_reader reader(file);
   const std::string wrong = reader.read();
   if (!wrong.empty()) {
-    frame.message(wrong + "\r" + reader.place());
-    frame.data_failed_set();
-    return false;
+    return frame.refuse(wrong + "\r" + reader.place());
   }
   placed = std::move(reader.result());
   return true;

@@ -131,9 +131,7 @@ bool read_true_positions(process_frame &frame, const std::filesystem::path &file
     return read_table_of_clones(frame, file, truth);
   truth_reader reader(file);
   if (const std::string wrong = reader.read(); !wrong.empty()) {
-    frame.message(wrong + "\r\n" + reader.place());
-    frame.data_failed_set();
-    return false;
+    return frame.refuse(wrong + "\r\n" + reader.place());
   }
   truth = std::move(reader.result());
   return true;

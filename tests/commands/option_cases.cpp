@@ -534,6 +534,7 @@ run: contigs.assemble ordering-steps=1000
   out=o -> folder
   no-ordering=yes -> folder
   no-pair-tables=yes -> folder
+  from-net-only=yes -> *All_dist_cl_1.txt
   no-drawings=yes -> folder
   drawing-format=graphml -> folder
   drawing-names=no -> *.net
@@ -548,7 +549,11 @@ run: contigs.assemble ordering-steps=1000
 [library raw-net]
 run: contigs.assemble no-ordering=yes no-pair-tables=yes no-drawings=yes
   max-clones=50 -> figures
-  min-size=50 -> notes
+  min-size=50 -> findings
+  browse=yes -> folder
+  bp-per-band=2000 -> folder
+  clone-length=140000 -> folder
+  genome-length=5000000 -> folder
   max-width=6 -> figures
   step=10 -> figures
   steps=2 -> figures
@@ -574,6 +579,7 @@ run: contigs.retain old-mtp=in/list.txt ordering-steps=1000
   contigs=0 -> folder
   no-ordering=yes -> folder
   no-pair-tables=yes -> folder
+  from-net-only=yes -> *All_dist_cl_3.txt
   no-drawings=yes -> folder
   drawing-format=graphml -> folder
   drawing-names=no -> *.net
@@ -592,6 +598,9 @@ run: contigs.retain old-mtp=in/list.txt no-ordering=yes no-pair-tables=yes no-dr
 [library net contigs]
 run: contigs.retain contigs=0 old-mtp=in/list.txt no-ordering=yes no-pair-tables=yes no-drawings=yes
   raise-cutoff=yes -> *report_contigs.txt
+  bp-per-band=2000 -> folder
+  clone-length=140000 -> folder
+  genome-length=5000000 -> folder
 [library net contigs]
 run: contigs.retain old-mtp=in/list.txt ordering-seconds=0
   ordering-seconds=1 -> *Cf15.0_p0.90.txt
@@ -610,6 +619,9 @@ after: contigs.fpc
 [library contigs]
 run: contigs.statistics
   out=o -> folder
+  bp-per-band=2000 -> folder
+  clone-length=140000 -> folder
+  genome-length=5000000 -> folder
 [library contigs]
 run: contigs.coordinates
   out=o -> folder
@@ -624,6 +636,12 @@ run: contigs.lists
 [library contigs]
 run: contigs.fpc
   out=o -> folder
+  browse=yes -> folder
+[library contigs]
+run: contigs.fpc browse=yes
+  bp-per-band=2000 -> *.fpc
+  clone-length=140000 -> *.fpc
+  genome-length=5000000 -> *.fpc
 [library contigs markers]
 run: contigs.marker_positions
   out=o -> folder

@@ -20,9 +20,9 @@ namespace option_test {
 
 namespace fs = std::filesystem;
 
-// By name. "status" and "why"; "lines", "figures", "parameters" and "files" of the results; "messages", "notes",
-// "questions" and "panels"; "panel", "settings", "rule" and "parts" of the project; "folder", the names of the files
-// that lie there; and each file by its name, with its bytes.
+// By name. "status" and "why"; "lines", "findings", "figures", "parameters" and "files" of the results; "messages",
+// "notes", "warnings", "questions" and "panels"; "panel", "settings", "rule" and "parts" of the project; "folder", the
+// names of the files that lie there; and each file by its name, with its bytes.
 using observation = std::map<std::string, std::string>;
 
 inline std::string bytes_of(const fs::path &file) {
@@ -122,6 +122,7 @@ inline void run_and_see(orb::project_state &project, const orb::bound_command &c
   seen["status"] += fmt::format("{} {}\n", int(result.status), result.completed);
   seen["why"] += result.why;
   seen["lines"] += joined(result.lines);
+  seen["findings"] += result.findings;
   seen["figures"] += text_of(result.figures);
   seen["parameters"] += text_of(result.parameters);
   for (const orb::named_file &file : result.files)
@@ -163,6 +164,7 @@ inline observation observed(const case_block &block, const option_case *option, 
     run_and_see(project, bound_line(line), seen);
   seen["messages"] = joined(record.messages);
   seen["notes"] = joined(record.notes);
+  seen["warnings"] = joined(record.warnings);
   seen["questions"] = joined(record.questions);
   seen["panels"] = joined(record.panels);
   see_project(project, seen);

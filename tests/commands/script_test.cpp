@@ -33,9 +33,9 @@ struct script_end {
 
 script_end run_text(session &run, const std::string &text) {
   script_end end;
+  const auto people = [&](const std::string &line) { end.people.push_back(line); };
   end.status = run_script(text, "day.orbscript", run.project,
-                          {[&](const std::string &line) { end.results.push_back(line); },
-                           [&](const std::string &line) { end.people.push_back(line); }});
+                          {[&](const std::string &line) { end.results.push_back(line); }, people, people});
   return end;
 }
 

@@ -15,8 +15,8 @@ using orb::parameter_row;
 using orb::verb_run;
 
 // Options that end in the verb or the program, not in a command.
-const std::set<std::string> own_options{"resume",  "run",  "library", "net",     "project", "script",  "force",
-                                        "threads", "seed", "quiet",   "verbose", "log",     "answers", "yes"};
+const std::set<std::string> own_options{"resume", "run",   "library", "net", "project", "script", "force", "threads",
+                                        "seed",   "quiet", "verbose", "log", "answers", "yes",    "strict"};
 
 // A value that the row takes and that isn't what it holds.
 std::string other_value(const parameter_row &row) {
@@ -110,8 +110,10 @@ struct said {
 
 said run(verb_run &call, orb::project_state &project) {
   said seen;
-  const orb::command_streams streams{[&](const std::string &text) { seen.results += text + "\n"; },
-                                     [&](const std::string &text) { seen.people += text + "\n"; }};
+  const auto people = [&](const std::string &text) { seen.people += text + "\n"; };
+  const auto stage_ends = [&](const std::string &summary, bool) { seen.people += summary + "\n"; };
+  const orb::command_streams streams{[&](const std::string &text) { seen.results += text + "\n"; }, people, people,
+                                     [](int, int, const std::string &) {}, stage_ends};
   seen.status = orb::run_verb(call, project, streams);
   return seen;
 }

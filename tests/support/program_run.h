@@ -23,13 +23,15 @@ struct outcome {
 // A folder of its own for each test, gone afterwards.
 class program_test : public testing::Test {
 protected:
-  // `before`: shell text in front of the program, such as variables or limits. Runs in `folder`, without a terminal.
-  outcome orb(const std::string &arguments, const std::string &before = "") const {
+  // `before`: shell text in front of the program, such as variables or limits. Runs in `folder`, without a
+  // terminal; `input`: the file at standard input.
+  outcome orb(const std::string &arguments, const std::string &before = "",
+              const std::string &input = "/dev/null") const {
     static int number = 0;
     const fs::path out = folder / (".out" + std::to_string(++number)), err = folder / (".err" + std::to_string(number));
     const std::string line = "cd '" + folder.string() + "' && export ORB_HOME='" + folder.string() + "/.home' && " +
-                             before + " '" ORB_PROGRAM "' " + arguments + " </dev/null >'" + out.string() + "' 2>'" +
-                             err.string() + "'";
+                             before + " '" ORB_PROGRAM "' " + arguments + " <'" + input + "' >'" + out.string() +
+                             "' 2>'" + err.string() + "'";
     const int raw = std::system(line.c_str());
     outcome seen{WIFEXITED(raw) ? WEXITSTATUS(raw) : 256 + WTERMSIG(raw), bytes_of(out), bytes_of(err)};
     fs::remove(out);

@@ -79,9 +79,14 @@ public:
     for (const auto &[option, value] : options)
       call.set(option, value);
     verb_end end;
+    const auto people = [&](const std::string &text) { end.people.push_back(text); };
+    const auto stage_ends = [&](const std::string &summary, bool well) {
+      if (well)
+        end.people.push_back(summary);
+    };
     end.status = orb::run_verb(call, project,
-                               {[&](const std::string &text) { end.results.push_back(text); },
-                                [&](const std::string &text) { end.people.push_back(text); }});
+                               {[&](const std::string &text) { end.results.push_back(text); }, people, people,
+                                [](int, int, const std::string &) {}, stage_ends});
     return end;
   }
   std::string told() const {

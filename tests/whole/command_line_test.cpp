@@ -219,15 +219,79 @@ TEST_F(command_line, a_library_file_brings_its_parameters) {
   EXPECT_EQ(orb("net bins.ORBdb --out n2.ORBns --tolerance 7").status, 2);
 }
 
+// Each habit of a broken file is told with its line, by info and by a load; whole files of another habit are silent.
+TEST_F(command_line, doubtful_fingerprints_are_told_and_strict_refuses_them) {
+  struct {
+    const char *content;
+    std::vector<std::string> told;
+  } const cases[]{
+      {"A\t3\tGel\n1\n2\n-1\n", {"the header of clone A announces 3 bands and 2 follow (file f.sizes, line 1)"}},
+      {"A\n1\n2\n-1\nB\n1\n", {"the file ends in the record of clone B, without -1 (file f.sizes, line 6)"}},
+      {"A\n1\n1e3\n5\n-1\n",
+       {"header \"1e3\" is like a number; its clone gets it as name (file f.sizes, line 3)",
+        "\"1e3\" ends the record of clone A, without -1 (file f.sizes, line 3)"}},
+      {" A\n1\n-1\n", {"header \" A\" begins with a blank, so that its clone has no name (file f.sizes, line 1)"}},
+      {"A\n1\n\nB\n2\n15E24 12 plate\n7\n", {}}, // no record has a -1
+      {"007\t2\tGel\n1\n2\n-1\n", {}},
+  };
+  for (const auto &c : cases) {
+    whole::write_bytes(folder / "f.sizes", c.content);
+    EXPECT_EQ(nlohmann::json::parse(orb("info f.sizes --json").out)[0]["problems"], c.told) << c.content;
+    const outcome taken = orb("load f.sizes --out f.ORBdb --force"),
+                  strict = orb("load f.sizes --out s.ORBdb --strict");
+    EXPECT_EQ(taken.status, 0) << taken.err;
+    EXPECT_EQ(strict.status, c.told.empty() ? 0 : 1) << strict.err;
+    EXPECT_EQ(fs::exists(folder / "s.ORBdb"), c.told.empty());
+    for (const std::string &doubt : c.told)
+      EXPECT_NE(taken.err.find(doubt), std::string::npos) << taken.err;
+    EXPECT_EQ(taken.err.find("Warning") == std::string::npos, c.told.empty()) << taken.err;
+    fs::remove(folder / "s.ORBdb");
+    fs::remove(folder / "s.ORBdb.run.json");
+  }
+}
+
+TEST_F(command_line, the_kind_of_a_wrong_input_is_named) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
+  ASSERT_EQ(orb("net l.ORBdb --out n.ORBns").status, 0);
+  whole::write_bytes(folder / "list.txt", "EC001A01\nEC001A05\n");
+  struct {
+    const char *arguments, *told;
+  } const cases[]{
+      {"net n.ORBns --out x.ORBns", "n.ORBns looks like this: net of significant overlaps. Wanted: fingerprints"},
+      {"revise l.ORBdb l.ORBdb --out x.ORBns", "l.ORBdb looks like this: library. Wanted: a net"},
+      {"revise l.ORBdb list.txt --out x.ORBns", "list.txt looks like this: list of clones. Wanted: a net"},
+      {"list sort l.ORBdb n.ORBns --out x.txt", "n.ORBns looks like this: net of significant overlaps. Wanted: a list"},
+  };
+  for (const auto &c : cases) {
+    const outcome seen = orb(c.arguments);
+    EXPECT_EQ(seen.status, 1) << c.arguments;
+    EXPECT_NE(seen.err.find(c.told), std::string::npos) << seen.err;
+  }
+}
+
+TEST_F(command_line, a_dash_is_standard_input) {
+  ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
+  whole::write_bytes(folder / "named.txt", "EC001A05\nEC001A01\nnobody\n");
+  const outcome list = orb("list sort l.ORBdb - --out s.txt", "", "named.txt");
+  EXPECT_EQ(whole::bytes_of(folder / "s.txt"), "EC001A01\r\nEC001A05\r\n") << list.err;
+  EXPECT_NE(list.err.find("Clone nobody isn't in the library"), std::string::npos) << list.err;
+  EXPECT_NE(list.err.find("line 3"), std::string::npos) << list.err;
+  const outcome bands = orb("load - --out p.ORBdb", "", example + "/EC001.sizes");
+  EXPECT_EQ(bands.status, 0) << bands.err;
+  ASSERT_EQ(orb("load " + example + "/EC001.sizes --out q.ORBdb").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / "p.ORBdb"), whole::bytes_of(folder / "q.ORBdb"));
+  EXPECT_EQ(orb("list unite l.ORBdb - - --out u.txt").status, 2);
+}
+
 TEST_F(command_line, info_lists_what_a_load_would_refuse_and_proposes_parameters) {
   struct {
     std::string content;
     double preset, gel_length;
     std::vector<std::string> problems;
   } const cases[]{
-      {"A\n100\n3300.9\n-1\nA\n100\n3300.9\n-1\nA\n7\n", 1, 3300, {}},
+      {"A\n100\n3300.9\n-1\nA\n100\n3300.9\n-1\nA\n7\n-1\n", 1, 3300, {}},
       {"A\n100,5\n39000\n-1\n", 3, 40000, {}},
-      {"A\n200\n100\n-1\nB\n-4\n70500\n",
+      {"A\n200\n100\n-1\nB\n-4\n70500\n-1\n",
        0,
        71000,
        {"band 100 after a larger one (file f.sizes, line 3)", "negative band -4 (file f.sizes, line 6)"}},

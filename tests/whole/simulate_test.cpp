@@ -25,7 +25,7 @@ protected:
 
 TEST_F(simulate, three_commands_lead_from_a_sequence_to_figures) {
   write_bytes(folder / "genome.fa", genome(1200000));
-  const outcome made = orb("simulate library genome.fa --out lib --coverage 8 --chimeras 0.02 -q");
+  const outcome made = orb("simulate library genome.fa --out lib --coverage 8 --chimeras 0.02");
   ASSERT_EQ(made.status, 0) << made.err;
   EXPECT_EQ(made.out, "lib\n");
   EXPECT_NE(made.err.find("Next: orb assemble lib --out RESULTS\n"), std::string::npos) << made.err;

@@ -16,8 +16,7 @@ public:
 
 // A flag that is on by itself is switched off by its opposite.
 bool is_on_by_itself(const parameter_row &row) {
-  const auto *held = std::get_if<bool *>(&row.target);
-  return held && **held;
+  return row.is_flag() && row.text() == "yes";
 }
 
 std::string name_of(const verb_option &option) {
@@ -179,6 +178,11 @@ command_line_result parse_command_line(const std::vector<std::string> &arguments
   const std::string first = arguments.empty() ? "" : arguments[0];
   if (first.empty())
     return said(2, "orb: a command is missing\n" + general_help());
+  if (first == "help" && arguments.size() > 1) { // of a command, or of a group of them
+    std::vector<std::string> asked(arguments.begin() + 1, arguments.end());
+    asked.emplace_back("--help");
+    return parse_command_line(asked);
+  }
   if (first == "--help" || first == "-h" || first == "help")
     return said(0, general_help());
   if (first == "--version" || first == "version")

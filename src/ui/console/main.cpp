@@ -13,6 +13,7 @@
 #include "frame/version.h"
 #include "ui/console/command_line.h"
 #include "ui/console/console_front_end.h"
+#include "ui/console/standard_input.h"
 
 namespace {
 
@@ -77,10 +78,12 @@ bool standard_output_is_whole() {
 
 orb::exit_status run(orb::verb_run &call) {
   const orb::program_options &options = call.program();
+  const orb::standard_input from_pipe(call);
   orb::answer_book book;
   read_answers(options.answers, book);
   const fs::path home = program_folder();
-  orb::project_state project(orb::console_front_end({options.quiet, options.verbose, options.yes}, book), home);
+  orb::console shown({options.quiet, options.verbose, options.yes}, book);
+  orb::project_state project(shown.as_front_end(), home);
   if (const fs::path folder = log_folder(call); !folder.empty()) {
     orb::create_folder(folder);
     project.frame().log_folder_set(folder);
@@ -88,16 +91,9 @@ orb::exit_status run(orb::verb_run &call) {
     project.frame().note("This command has no log: " + usual_program_folder().string() +
                          " can't be written. --log DIR or ORB_HOME names another folder.");
   }
-  orb::command_streams streams;
-  streams.results = [](const std::string &text) { std::printf("%s\n", text.c_str()); };
-  streams.people = [](const std::string &text) {
-    orb::progress_line_end();
-    std::fprintf(stderr, "%s\n", text.c_str());
-  };
   project.start();
-  const orb::exit_status status = orb::run_verb(call, project, streams);
+  const orb::exit_status status = orb::run_verb(call, project, shown.streams());
   project.finish();
-  orb::progress_line_end();
   return status;
 }
 
