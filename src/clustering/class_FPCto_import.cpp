@@ -63,6 +63,10 @@ std::int32_t class_FPCto_import::n_clones_in_cluster_get(cluster_id id) const {
   return static_cast<std::int32_t>(clones_of_cluster(id).size());
 }
 
+bool class_FPCto_import::cluster_is_contig_get(cluster_id id) const {
+  return n_clones_in_cluster_get(id) > 1 && name_of_cluster_get(id) != "Singletones";
+}
+
 void class_FPCto_import::make_clusters_of_clone() const {
   first_cluster_.assign(static_cast<std::size_t>(n_clones_) + 2, 0);
   for (const clone_number clone : clones_of_clusters_)
@@ -144,6 +148,7 @@ void class_FPCto_import::clear_all(std::int32_t n_clones) {
   clone_in_cluster_.resize(n_clones);
   // What goes by cluster grows with the clusters.
   cluster_information_.assign(1, {});
+  tiling_path_.assign(1, {});
   name_of_cluster_.assign(1, {});
   in_use_.assign(1, 0);
   id_of_name_.clear();
@@ -221,6 +226,10 @@ void class_FPCto_import::make_min_and_max_coor_for_cluster(cluster_id id) {
   }
 }
 
+void class_FPCto_import::tiling_path_set(cluster_id id, number_list path) {
+  tiling_path_[static_cast<std::size_t>(id)] = std::move(path);
+}
+
 void class_FPCto_import::cluster_user_remark_set(cluster_id id, std::string remark) {
   cluster_information_[static_cast<std::size_t>(id)].user_remark = std::move(remark);
 }
@@ -259,6 +268,7 @@ cluster_id class_FPCto_import::new_cluster_id(const std::string &name) {
   name_of_cluster_.push_back(name);
   id_of_name_.emplace(name, id);
   cluster_information_.emplace_back();
+  tiling_path_.emplace_back();
   in_use_.push_back(0);
   first_clone_.push_back(clones_of_clusters_.size()); // an empty set
   return id;

@@ -80,6 +80,10 @@ public:
   const cluster_information &cluster_information_get(cluster_id id) const {
     return cluster_information_[static_cast<std::size_t>(id)];
   }
+  // From left to right; empty when none is known.
+  const number_list &tiling_path_get(cluster_id id) const { return tiling_path_[static_cast<std::size_t>(id)]; }
+  // Whether the cluster is a contig of an .fpc file: more than one clone, and not "Singletones".
+  bool cluster_is_contig_get(cluster_id id) const;
   // max right - min left + 1 when they are known, else 0; in bands.
   double length_of_cluster_bands_get(cluster_id id) const;
   // Constant time. id 0 when not found.
@@ -105,6 +109,7 @@ public:
   void clone_information_from_ORB_set(const number_list &list_of_clones, std::span<const std::int32_t> left,
                                       std::span<const std::int32_t> right);
   void make_min_and_max_coor_for_cluster(cluster_id id);
+  void tiling_path_set(cluster_id id, number_list path);
   void cluster_user_remark_set(cluster_id id, std::string remark);
   void cluster_trace_remark_set(cluster_id id, std::string remark);
   void contig_user_remark_make_based_on_information_for_clones();
@@ -197,6 +202,7 @@ private:
   number_list clone_in_cluster_;
   std::vector<clone_information> clone_information_{1};
   std::vector<cluster_information> cluster_information_{1};
+  std::vector<number_list> tiling_path_{1}; // by id
   std::vector<char> clone_in_black_list_{0};
   class_clustering clustering_;
   number_list marker_in_cluster_;

@@ -66,7 +66,6 @@ private:
 } // namespace
 
 void class_FPCto_import::print_N50_statistics() {
-  constexpr double standard_band_size = 1200, largest_band_size = 1e9;
   const std::string text = frame_->input({"Virtual band size (bp, for contig length calculation):", "", "1200"});
   double band_size = standard_band_size;
   if (!number_parse(text, band_size) || !(band_size >= 1 && band_size <= largest_band_size))

@@ -6,6 +6,9 @@
 
 namespace orb {
 
+// Base pairs that a band stands for, where nobody says otherwise, and the most that is taken.
+inline constexpr double standard_band_size = 1200, largest_band_size = 1e9;
+
 struct length_statistic {
   double length = 0;          // Np: of the contig at which the parts meet
   std::int32_t n_contigs = 0; // Lp: that one and all longer ones

@@ -175,9 +175,13 @@ private:
       return command_result::ended(exit_status::run_failed);
     std::int32_t min_size = contig_figures{}.min_size;
     whole_number_parse(call_.option("min-size")->rows.front()->text(), min_size);
-    streams_.people(text_of_contigs(
-        contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0}))),
-        results.value("band_length", std::string())));
+    contig_figures figures =
+        contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})));
+    figures.ordering = !call_.flag("no-ordering");
+    figures.windows = {results.value("contigs_in_windows", std::int32_t{0}),
+                       results.value("window_joins", std::int32_t{0}),
+                       results.value("weak_window_joins", std::int32_t{0})};
+    streams_.people(text_of_contigs(figures, results.value("band_length", std::string())));
     streams_.results(folder.string());
     return command_result::ended(static_cast<exit_status>(earlier_->value("exit_status", 0)));
   }

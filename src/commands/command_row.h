@@ -163,8 +163,8 @@ public:
   template <class Parameters> Parameters &values() { return *static_cast<Parameters *>(values_.get()); }
   // "key=value"; throws usage_error for an unknown key or a value that isn't taken.
   void set(const std::string &key, const std::string &value);
-  // A default in place of the row's own; the parameter isn't given by it.
-  void begin_with(const std::string &key, const std::string &value) { list_.find(key)->begin_with(value); }
+  // What holds while the key isn't given, in place of the default of the command.
+  void set_default(const std::string &key, const std::string &value) { list_.set_default(key, value); }
   // Throws usage_error or file_error: a needed parameter or part is missing, or the parameters can't do.
   void check(const project_state &project, const parts_there &there) const;
   void foresee(project_state &project, const parts_there &there) const;

@@ -46,5 +46,6 @@ void add_drawing_rows(command_rows &rows);
 void add_pvalue_rows(command_rows &rows);
 void add_simulation_rows(command_rows &rows);
 void add_report_rows(command_rows &rows);
+void add_export_rows(command_rows &rows);
 
 } // namespace orb

@@ -1,5 +1,6 @@
 // Contigs: adaptive clustering, runs read back, the re-analysis with an older tiling path.
 #include <fmt/format.h>
+#include <limits>
 
 #include "commands/command_table.h"
 #include "commands/contig_parameters.h"
@@ -97,6 +98,7 @@ namespace {
 
 // The form of adaptive clustering, with its own defaults.
 struct assemble_parameters {
+  static constexpr std::int32_t any_number = std::numeric_limits<std::int32_t>::max();
   fs::path out;
   std::int32_t n_clones_max = 1200, minimal_cluster_size = 6, width_max = 1, n_steps = 6;
   double step_cutoff = 3;
@@ -113,6 +115,7 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
   list.add("max-clones", p.n_clones_max, "a larger cluster is cut")
       .captioned("N clones in cluster >")
       .limits(1, most)
+      .word_for("none", assemble_parameters::any_number)
       .in_group(group);
   list.add("min-size", p.minimal_cluster_size, "a smaller cluster is a heap")
       .captioned("Minimal cluster size")
@@ -132,7 +135,10 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
 }
 
 void put_assemble(const assemble_parameters &p, command_result &result) {
-  result.parameter("max_clones", p.n_clones_max);
+  if (p.n_clones_max == assemble_parameters::any_number)
+    result.parameter("max_clones", std::string("none"));
+  else
+    result.parameter("max_clones", p.n_clones_max);
   result.parameter("min_size", p.minimal_cluster_size);
   result.parameter("max_width", p.width_max);
   result.parameter("step", p.step_cutoff);
@@ -147,6 +153,9 @@ void put_figures(const contig_figures &figures, command_result &result) {
   result.figure("clones_in_heaps", figures.n_clones_in_heaps);
   result.figure("clones_alone", figures.n_clones_alone);
   result.figure("N50_bands", figures.N50_bands);
+  result.figure("contigs_in_windows", figures.windows.n_contigs);
+  result.figure("window_joins", figures.windows.n_joins);
+  result.figure("weak_window_joins", figures.windows.n_weak_joins);
 }
 
 void check_assemble(const project_state &, const parts_there &, const assemble_parameters &p) {
@@ -164,7 +173,8 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
   clust.adaptive_clustering_all_run(project.database());
   const adapt_clust_result &found = clust.result();
-  const contig_figures figures = contig_figures_of(found, p.minimal_cluster_size);
+  contig_figures figures = contig_figures_of(found, p.minimal_cluster_size);
+  figures.ordering = !p.files.no_ordering;
   command_result result = result_of(project, found.completed);
   put_assemble(p, result);
   put_figures(figures, result);

@@ -1,8 +1,11 @@
 #include "commands/length_parameters.h"
 
+#include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 
 #include "clustering/class_FPCto_import.h"
+#include "clustering/contig_statistics.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -10,7 +13,7 @@ namespace orb {
 namespace {
 
 constexpr const char *estimate_word = "estimate";
-constexpr double usual_bp_per_band = 1200, least_bp = 1, most_bp = 1e9;
+constexpr double least_bp = 1, most_bp = largest_band_size;
 
 double mean_bands_of_clones(const class_DB_of_clones &database) {
   const std::int32_t n = database.total_number_of_clones_get();
@@ -25,17 +28,28 @@ double bands_of_contigs(const class_FPCto_import &registry) {
 }
 
 std::string shown(double bp) {
-  return number_text_thousands(static_cast<std::int64_t>(bp + 0.5));
-}
-
-band_length band_length_of(const class_DB_of_clones &database, const length_parameters &p) {
-  double given = 0;
-  if (p.bp_per_band.empty() || p.bp_per_band == estimate_word || !number_parse(p.bp_per_band, given))
-    return estimated_band_length(database, p);
-  return {given, "as given"};
+  const bool is_small = bp < 1000 && bp != std::floor(bp);
+  return is_small ? number_text(bp, 1) : number_text_thousands(static_cast<std::int64_t>(bp + 0.5));
 }
 
 } // namespace
+
+band_length band_length_of(const class_DB_of_clones &database, const length_parameters &p) {
+  double given = 0;
+  if (!p.bp_per_band.empty() && p.bp_per_band != estimate_word && number_parse(p.bp_per_band, given))
+    return {given, "as given"};
+  band_length found = estimated_band_length(database, p);
+  found.bp = std::min(std::max(found.bp, least_bp), most_bp);
+  return found;
+}
+
+std::string text_of(const band_length &length) {
+  return fmt::format("Base pairs a band: {} ({}).", shown(length.bp), length.words);
+}
+
+bool is_wanted(const length_parameters &p) {
+  return (!p.bp_per_band.empty() && p.bp_per_band != estimate_word) || p.clone_length || p.genome_length;
+}
 
 void describe_lengths(parameter_list &list, length_parameters &p) {
   const char *group = "Lengths in base pairs";
@@ -70,7 +84,7 @@ band_length estimated_band_length(const class_DB_of_clones &database, const leng
   if (p.genome_length && in_contigs > 0)
     return {*p.genome_length / in_contigs,
             fmt::format("{} bp lie in contigs of {} bands", shown(*p.genome_length), shown(in_contigs))};
-  return {usual_bp_per_band, "assumed; --bp-per-band, --clone-length or --genome-length tell it better"};
+  return {standard_band_size, "assumed; --bp-per-band, --clone-length or --genome-length tell it better"};
 }
 
 std::shared_ptr<const std::string> answer_band_lengths_ahead(project_state &project, const length_parameters &p) {
@@ -79,8 +93,8 @@ std::shared_ptr<const std::string> answer_band_lengths_ahead(project_state &proj
     return told;
   const auto bp = [&project, p, told] { // asked for at the end of a run, when its contigs are there
     const band_length found = band_length_of(project.database(), p);
-    *told = fmt::format("Base pairs a band: {} ({}).", shown(found.bp), found.words);
-    return std::min(std::max(found.bp, least_bp), most_bp);
+    *told = text_of(found);
+    return found.bp;
   };
   project.frame().answer_ahead("Virtual band size (bp", [bp] { return number_text(bp(), 0); });
   project.frame().answer_ahead("Virtual band size:", [bp] { return number_text_shortest(bp() / 1000); });

@@ -26,6 +26,12 @@ struct band_length {
 // contigs of the registry, which are taken for the whole of it; else 1,200, assumed.
 band_length estimated_band_length(const class_DB_of_clones &database, const length_parameters &p);
 
+// As given, else estimated.
+band_length band_length_of(const class_DB_of_clones &database, const length_parameters &p);
+std::string text_of(const band_length &length);
+// Whether anything but the usual estimate is asked for.
+bool is_wanted(const length_parameters &p);
+
 // The questions for the size of a band are answered when they come up, unless nothing was given. What was taken stands
 // in the result once one of them came.
 std::shared_ptr<const std::string> answer_band_lengths_ahead(project_state &project, const length_parameters &p);

@@ -148,17 +148,6 @@ bool net_fits_record(project_state &project, const fs::path &file, const nlohman
                   file.string(), recorded, own));
 }
 
-std::optional<overlap_rule> rule_of_record(const nlohmann::json &record) {
-  const nlohmann::json parameters = record.value("parameters", nlohmann::json::object());
-  if (!parameters.is_object() || !parameters.contains("metric") || !parameters.contains("cutoff") ||
-      !parameters["cutoff"].is_number())
-    return std::nullopt;
-  const std::int16_t index = class_clone_dist_general::index_of_name(parameters.value("metric", ""));
-  if (index < 0)
-    return std::nullopt;
-  return rule_of_metric(index, parameters["cutoff"].get<double>());
-}
-
 command_result run_load(project_state &project, const net_file_parameters &p) {
   const auto record = p.file.empty() ? std::nullopt : run_record_beside(p.file);
   if (record && !net_fits_record(project, p.file, *record))

@@ -129,6 +129,19 @@ parameter_row &parameter_row::unset(std::string shown) {
   return *this;
 }
 
+parameter_row &parameter_row::word_for(std::string shown, std::int32_t number) {
+  word_of_number = std::move(shown);
+  number_of_word = number;
+  default_shown = text();
+  return *this;
+}
+
+void parameter_row::default_is(const std::string &text) {
+  take(text);
+  given_ = false;
+  default_shown = is_flag() ? "" : text;
+}
+
 parameter_row &parameter_row::in_group(std::string shown) {
   group = std::move(shown);
   return *this;
@@ -179,10 +192,17 @@ std::string parameter_row::wanted() const {
     text += " from " + number_text_shortest(*low) + " to " + number_text_shortest(*high);
   else if (low && *low > -unlimited)
     text += " of at least " + number_text_shortest(*low);
+  if (!word_of_number.empty())
+    text += ", or " + word_of_number;
   return text;
 }
 
 std::string parameter_row::take(const std::string &text) const {
+  if (!word_of_number.empty() && text == word_of_number) {
+    std::visit([&](auto *held) { put(std::to_string(number_of_word), *held); }, target);
+    given_ = true;
+    return {};
+  }
   const bool known = words.empty() || std::find(words.begin(), words.end(), text) != words.end();
   double number = 0;
   const bool is_in_limits = !low || (number_from(text, number) && number >= *low && number <= *high);
@@ -193,13 +213,9 @@ std::string parameter_row::take(const std::string &text) const {
   return {};
 }
 
-void parameter_row::begin_with(const std::string &text) {
-  take(text);
-  given_ = false;
-  default_shown = is_flag() ? "" : text;
-}
-
 std::string parameter_row::text() const {
+  if (!word_of_number.empty() && text_held(target) == number_text_shortest(number_of_word))
+    return word_of_number;
   return std::visit(
       [](const auto *held) -> std::string {
         using value = std::remove_cv_t<std::remove_pointer_t<decltype(held)>>;
@@ -228,8 +244,10 @@ const parameter_row *parameter_list::find(const std::string &key) const {
   return at == rows_.end() ? nullptr : &*at;
 }
 
-parameter_row *parameter_list::find(const std::string &key) {
-  return const_cast<parameter_row *>(std::as_const(*this).find(key));
+void parameter_list::set_default(const std::string &key, const std::string &text) {
+  for (parameter_row &row : rows_)
+    if (row.key == key)
+      row.default_is(text);
 }
 
 std::vector<std::string> parameter_list::keys() const {

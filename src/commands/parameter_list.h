@@ -34,6 +34,10 @@ public:
   parameter_row &unset(std::string shown);
   // The same where it is a value, which stands in a struct of its own.
   template <class Number> parameter_row &unset_is(Number value) { return unset(shortest_text(double(value))); }
+  // A word that stands for a number, whatever the limits: "none".
+  parameter_row &word_for(std::string shown, std::int32_t number);
+  // Another default than the struct's, as text; the parameter isn't given by it.
+  void default_is(const std::string &text);
   parameter_row &in_group(std::string shown);
   // What a form calls it.
   parameter_row &captioned(std::string shown);
@@ -44,8 +48,6 @@ public:
   // ---- what it holds -------------------------------------------------------------------------------------------
   // Empty when the text was taken, else what is wrong with it and what is wanted. A flag takes yes, no and nothing.
   std::string take(const std::string &text) const;
-  // Holds the value from now on while it isn't given; of a verb that has a default of its own.
-  void begin_with(const std::string &text);
   // The value as text; empty: unset. Flags say yes or no.
   std::string text() const;
   // Whether the parameter was given, by `take`.
@@ -63,6 +65,8 @@ public:
   std::string meaning, type_shown, default_shown, group, caption, unit;
   std::optional<double> low, high;
   std::vector<std::string> words;
+  std::string word_of_number; // empty: there is none
+  std::int32_t number_of_word = 0;
   bool required = false;
   char letter = 0;
 
@@ -81,8 +85,8 @@ public:
   }
   const std::vector<parameter_row> &rows() const { return rows_; }
   const parameter_row *find(const std::string &key) const;
-  parameter_row *find(const std::string &key);
   std::vector<std::string> keys() const;
+  void set_default(const std::string &key, const std::string &text);
   // The first needed one that wasn't given; empty when none is missing.
   std::string missing() const;
 

@@ -1,4 +1,6 @@
 // The verbs over a finished run: where its library, net, metric and cutoff come from.
+#include <algorithm>
+
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
@@ -39,16 +41,38 @@ void set_if_open(bound_command *command, const char *key, const nlohmann::json &
 }
 
 // Metric, cutoff and burying fraction that aren't given become the run's.
-void take_metric_of_run(verb_run &call, const nlohmann::json &record) {
+void take_metric_of_run(verb_run &call, const nlohmann::json &record, project_state &project) {
   bound_command *metric = call.step("metric.set");
-  if (!metric)
+  if (!metric) { // nothing is scored, whether or not it could be
+    project.rule() = rule_of_record(record).value_or(project.rule());
     return;
+  }
   const nlohmann::json parameters = record.value("parameters", nlohmann::json::object());
   if (!call.is_given("metric")) {
     set_if_open(metric, "metric", parameters, "metric");
     set_if_open(metric, "cutoff", parameters, "cutoff");
   }
   set_if_open(metric, "burying", parameters, "burying");
+}
+
+// The net that was cut into contigs. A verb that can do without one goes without when the record's isn't there.
+void take_net_of_run(verb_run &call, const nlohmann::json &record, const fs::path &results) {
+  fs::path net = call.net;
+  for (const char *key : {"revised_net", "net"})
+    if (net.empty())
+      net = output_of_run(record, results, key);
+  if (net.empty())
+    net = input_of_run(record, true);
+  const std::vector<verb_step> &steps = call.the_verb().steps;
+  const bool needed = std::any_of(steps.begin(), steps.end(), [](const verb_step &step) {
+    return step.command == "net.load" && step.when.empty();
+  });
+  if (needed && net.empty())
+    throw usage_error("no record of " + call.run_folder.string() + " names a net; give one with --net");
+  if (std::error_code failed; !needed && !call.is_given("net") && !fs::exists(net, failed))
+    return;
+  call.set("net", net.string()); // the step runs when it is given
+  call.step("net.load")->set("file", net.string());
 }
 
 } // namespace
@@ -59,7 +83,7 @@ void prepare_run_verb(verb_run &call, project_state &project) {
     throw program_end("no run", exit_status::run_failed); // told already
   const fs::path results = fs::absolute(folder).lexically_normal().parent_path();
   const nlohmann::json record = run_record_read(results / "run.json").value_or(nlohmann::json::object());
-  take_metric_of_run(call, record);
+  take_metric_of_run(call, record, project);
   fs::path library = !call.library.empty() ? call.library : output_of_run(record, results, "library");
   if (library.empty())
     library = input_of_run(record, false);
@@ -67,18 +91,10 @@ void prepare_run_verb(verb_run &call, project_state &project) {
     throw usage_error("no record of " + call.run_folder.string() + " names a library file; give one with --library");
   call.step("library.load")->set("file", library.string());
   call.step("contigs.load")->set("folder", folder.string());
-  bound_command *net_step = call.step("net.load");
-  if (!net_step)
-    return;
-  fs::path net = call.net;
-  for (const char *key : {"revised_net", "net"})
-    if (net.empty())
-      net = output_of_run(record, results, key);
-  if (net.empty())
-    net = input_of_run(record, true);
-  if (net.empty())
-    throw usage_error("no record of " + call.run_folder.string() + " names a net; give one with --net");
-  net_step->set("file", net.string());
+  if (call.step("net.load"))
+    take_net_of_run(call, record, results);
+  if (record.value("state", "") == "stopped")
+    project.frame().note("The run was stopped early: clones of clusters that it didn't reach stand alone.");
 }
 
 } // namespace orb

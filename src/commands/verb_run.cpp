@@ -44,7 +44,7 @@ verb_run::verb_run(const verb &wanted) : verb_(&wanted) {
     for (const auto &[key, value] : step.presets)
       bound_.back().set(key, value);
     for (const auto &[key, value] : step.defaults)
-      bound_.back().begin_with(key, value);
+      bound_.back().set_default(key, value);
   }
   if (wanted.extra)
     wanted.extra(extra_, *this);

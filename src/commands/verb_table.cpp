@@ -47,6 +47,7 @@ step net_save(std::optional<project_part> if_there = {}) {
   return {"net.save", "net", {}, {}, {}, if_there};
 }
 
+// A cluster is cut where it isn't linear, not for being large: the form's limit is one for slow machines.
 step contigs() {
   return {"contigs.assemble",
           "contigs",
@@ -54,7 +55,7 @@ step contigs() {
           {},
           {},
           {},
-          {{"from-net-only", "no"}, {"browse", "no"}, {"bp-per-band", "estimate"}}};
+          {{"max-clones", "none"}, {"from-net-only", "no"}, {"browse", "no"}, {"bp-per-band", "estimate"}}};
 }
 
 std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {
@@ -264,6 +265,18 @@ void add_list_verbs(std::vector<verb> &table) {
   report.prepare = prepare_run_verb;
   report.prints_out = true;
   table.push_back(report);
+  verb exported = plain_verb("export", "RUN --to fpc|gff3|bed|tsv --out FILE",
+                             "the contigs of a finished run as a file that other programs read",
+                             "orb export results/ecoli536 --to gff3 --out contigs.gff3", {"run"}, place::beside_file,
+                             {retain.steps.front(),
+                              markers(),
+                              {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
+                              {"net.load", "", {{"file", ""}}, "net", {}, {}},
+                              {"contigs.export", "export", {}, {}, {}, {}, {{"bp-per-band", "estimate"}}}});
+  exported.extra = retain_options;
+  exported.prepare = prepare_run_verb;
+  exported.says_saved = true;
+  table.push_back(exported);
   table.push_back(plain_verb("list sort", "LIB LIST --out LIST", "a list in the order of the library, without repeats",
                              "orb list sort library.ORBdb contig.txt --out sorted.txt", {"input", "list"},
                              place::beside_file, library_and({{"list.sort", "list", {}, {}, {}, {}}}), {"out"}));

@@ -60,8 +60,8 @@ struct verb_step {
   std::string when;                                       // the step runs when this option was given, with "!" when not
   std::vector<std::pair<std::string, std::string>> presets; // keys with the values that they have in this verb
   std::optional<project_part> if_there;                     // the step runs when an earlier one made this part
-  // Defaults of this verb in place of the row's: a verb asks nothing that an option can say.
-  std::vector<std::pair<std::string, std::string>> defaults{};
+  std::vector<std::pair<std::string, std::string>> defaults =
+      {}; // others in this verb: it asks nothing that an option can say
 };
 
 enum class record_place { none, beside_file, in_folder }; // with --out

@@ -28,13 +28,25 @@ struct contig_summary {
   double cutoff = 0;
   std::int32_t width = -1; // -1: not analysed
   std::int32_t n_clones_MTP = 0;
-  bool is_contig = false; // at least the minimal size; else a heap
+  bool is_contig = false;  // at least the minimal size; else a heap
+  std::string remark = {}; // of the report
+};
+
+// Whether a contig of this size and width gets an order: large ones only when they are narrow.
+bool is_shape_to_order(std::int32_t n_clones, std::int32_t width);
+inline constexpr std::int32_t n_clones_of_any_width = 300; // larger contigs are ordered when narrow only
+inline constexpr std::int32_t width_to_order = 3;          // narrow: below this
+
+// What became of contigs too long to be ordered in one search.
+struct window_totals {
+  std::int32_t n_contigs = 0, n_joins = 0, n_weak_joins = 0;
 };
 
 struct adapt_clust_result {
   std::filesystem::path folder;         // of the run
   std::vector<contig_summary> clusters; // final clusters of 2 and more clones, in the order in which they became final
   std::int32_t n_clones_alone = 0;      // in final clusters of one
+  window_totals windows;
   bool completed = false;
 };
 

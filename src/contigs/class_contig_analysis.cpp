@@ -1,6 +1,7 @@
 #include "contigs/class_contig_analysis.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 
 #include "clustering/cluster_file_name.h"
@@ -217,6 +218,13 @@ bool class_contig_analysis::clustering_delete_brunching_run(std::int32_t /*rank_
   return false;
 }
 
+std::vector<std::int32_t> class_contig_analysis::axis_of_list() const {
+  const auto left = coor_left_of_list(), right = coor_right_of_list();
+  std::vector<std::int32_t> twice_middle(left.size());
+  std::transform(left.begin(), left.end(), right.begin(), twice_middle.begin(), std::plus<>());
+  return twice_middle;
+}
+
 // ---- order of the clones -------------------------------------------------------------------------------------------
 
 ordering_task class_contig_analysis::detail_control_task(std::uint64_t number) const {
@@ -227,6 +235,7 @@ ordering_task class_contig_analysis::detail_control_task(std::uint64_t number) c
   task.flag = true;
   task.folder = dir_name_to_output_ok_;
   task.number = number;
+  task.axis = axis_of_list();
   return task;
 }
 

@@ -81,6 +81,8 @@ public:
   // The same for the whole list, in list order; empty while nothing is known.
   std::span<const std::int32_t> coor_left_of_list() const { return by_position(coor_left_); }
   std::span<const std::int32_t> coor_right_of_list() const { return by_position(coor_right_); }
+  // Twice the middle of each clone, in bands; empty while nothing is known.
+  std::vector<std::int32_t> axis_of_list() const;
   const number_list &list_of_clones_MTP() const { return list_of_clones_MTP_; }
   void list_of_clones_MTP_get(number_list &list) const { list = list_of_clones_MTP_; }
   const number_list &list_of_clones_diam_path() const { return list_of_clones_diam_path_; }

@@ -7,14 +7,15 @@ namespace orb {
 namespace {
 
 constexpr std::int32_t n_clones_at_least = 3;
-constexpr std::int32_t n_clones_for_ordering = 300; // larger ones are ordered only when narrow
-constexpr std::int32_t width_for_ordering = 3;      // narrow: below this width
 
 } // namespace
 
+bool is_shape_to_order(std::int32_t n_clones, std::int32_t width) {
+  return n_clones >= n_clones_at_least && (n_clones <= n_clones_of_any_width || width < width_to_order);
+}
+
 bool class_contig_adapt_clust::is_to_be_ordered(const cluster_test &test) const {
-  return detail_control_ && !test.too_large && test.is_connected && test.n_clones >= n_clones_at_least &&
-         (test.n_clones <= n_clones_for_ordering || test.width < width_for_ordering);
+  return detail_control_ && !test.too_large && test.is_connected && is_shape_to_order(test.n_clones, test.width);
 }
 
 void class_contig_adapt_clust::report_tested_clusters(run_reports &reports) {
@@ -55,6 +56,11 @@ bool class_contig_adapt_clust::order_tested_clusters() {
     orderer.write(works[i], file_order);
     clusters[i]->contig->detail_control_done(works[i]);
     count_gaps_of_order(*clusters[i]);
+    if (works[i].in_windows() && clusters[i]->analysed) {
+      ++result_.windows.n_contigs;
+      result_.windows.n_joins += static_cast<std::int32_t>(works[i].windows.size()) - 1;
+      result_.windows.n_weak_joins += works[i].n_weak_joins();
+    }
   }
   return !stopped();
 }

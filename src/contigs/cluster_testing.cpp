@@ -203,6 +203,7 @@ void class_contig_adapt_clust::print_cluster_files(cluster_test &test, const run
     registry.clone_information_from_ORB_set(contig.list_of_clones(), contig.coor_left_of_list(),
                                             contig.coor_right_of_list());
     registry.make_min_and_max_coor_for_cluster(test.id);
+    registry.tiling_path_set(test.id, contig.list_of_clones_MTP());
   }
 }
 

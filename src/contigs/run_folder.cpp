@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "contigs/run_reports.h"
+#include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -48,6 +50,8 @@ private:
                   const std::vector<std::string> &clones);
   bool read_coordinates(const std::filesystem::path &file, const std::vector<std::string> &clones,
                         std::vector<run_folder::coordinate> &coordinates);
+  bool read_pair(const std::filesystem::path &file, const std::vector<std::string> &clones,
+                 std::vector<run_folder::coordinate> &coordinates, std::vector<std::string> &path);
 
   process_frame &frame_;
   run_folder &run_;
@@ -130,6 +134,9 @@ bool run_folder_reader::read_cluster(const cluster_row &row, const std::filesyst
   }
   if (is_file(folder / ("coor_" + name)) && !read_coordinates(folder / ("coor_" + name), clones, coordinates))
     return false;
+  const std::filesystem::path table = folder / ("clones_MTP_coor_and_markers_" + name);
+  if (clones.size() == 2 && coordinates.empty() && is_file(table) && !read_pair(table, clones, coordinates, path))
+    return false;
   run_.clusters.push_back(row);
   run_.clones.push_back(std::move(clones));
   run_.tiling_path.push_back(std::move(path));
@@ -171,6 +178,36 @@ bool run_folder_reader::read_coordinates(const std::filesystem::path &file, cons
     return refuse("Coordinates end early: " + std::to_string(coordinates.size()) + " of " +
                       std::to_string(clones.size()) + " clones.",
                   reader.place());
+  return true;
+}
+
+// A cluster of two clones has no tables of its own but the one with its markers: behind each clone its two ends and its
+// place on the path.
+bool run_folder_reader::read_pair(const std::filesystem::path &file, const std::vector<std::string> &clones,
+                                  std::vector<run_folder::coordinate> &coordinates, std::vector<std::string> &path) {
+  line_reader reader(file);
+  std::string_view line;
+  reader.next(line); // zones
+  reader.next(line); // head
+  std::vector<std::string> fields, on_path(2);
+  for (std::size_t i = 0; i < 2; ++i) {
+    const std::string start = std::to_string(i + 1) + '\t' + clones[i] + '\t';
+    run_folder::coordinate row{clones[i], 0, 0};
+    if (!reader.next(line) || !line.starts_with(start) ||
+        class_serv_raznoe::cut_string(line.substr(start.size()), fields) < 3)
+      return refuse("The table of a cluster of two clones doesn't follow its list.", reader.place());
+    if (fields[0] == "Unknown")
+      return true;
+    std::int32_t place = 0;
+    if (!number_parse(fields[0], row.left) || !number_parse(fields[1], row.right) ||
+        (fields[2] != "False" && (!whole_number_parse(fields[2], place) || place < 1 || place > 2)))
+      return refuse("Behind a clone stand its two ends and its place on the tiling path or False.", reader.place());
+    if (place > 0)
+      on_path[static_cast<std::size_t>(place) - 1] = clones[i];
+    coordinates.push_back(std::move(row));
+  }
+  std::erase(on_path, "");
+  path = std::move(on_path);
   return true;
 }
 
@@ -225,6 +262,22 @@ bool find_clones(process_frame &frame, const run_folder &run, std::size_t cluste
   return true;
 }
 
+void put_tiling_paths(const run_folder &run, const class_DB_of_clones &database, class_FPCto_import &registry) {
+  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
+    const auto id = static_cast<cluster_id>(c) + 1;
+    std::unordered_map<std::string_view, clone_number> clone_of_name;
+    for (const clone_number clone : registry.clones_of_cluster(id))
+      clone_of_name.emplace(database.name_of_clone_get(clone), clone);
+    number_list path;
+    for (const std::string &name : run.tiling_path[c]) {
+      const auto found = clone_of_name.find(name);
+      if (found != clone_of_name.end()) // the reader of the folder has seen to it
+        path.add(found->second);
+    }
+    registry.tiling_path_set(id, std::move(path));
+  }
+}
+
 } // namespace
 
 bool is_run_folder(const std::filesystem::path &folder) {
@@ -261,6 +314,7 @@ bool read_run_folder_into_registry(process_frame &frame, const project_settings 
                                       run.coordinates[c][i].right);
   }
   registry->add_new_cluster_finish();
+  put_tiling_paths(run, database, *registry);
   for (std::size_t c = 0; c < run.clusters.size(); ++c) {
     if (!run.coordinates[c].empty())
       registry->make_min_and_max_coor_for_cluster(static_cast<cluster_id>(c) + 1);

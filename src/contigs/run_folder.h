@@ -30,14 +30,15 @@ struct run_folder {
     double left = 0, right = 0;
   };
   std::vector<std::vector<coordinate>> coordinates; // of each, from coor_NAME.txt; empty when there is none
+  // A cluster of two clones has path and coordinates in clones_MTP_coor_and_markers_NAME.txt only.
 };
 
 // Whether the folder has a run's reports.
 bool is_run_folder(const std::filesystem::path &folder);
 // Reads the reports of a run; needs no library. False with messages (file and line) when something is damaged.
 bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, run_folder &run);
-// Puts a run into the registry of the database: clusters in use with long names, and coordinates. The registry stays
-// as it was when a clone is unknown or the folder is damaged.
+// Puts a run into the registry of the database: clusters in use with long names, coordinates, tiling paths. The
+// registry stays as it was when a clone is unknown or the folder is damaged.
 bool read_run_folder_into_registry(process_frame &frame, const project_settings &settings,
                                    const std::filesystem::path &folder, class_DB_of_clones &database);
 

@@ -33,7 +33,7 @@ contig_names make_contig_names_for_FPC(const class_FPCto_import &registry, const
       continue;
     const auto id = static_cast<cluster_id>(i);
     names.clusters.push_back(id);
-    if (registry.name_of_cluster_get(id) != singletones_name && registry.n_clones_in_cluster_get(id) > 1)
+    if (registry.cluster_is_contig_get(id))
       names.new_name[i] = "ctg" + std::to_string(++names.n_contigs);
   }
   return names;

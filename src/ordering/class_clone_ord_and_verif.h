@@ -20,8 +20,11 @@
 #include "metrics/class_clone_dist_calc.h"
 #include "metrics/metric_context.h"
 #include "metrics/overlap_rule.h"
+#include "ordering/distance_file.h"
+#include "ordering/follower_counts.h"
 #include "ordering/square_array.h"
 #include "ordering/tour_solver.h"
+#include "ordering/window_joining.h"
 
 namespace orb {
 
@@ -42,6 +45,19 @@ struct ordering_task {
   bool flag = true;             // write "Input.dis" and its copies; off: consensus table and solution file instead
   std::filesystem::path folder; // of the files; empty: the working folder
   std::uint64_t number = 0;     // of the contig: its generators are streams of it
+  // Twice the middle of each clone on the contig's axis, in bands, by position in the list from 0. With it a contig of
+  // more than `most_in_one_search` clones is ordered in windows along the axis; without it as a whole, whatever that
+  // takes.
+  std::vector<std::int32_t> axis = {};
+};
+
+// The search for the order of one window of a long contig.
+struct window_search {
+  path_order order; // places in list_not_excluded
+  tour_report report;
+  std::vector<pair_distance> distances; // links of places i < j; only for "Input.dis"
+  std::string failure;                  // why the program has to end; empty: it doesn't
+  exit_status failure_status = exit_status::run_failed;
 };
 
 // One search: run 0 on all bands, the others on what the jackknife left.
@@ -52,6 +68,8 @@ struct ordering_run {
   std::int64_t cost = 0;           // of the search, in whole distances
   tour_report report;
   std::vector<std::int32_t> distances; // whole distances of the pairs i < j, row by row; only for "Input.dis"
+  std::vector<window_search> windows;  // of a contig that is ordered in windows; their orders go into `order`
+  std::vector<window_join> joins;      // of each window but the first with the one before it
   std::vector<std::string> log;        // lines for the log
   std::string failure;                 // why the program has to end; empty: it doesn't
   exit_status failure_status = exit_status::run_failed;
@@ -64,8 +82,11 @@ struct ordering_work {
   number_list list_not_excluded;                   // positions in the list
   std::vector<ordering_run> runs;                  // 0..N
   ordering_run consensus;
-  square_array<std::int32_t> adjacency; // 0..n_used: how often q (row) followed p; row 0 counts path ends
-  bool completed = false;               // false: stopped, nothing is to be written
+  follower_counts adjacency;        // over all runs
+  std::vector<std::int32_t> along;  // places in the order of the axis; empty: ordered as a whole
+  std::vector<std::int32_t> rank;   // by place: where it stands there, from 0
+  std::vector<axis_window> windows; // of these
+  bool completed = false;           // false: stopped, nothing is to be written
 
   std::int32_t n_used() const { return list_not_excluded.count(); }
   std::int32_t n_jackknife() const { return static_cast<std::int32_t>(runs.size()) - 1; }
@@ -74,6 +95,9 @@ struct ordering_work {
     return r > n_jackknife() ? consensus : runs[static_cast<std::size_t>(r)];
   }
   bool proven() const; // the order of run 0 is the shortest there is
+  bool in_windows() const { return !windows.empty(); }
+  std::int32_t n_windows_proven() const; // in run 0
+  std::int32_t n_weak_joins() const;     // in run 0
 };
 
 class class_clone_ord_and_verif {
@@ -110,11 +134,13 @@ public:
   static number_list order_of(const ordering_work &work);
 
   // --- steps of the computation; safe on worker threads with a context of their own ---
-  // Every pair of the list is looked at, those with a clone that is excluded already too. O(n^2) band comparisons.
-  // `stop` may be null; when it turns true the rest isn't looked at.
+  // Every pair of the list is looked at, those with a clone that is excluded already too: O(n^2) band comparisons. With
+  // an `axis` (see ordering_task) only the pairs that can be near each other on it. `stop` may be null; when it turns
+  // true the rest isn't looked at.
   static void create_clone_is_not_excluded(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                            std::vector<std::int16_t> &clone_is_not_excluded,
-                                           const metric_context &context, const std::atomic<bool> *stop = nullptr);
+                                           const metric_context &context, const std::atomic<bool> *stop = nullptr,
+                                           std::span<const std::int32_t> axis = {});
   // Distances of all pairs of clones that aren't excluded, 1-based both ways, and what the search is run with.
   void print_distance_matrix(const number_list &list, const number_list &list_not_excluded, const overlap_rule &rule,
                              const metric_context &context, square_array<double> &matrix, std::int32_t &n_used,
@@ -133,8 +159,20 @@ public:
   static std::string tail_of_files(const ordering_work &work);
 
 private:
+  // A run of a work, whole or a window of it (from 0).
+  struct search_piece {
+    ordering_work *work;
+    std::int32_t r, window = whole;
+    static constexpr std::int32_t whole = -1;
+  };
   void prepare(const ordering_task &task, ordering_work &work, const std::atomic<bool> *stop) const;
+  std::vector<search_piece> pieces_of(std::vector<ordering_work> &works) const;
+  bool search_all(std::vector<ordering_work> &works, const std::vector<search_piece> &pieces) const;
   void compute_run(ordering_work &work, std::int32_t r, const std::atomic<bool> *stop) const;
+  void compute_window(ordering_work &work, std::int32_t r, std::int32_t window, const std::atomic<bool> *stop) const;
+  void join_run(ordering_work &work, std::int32_t r, const std::atomic<bool> *stop) const;
+  double mean_step_along(const ordering_work &work, const path_order &order, const metric_context &context,
+                         const std::atomic<bool> *stop = nullptr) const;
   bool run_batch(std::int64_t n, const std::function<void(std::int64_t, const std::atomic<bool> &)> &body,
                  const std::function<void(std::int64_t)> &show) const;
   void conclude(ordering_work &work) const;

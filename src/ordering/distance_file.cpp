@@ -10,10 +10,6 @@ namespace orb {
 
 namespace {
 
-struct distance_record {
-  std::int32_t i, j, d;
-};
-
 // Fields between commas, blanks and tabs.
 void fields_of_line(std::string_view line, std::vector<std::string_view> &fields) {
   fields.clear();
@@ -53,7 +49,7 @@ bool head_of_file(const std::vector<std::string_view> &fields, distance_instance
          rank >= 0 && whole_number_parse(fields[2], read.neighbour_rank);
 }
 
-bool record_of_fields(const std::vector<std::string_view> &fields, std::int32_t n, distance_record &record) {
+bool record_of_fields(const std::vector<std::string_view> &fields, std::int32_t n, pair_distance &record) {
   double d = 0;
   if (fields.size() != 3 || !whole_number_parse(fields[0], record.i) || !whole_number_parse(fields[1], record.j) ||
       !number_parse(fields[2], d) || !(std::abs(d) <= 1e9))
@@ -68,7 +64,7 @@ bool read_distance_file(const std::filesystem::path &file, distance_instance &in
   line_reader reader(file);
   distance_instance read;
   std::vector<std::string_view> fields;
-  std::vector<distance_record> records;
+  std::vector<pair_distance> records;
   std::string_view line;
   const auto wrong = [&](const std::string &what) {
     problem = what + " (" + reader.place() + ")";
@@ -83,7 +79,7 @@ bool read_distance_file(const std::filesystem::path &file, distance_instance &in
     fields_of_line(line, fields);
     if (fields.empty() || (reader.line_number() == 2 && is_line_of_positions(line, fields, read.n)))
       continue;
-    distance_record record{};
+    pair_distance record;
     if (!record_of_fields(fields, read.n, record))
       return wrong("Two vertices from 1 to " + std::to_string(read.n) + " and their distance are expected");
     records.push_back(record);
@@ -95,34 +91,50 @@ bool read_distance_file(const std::filesystem::path &file, distance_instance &in
   read.dist.assign(read.n, distance_instance::no_distance);
   for (std::int32_t v = 0; v <= read.n; ++v)
     read.dist(v, v) = 0;
-  for (const distance_record &record : records)
+  for (const pair_distance &record : records)
     if (record.i != record.j)
       read.dist(record.i, record.j) = read.dist(record.j, record.i) = record.d;
   instance = std::move(read);
   return true;
 }
 
+static std::string head_of_text(double time_limit, std::int32_t neighbour_rank,
+                                std::span<const std::int32_t> positions) {
+  std::string text = std::to_string(positions.size()) + "," + number_text_shortest(time_limit) + "," +
+                     std::to_string(neighbour_rank) + "\r\n";
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    if (i > 0)
+      text += ' ';
+    whole_number_append(text, positions[i]);
+  }
+  return text += "\r\n";
+}
+
+static void append_record(std::string &text, const pair_distance &record) {
+  whole_number_append(text, record.i);
+  text += '\t';
+  whole_number_append(text, record.j);
+  text += '\t';
+  whole_number_append(text, record.d);
+  text += "\r\n";
+}
+
 std::string distance_file_text(double time_limit, std::int32_t neighbour_rank, std::span<const std::int32_t> positions,
                                std::span<const std::int32_t> distances) {
   const auto n = static_cast<std::int32_t>(positions.size());
-  std::string text =
-      std::to_string(n) + "," + number_text_shortest(time_limit) + "," + std::to_string(neighbour_rank) + "\r\n";
-  for (std::int32_t i = 0; i < n; ++i) {
-    if (i > 0)
-      text += ' ';
-    whole_number_append(text, positions[static_cast<std::size_t>(i)]);
-  }
-  text += "\r\n";
+  std::string text = head_of_text(time_limit, neighbour_rank, positions);
   std::size_t k = 0;
   for (std::int32_t i = 1; i <= n; ++i)
-    for (std::int32_t j = i + 1; j <= n; ++j) {
-      whole_number_append(text, i);
-      text += '\t';
-      whole_number_append(text, j);
-      text += '\t';
-      whole_number_append(text, distances[k++]);
-      text += "\r\n";
-    }
+    for (std::int32_t j = i + 1; j <= n; ++j)
+      append_record(text, {i, j, distances[k++]});
+  return text;
+}
+
+std::string distance_file_text(double time_limit, std::int32_t neighbour_rank, std::span<const std::int32_t> positions,
+                               std::span<const pair_distance> distances) {
+  std::string text = head_of_text(time_limit, neighbour_rank, positions);
+  for (const pair_distance &record : distances)
+    append_record(text, record);
   return text;
 }
 

@@ -11,6 +11,10 @@
 
 namespace orb {
 
+struct pair_distance {
+  std::int32_t i = 0, j = 0, d = 0;
+};
+
 // One instance as read. Pairs that the file doesn't give stay at `no_distance`.
 struct distance_instance {
   static constexpr std::int32_t no_distance = 10000000;
@@ -29,6 +33,9 @@ bool read_distance_file(const std::filesystem::path &file, distance_instance &in
 // `distances`: row by row, those with j above i.
 std::string distance_file_text(double time_limit, std::int32_t neighbour_rank, std::span<const std::int32_t> positions,
                                std::span<const std::int32_t> distances);
+// The same with some pairs only.
+std::string distance_file_text(double time_limit, std::int32_t neighbour_rank, std::span<const std::int32_t> positions,
+                               std::span<const pair_distance> distances);
 
 // The integer part of a distance; the small addition keeps whole numbers that came out a little too small.
 std::int32_t whole_distance(double distance);

@@ -49,39 +49,72 @@ void append_orders(std::string &text, const ordering_work &work, std::int32_t r)
 }
 
 // Who stood beside whom in the jackknife, by places of the chosen order. The shares are counts over all N + 1 runs
-// divided by N, so that one can exceed 1: deliberate.
-void append_neighbours(std::string &text, const ordering_work &work, const std::vector<std::int32_t> &order,
-                       std::size_t i) {
+// divided by N, so that one can exceed 1: deliberate. A contig ordered in windows is too long for a column a clone: its
+// rows hold place:share.
+void append_neighbours(std::string &text, const ordering_work &work, std::vector<follower_counts::entry> beside,
+                       const std::vector<std::int32_t> &place_of, std::int32_t i) {
   const double N = work.n_jackknife();
-  const auto share = [&](std::size_t j) {
-    return (work.adjacency(order[i], order[j]) + work.adjacency(order[j], order[i])) / N;
+  const auto place = [&](const follower_counts::entry &entry) {
+    return place_of[static_cast<std::size_t>(entry.clone)];
   };
+  std::sort(beside.begin(), beside.end(), [&](const auto &x, const auto &y) { return place(x) < place(y); });
   double sum = 0, variance = 0;
-  for (std::size_t j = 0; j < order.size(); ++j) {
-    const double apart = static_cast<double>(i) - static_cast<double>(j);
-    sum += share(j);
-    variance += apart * apart * share(j) / 2;
+  for (const follower_counts::entry &entry : beside) {
+    const double apart = i - place(entry);
+    sum += entry.times / N;
+    variance += apart * apart * (entry.times / N) / 2;
   }
   text += "\t" + number_text(sum, 2) + "\t" + number_text(variance, 2);
-  for (std::size_t j = 0; j < order.size(); ++j) {
-    text += '\t';
-    if (share(j) > 0)
-      number_text_append(text, share(j), 2);
+  std::int32_t column = -1;
+  for (const follower_counts::entry &entry : beside) {
+    if (work.in_windows())
+      text += "\t" + std::to_string(place(entry) + 1) + ":";
+    else
+      text.append(static_cast<std::size_t>(place(entry) - column), '\t');
+    column = place(entry);
+    number_text_append(text, entry.times / N, 2);
   }
+  if (!work.in_windows())
+    text.append(static_cast<std::size_t>(work.n_used() - 1 - column), '\t');
 }
 
 void append_diagonal(std::string &text, const ordering_work &work, std::int32_t r, const used_clones &clones) {
   const std::vector<std::int32_t> &order = work.column(r).order;
   text += std::string("Diagonal:") + line_end + "new_i\told_i\told_old_i\tclone\tSum_Pij\tVar";
-  for (const std::int32_t p : order)
-    text += "\t" + clones.name(p);
+  if (!work.in_windows())
+    for (const std::int32_t p : order)
+      text += "\t" + clones.name(p);
   text += line_end;
+  std::vector<std::vector<follower_counts::entry>> beside;
+  std::vector<std::int32_t> place_of(order.size() + 1, 0);
+  if (work.n_jackknife() > 0)
+    beside = work.adjacency.beside();
+  for (std::size_t i = 0; i < order.size(); ++i)
+    place_of[static_cast<std::size_t>(order[i])] = static_cast<std::int32_t>(i);
   for (std::size_t i = 0; i < order.size(); ++i) {
     const std::int32_t p = order[i];
     text += std::to_string(i + 1) + "\t" + std::to_string(p) + "\t" + std::to_string(clones.position(p)) + "\t" +
             clones.name(p);
     if (work.n_jackknife() > 0)
-      append_neighbours(text, work, order, i);
+      append_neighbours(text, work, std::move(beside[static_cast<std::size_t>(p)]), place_of,
+                        static_cast<std::int32_t>(i));
+    text += line_end;
+  }
+}
+
+// Where the windows of run 0 lie among the clones along the axis, and how well neighbours agree.
+void append_windows(std::string &text, const ordering_work &work) {
+  const ordering_run &run = work.runs.front();
+  text += three_empty_lines + std::string("Windows:") + line_end +
+          "window\tfirst_i\tlast_i\tproven\tn_shared\tn_agree\tjoin" + line_end;
+  for (std::size_t k = 0; k < work.windows.size(); ++k) {
+    text += std::to_string(k + 1) + "\t" + std::to_string(work.windows[k].first + 1) + "\t" +
+            std::to_string(work.windows[k].last + 1) + "\t" + (run.windows[k].report.proven ? "True" : "False");
+    if (k > 0) {
+      const window_join &join = run.joins[k - 1];
+      text += "\t" + std::to_string(join.n_shared) + "\t" + std::to_string(join.n_agreeing) + "\t" +
+              (join.is_weak() ? "weak" : "good");
+    }
     text += line_end;
   }
 }
@@ -116,6 +149,8 @@ std::string class_clone_ord_and_verif::print_order_control(const ordering_work &
   append_orders(text, work, r);
   text += three_empty_lines;
   append_diagonal(text, work, r, clones);
+  if (work.in_windows())
+    append_windows(text, work);
   return text;
 }
 
@@ -129,13 +164,28 @@ std::string class_clone_ord_and_verif::solution_text(const ordering_work &work, 
   return text;
 }
 
+// The links that any window of the run saw, each once.
+static std::vector<pair_distance> distances_of_windows(const ordering_run &run) {
+  std::vector<pair_distance> all;
+  for (const window_search &window : run.windows)
+    all.insert(all.end(), window.distances.begin(), window.distances.end());
+  const auto pair_of = [](const pair_distance &x) { return std::pair(x.i, x.j); };
+  std::sort(all.begin(), all.end(), [&](const auto &x, const auto &y) { return pair_of(x) < pair_of(y); });
+  all.erase(std::unique(all.begin(), all.end(), [&](const auto &x, const auto &y) { return pair_of(x) == pair_of(y); }),
+            all.end());
+  return all;
+}
+
 // The instance of each run; that of the last one stands in "Input.dis" too, as if the runs had overwritten each other.
 void class_clone_ord_and_verif::write_distance_files(const ordering_work &work,
                                                      const std::filesystem::path &folder) const {
+  const auto positions = work.list_not_excluded.members();
   for (std::int32_t r = 0; r <= work.n_jackknife(); ++r) {
+    const ordering_run &run = work.runs[static_cast<std::size_t>(r)];
     const std::string text =
-        distance_file_text(options_.seconds, options_.neighbour_rank, work.list_not_excluded.members(),
-                           work.runs[static_cast<std::size_t>(r)].distances);
+        work.in_windows()
+            ? distance_file_text(options_.seconds, options_.neighbour_rank, positions, distances_of_windows(run))
+            : distance_file_text(options_.seconds, options_.neighbour_rank, positions, run.distances);
     write_text(folder / ("Input" + std::to_string(r) + ".dis"), text);
     if (r == work.n_jackknife())
       write_text(folder / "Input.dis", text);

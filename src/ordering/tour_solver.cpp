@@ -111,7 +111,7 @@ tour_report class_math_TSP::Run_Tourer(bool from_file, std::int32_t n, double ti
   std::iota(found.begin(), found.end(), 1);
   if (n_ <= 2)
     report.proven = true;
-  else if (!prove_first(clock, free_ends, found, report))
+  else if (!settled_by_proof(clock, free_ends, found, report))
     run_search(clock, report, found);
   order = number_list(found);
   order_text = joined_by_blanks(order);
@@ -123,8 +123,10 @@ tour_report class_math_TSP::Run_Tourer(bool from_file, std::int32_t n, double ti
   return report;
 }
 
-// True when `order` is known to be the shortest path; otherwise the best that was met on the way.
-bool class_math_TSP::prove_first(const search_clock &clock, bool free_ends, path_order &order, tour_report &report) {
+// True when `order` is known to be the shortest path, or when nothing more is to be tried; otherwise it is the best
+// that was met on the way.
+bool class_math_TSP::settled_by_proof(const search_clock &clock, bool free_ends, path_order &order,
+                                      tour_report &report) {
   if (!control_.prove || clock.stopped())
     return false;
   if (n_ <= most_for_subsets) { // quicker than one look at the time limit
@@ -132,10 +134,11 @@ bool class_math_TSP::prove_first(const search_clock &clock, bool free_ends, path
     report.proven = true;
   } else if (!free_ends && n_ <= most_for_proof && (time_limit_ > 0 || control_.steps > 0)) {
     // the bound is one of paths whose ends are free to choose
-    proof_outcome outcome = prove_shortest_path(dist_, n_, clock.share(share_for_proof));
+    proof_outcome outcome = prove_shortest_path(dist_, n_, clock.share(control_.guided ? share_for_proof : 1));
     order = std::move(outcome.order);
     report.proven = outcome.proven;
     report.lower_bound = std::max<std::int64_t>(outcome.lower_bound, 0);
+    return report.proven || !control_.guided;
   }
   return report.proven;
 }

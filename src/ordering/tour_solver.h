@@ -19,6 +19,7 @@ namespace orb {
 struct tour_control {
   std::int64_t steps = 0;  // above 0: a limit of guided steps and kicks in place of the time, repeatable to the byte
   bool prove = true;       // look for a proof first; off: the guided search alone
+  bool guided = true;      // then search on where there is no proof; off: the best order met on the way stands
   stop_question stop = {}; // asked at short strides; once it is answered with true the search ends within milliseconds
 };
 
@@ -56,7 +57,8 @@ private:
   void load_matrix(const square_array<double> &matrix);
   void set_ends(bool free_ends);
   void find_neighbour_radius();
-  bool prove_first(const search_clock &clock, bool free_ends, std::vector<std::int32_t> &order, tour_report &report);
+  bool settled_by_proof(const search_clock &clock, bool free_ends, std::vector<std::int32_t> &order,
+                        tour_report &report);
   void run_search(const search_clock &clock, tour_report &report, std::vector<std::int32_t> &order);
 
   std::int64_t cost_of(const tour &t) const;

@@ -10,7 +10,8 @@ namespace orb {
 
 namespace {
 
-constexpr std::size_t rows_shown = 12; // of the table of contigs
+constexpr std::size_t rows_shown = 12;  // of the table of contigs
+constexpr std::size_t names_shown = 10; // of the contigs that lack something
 
 void finish_figures(contig_figures &figures) {
   std::stable_sort(figures.contigs.begin(), figures.contigs.end(),
@@ -31,6 +32,57 @@ void add_cluster(contig_figures &figures, const contig_summary &cluster) {
   }
 }
 
+// Those of a kind by name. `what`: they lack, with why and what helps.
+template <class Kind>
+std::string text_of_contigs_without(const contig_figures &figures, const std::string &what, const Kind &is_of_kind) {
+  std::string names;
+  std::size_t n_contigs = 0;
+  std::int64_t n_clones = 0;
+  for (const contig_summary &contig : figures.contigs) {
+    if (!is_of_kind(contig))
+      continue;
+    n_clones += contig.n_clones;
+    if (++n_contigs <= names_shown)
+      names += fmt::format("{}{} ({} clones)", n_contigs > 1 ? ", " : "", contig.name,
+                           number_text_thousands(contig.n_clones));
+  }
+  if (n_contigs == 0)
+    return {};
+  if (n_contigs > names_shown)
+    names += fmt::format(" and {} more", n_contigs - names_shown);
+  return fmt::format("Contigs without {}: {}, with {} clones:\n  {}.\n", what, n_contigs,
+                     number_text_thousands(n_clones), names);
+}
+
+std::string text_of_what_is_missing(const contig_figures &figures) {
+  const auto is_too_large = [](const contig_summary &contig) { return contig.remark == remark_too_large; };
+  const auto has_no_map = [](const contig_summary &contig) { return contig.length_bands == 0; };
+  std::string text = text_of_contigs_without(
+      figures, "map, tiling path and order, being larger than --max-clones (none keeps them whole)",
+      [&](const contig_summary &contig) { return has_no_map(contig) && is_too_large(contig); });
+  text += text_of_contigs_without(
+      figures, "map, tiling path and order, not connected at the cutoff (a lower --cutoff may join them)",
+      [&](const contig_summary &contig) { return has_no_map(contig) && !is_too_large(contig); });
+  if (figures.ordering)
+    text += text_of_contigs_without(
+        figures,
+        fmt::format("order, of more than {} clones and wider than {} (more --steps or a smaller --max-width cut them)",
+                    n_clones_of_any_width, width_to_order - 1),
+        [&](const contig_summary &contig) {
+          return !has_no_map(contig) && contig.n_clones > n_clones_of_any_width &&
+                 !is_shape_to_order(contig.n_clones, contig.width);
+        });
+  return text;
+}
+
+std::string text_of_windows(const window_totals &windows) {
+  if (windows.n_contigs == 0)
+    return {};
+  return fmt::format("Contigs ordered in windows, with more than {} clones that aren't buried: {}. Weak joins of their "
+                     "windows (see order_control_): {} of {}.\n",
+                     most_in_one_search, windows.n_contigs, windows.n_weak_joins, windows.n_joins);
+}
+
 } // namespace
 
 std::int32_t N50_of_lengths(std::vector<std::int32_t> lengths) {
@@ -48,6 +100,7 @@ contig_figures contig_figures_of(const adapt_clust_result &result, std::int32_t 
   figures.folder = result.folder;
   figures.min_size = min_size;
   figures.n_clones_alone = result.n_clones_alone;
+  figures.windows = result.windows;
   for (const contig_summary &cluster : result.clusters)
     add_cluster(figures, cluster);
   finish_figures(figures);
@@ -66,7 +119,8 @@ contig_figures contig_figures_of(const run_folder &run, std::int32_t min_size, s
                            row.cutoff,
                            row.diam < 0 ? -1 : row.width,
                            static_cast<std::int32_t>(run.tiling_path[i].size()),
-                           row.contig};
+                           row.contig,
+                           row.remark};
     double left = 0, right = -1;
     for (const auto &place : run.coordinates[i]) {
       left = right < left ? place.left : std::min(left, place.left);
@@ -99,6 +153,7 @@ std::string text_of_contigs(const contig_figures &figures, const std::string &ba
   text += fmt::format("N50 of the contigs: {} bands.\n", number_text_thousands(figures.N50_bands));
   if (!band_length.empty())
     text += band_length + "\n";
+  text += text_of_windows(figures.windows) + text_of_what_is_missing(figures);
   text += "\nOpen next, in " + figures.folder.string() + ":\n";
   text += "  report_contigs.txt      one line a contig\n";
   text += "  clones_in_MTP.txt       the clones to sequence\n";

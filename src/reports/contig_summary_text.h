@@ -17,6 +17,8 @@ struct contig_figures {
   std::int32_t n_clones_in_contigs = 0, n_heaps = 0, n_clones_in_heaps = 0, n_clones_alone = 0;
   std::int32_t N50_bands = 0; // over the contigs: half of their total length lies in contigs at least this long
   std::int32_t min_size = 6;
+  bool ordering = true; // was asked for
+  window_totals windows;
 };
 
 contig_figures contig_figures_of(const adapt_clust_result &result, std::int32_t min_size);

@@ -104,6 +104,17 @@ std::optional<json> run_record_read(const fs::path &file) {
   return read;
 }
 
+std::optional<overlap_rule> rule_of_record(const json &record) {
+  const json parameters = record.value("parameters", json::object());
+  if (!parameters.is_object() || !parameters.contains("metric") || !parameters.contains("cutoff") ||
+      !parameters["cutoff"].is_number())
+    return std::nullopt;
+  const std::int16_t index = class_clone_dist_general::index_of_name(parameters.value("metric", ""));
+  if (index < 0)
+    return std::nullopt;
+  return rule_of_metric(index, parameters["cutoff"].get<double>());
+}
+
 std::optional<json> run_record_beside(const fs::path &result) {
   std::error_code failed;
   if (fs::is_directory(result, failed))

@@ -10,6 +10,7 @@
 
 #include "frame/clock.h"
 #include "frame/failures.h"
+#include "metrics/overlap_rule.h"
 
 namespace orb {
 
@@ -58,6 +59,8 @@ private:
 // it can't be read as JSON.
 std::optional<nlohmann::json> run_record_read(const std::filesystem::path &file);
 std::optional<nlohmann::json> run_record_beside(const std::filesystem::path &result);
+// Metric and cutoff that it names; nothing when one of them is missing or unknown.
+std::optional<overlap_rule> rule_of_record(const nlohmann::json &record);
 // What of `now` (wishes, inputs) differs from `before`, in words; empty when nothing does.
 std::string run_record_difference(const nlohmann::json &before, const nlohmann::json &now);
 // Whether the file of an output entry is still there as it was recorded.

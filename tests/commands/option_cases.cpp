@@ -634,6 +634,24 @@ run: contigs.names
 run: contigs.lists
   out=o -> folder
 [library contigs]
+run: contigs.export out=m.tsv
+fails
+  to=tsv -> m.tsv
+[library net contigs]
+run: contigs.export to=gff3
+fails
+  out=m.gff3 -> m.gff3
+[library net contigs]
+run: contigs.export to=bed out=m.bed
+  bp-per-band=900 -> m.bed
+  clone-length=140000 -> m.bed
+  genome-length=5000000 -> m.bed
+[library contigs]
+before: list.sort list=in/list.txt out=m.cor
+run: contigs.export to=fpc out=m.fpc
+fails
+  force=yes -> m.cor
+[library contigs]
 run: contigs.fpc
   out=o -> folder
   browse=yes -> folder

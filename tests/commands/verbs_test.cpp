@@ -101,6 +101,22 @@ TEST(verbs, no_key_of_a_step_is_lost) {
   }
 }
 
+TEST(verbs, a_cluster_is_cut_for_its_size_only_when_asked_and_the_form_keeps_its_limit) {
+  for (const char *name : {"assemble", "contigs"}) {
+    verb_run call(*orb::verb_by_name(name));
+    const parameter_row &row = *call.option("max-clones")->rows.front();
+    EXPECT_TRUE(row.text() == "none" && row.default_shown == "none" && !row.is_given()) << name;
+    call.set("max-clones", "50");
+    EXPECT_EQ(row.text(), "50");
+    call.set("max-clones", "none");
+    EXPECT_EQ(row.text(), "none");
+    EXPECT_THROW(call.set("max-clones", "0"), orb::usage_error);
+    EXPECT_THROW(call.set("max-clones", "nonesuch"), orb::usage_error);
+  }
+  const orb::bound_command form = orb::command_by_id("contigs.assemble")->bind();
+  EXPECT_EQ(form.parameters().find("max-clones")->text(), "1200");
+}
+
 // ---- options of the verbs themselves -------------------------------------------------------------------------------
 
 struct said {

@@ -52,8 +52,7 @@ TEST(run_folder, reads_back_equal_to_the_registry_of_the_run) {
     EXPECT_EQ(read.cluster_information_get(id_read).FPC_name, run.registry->cluster_information_get(id).FPC_name);
     read.list_of_clones_get(id_read, clones_read);
     EXPECT_EQ(clones_read, clones);
-    if (clones.count() < 3)
-      continue; // two clones: no table of coordinates
+    EXPECT_EQ(read.tiling_path_get(id_read), run.registry->tiling_path_get(id));
     EXPECT_EQ(read.length_of_cluster_bands_get(id_read), run.registry->length_of_cluster_bands_get(id));
     for (const clone_number clone : clones.members()) {
       EXPECT_EQ(read.clone_coor_left(clone), run.registry->clone_coor_left(clone));
@@ -90,6 +89,11 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
   const std::filesystem::path report = run.folder / "report_clusters.txt", list = run.folder / name / (name + ".txt"),
                               path = run.folder / name / ("MTP_" + name + ".txt"),
                               coor = run.folder / name / ("coor_" + name + ".txt");
+  std::filesystem::path pair; // the table of a cluster of two clones
+  for (const cluster_row &row : good.clusters)
+    if (row.n_clones == 2)
+      pair = run.folder / "Heaps" / ("clones_MTP_coor_and_markers_" + row.name + ".txt");
+  ASSERT_TRUE(std::filesystem::exists(pair));
   struct damage {
     const char *message; // begins so
     const char *place;   // ends so
@@ -119,6 +123,9 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
       {"A row of coordinates", "line 2", coor, [](lines &l) { l[1] += "x"; }},
       {"Coordinates don't follow", "line 3", coor, [](lines &l) { l[2] = l[1]; }},
       {"Coordinates end early", "", coor, [](lines &l) { l.pop_back(); }},
+      {"The table of a cluster of two", "line 3", pair, [](lines &l) { l[2].insert(2, "x"); }},
+      {"The table of a cluster of two", "line 3", pair, [](lines &l) { l.pop_back(); }},
+      {"Behind a clone stand its two ends", "line 4", pair, [](lines &l) { l[3] += "3"; }},
       {"Clone nobody of the run is not in the library.", "line 1", list, [](lines &l) { l[0] = "nobody"; }},
   };
   for (const damage &given : damages) {
