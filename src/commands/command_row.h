@@ -165,6 +165,8 @@ public:
   void set(const std::string &key, const std::string &value);
   // What holds while the key isn't given, in place of the default of the command.
   void set_default(const std::string &key, const std::string &value) { list_.set_default(key, value); }
+  // What would be asked for has its default for verbs.
+  void ask_nothing() { list_.ask_nothing(); }
   // Throws usage_error or file_error: a needed parameter or part is missing, or the parameters can't do.
   void check(const project_state &project, const parts_there &there) const;
   void foresee(project_state &project, const parts_there &there) const;

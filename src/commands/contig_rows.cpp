@@ -54,7 +54,7 @@ void describe_contig_files(parameter_list &list, contig_file_parameters &p) {
   list.add("no-ordering", p.no_ordering, "no ordering by jackknife").in_group(group);
   list.add("no-pair-tables", p.no_pair_tables, "no tables of pairs").in_group(group);
   list.add("from-net-only", p.from_net_only, "tables of pairs hold the pairs of the net only")
-      .unset("asked")
+      .asked_else("no")
       .in_group(group);
   list.add("no-drawings", p.no_drawings, "no drawings of nets").in_group(group);
   list.add("drawing-format", p.drawing_format, "of drawings: net, graphml, or both")
@@ -244,7 +244,7 @@ void describe_retain(parameter_list &list, retain_parameters &p) {
   list.add("contigs", p.which_clusters,
            "0 all contigs, 1 those with clones of the lists, 2 those with sequenced clones")
       .limits(0, 2)
-      .unset("1");
+      .asked_else("1");
   list.add("largest-part", p.use_maximal_subcluster,
            "where a contig isn't connected at the cutoff, go on with its largest part");
   list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path");

@@ -6,6 +6,7 @@
 
 #include "clustering/class_FPCto_import.h"
 #include "clustering/contig_statistics.h"
+#include "commands/row_steps.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -55,7 +56,7 @@ void describe_lengths(parameter_list &list, length_parameters &p) {
   const char *group = "Lengths in base pairs";
   list.add("bp-per-band", p.bp_per_band, "base pairs a band, or estimate: by the options below, else 1200")
       .type("X|estimate")
-      .unset("asked")
+      .asked_else("estimate")
       .in_group(group);
   list.add("clone-length", p.clone_length, "mean length of the clones in bp, for the estimate")
       .limits(least_bp, most_bp)
@@ -102,12 +103,12 @@ std::shared_ptr<const std::string> answer_band_lengths_ahead(project_state &proj
 }
 
 void describe_browse(parameter_list &list, std::optional<bool> &browse) {
-  list.add("browse", browse, "FPC_like_pp.fpc for a genome browser: from 0 in each contig, in kb").unset("asked");
+  list.add("browse", browse, "FPC_like_pp.fpc for a genome browser: from 0 in each contig, in kb").asked_else("no");
 }
 
 void answer_browse_ahead(project_state &project, const std::optional<bool> &browse) {
   if (browse)
-    project.frame().answer_ahead("For Browse", [yes = *browse] { return std::string(yes ? "yes" : "no"); });
+    answer_ahead(project, "For Browse", *browse);
 }
 
 } // namespace orb

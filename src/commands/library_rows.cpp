@@ -8,6 +8,7 @@
 #include "database/clone_name_files.h"
 #include "database/database_tests.h"
 #include "database/library_file.h"
+#include "frame/numbers.h"
 #include "lists/class_list_of_clones.h"
 #include "project/input_kind.h"
 
@@ -195,7 +196,7 @@ struct names_parameters {
 
 void describe_names(parameter_list &list, names_parameters &p) {
   list.add("out", p.out, "folder of DB.txt").type("DIR");
-  list.add("bands", p.bands, "numbers of bands too").one_of({"yes", "no"}).unset("asked");
+  list.add("bands", p.bands, "numbers of bands too").one_of({"yes", "no"}).asked_else("no");
 }
 
 command_result run_names(project_state &project, const names_parameters &p) {
@@ -257,12 +258,18 @@ command_result run_test_sizes(project_state &project, const test_sizes_parameter
 
 struct repeats_parameters {
   fs::path file, out;
+  std::optional<bool> make_file;
+  std::optional<double> frequency;
   bool force = false;
 };
 
 void describe_repeats(parameter_list &list, repeats_parameters &p) {
   list.add("file", p.file, "fingerprints from which the records without repeats are copied").type("FINGERPRINTS");
   list.add("out", p.out, "file of records without repeats").type("FILE");
+  list.add("make-file", p.make_file, "make that file, in the working folder when out doesn't name it").asked_else("no");
+  list.add("frequency", p.frequency, "leave bands out of it that are more frequent among the clones")
+      .limits(0, 1e300)
+      .asked_else("1");
   list.add("force", p.force, "overwrite results that exist");
 }
 
@@ -275,14 +282,23 @@ void check_repeats(const project_state &, const parts_there &, const repeats_par
 command_result run_repeats(project_state &project, const repeats_parameters &p) {
   bool ok = true;
   command_result result;
+  if (p.make_file || !p.out.empty())
+    answer_ahead(project, "Repeats=", !p.out.empty() || *p.make_file);
+  const std::string frequency = p.frequency ? number_text_shortest(*p.frequency) : std::string();
   test_database_on_repeats(project.frame(), project.database(), !p.out.empty(), [&](const number_list &unique) {
     ok = class_list_of_clones(project.frame(), project.settings())
-             .create_file_with_clons_with_list_of_bands(unique, unique.count(), project.database(), p.file, p.out);
+             .create_file_with_clons_with_list_of_bands(unique, unique.count(), project.database(), p.file, p.out,
+                                                        frequency);
     if (!p.file.empty())
       result.inputs.push_back(p.file);
     if (!p.out.empty())
       result.file("records", p.out);
   });
+  std::int64_t n_repeats = 0;
+  for (clone_number clone = 1; clone <= project.database().total_number_of_clones_get(); ++clone)
+    n_repeats += project.database().nRepeatsCloneName_get(clone) < 0;
+  result.summary = fmt::format("{} clones bear a name that an earlier one has", number_text_thousands(n_repeats));
+  result.figure("repeats", n_repeats);
   return ok ? result : stopped_or_failed(project);
 }
 

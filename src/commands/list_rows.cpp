@@ -109,7 +109,7 @@ void describe_select(parameter_list &list, select_parameters &p) {
       .type("FINGERPRINTS");
   list.add("frequency", p.frequency, "leave bands out that are more frequent among the clones")
       .limits(0, 1e300)
-      .unset("1.00");
+      .asked_else("1");
 }
 
 void check_select(const project_state &project, const parts_there &there, const select_parameters &p) {

@@ -107,7 +107,7 @@ void describe_connections(parameter_list &list, connections_parameters &p) {
   list.add("out", p.out, "folder of the list").type("DIR");
   list.add("connection-cutoff", p.cutoff, "least score of an overlap that counts")
       .limits(-1e300, 1e300)
-      .unset("asked, else 15");
+      .asked_else("15");
 }
 
 command_result run_connections(project_state &project, const connections_parameters &p) {

@@ -54,7 +54,9 @@ command_result run_create(project_state &project, const no_parameters &) {
 struct text_net_parameters {
   fs::path out;
   std::int32_t start = 1;
-  bool parts = false, force = false;
+  std::optional<bool> parts, preprocess;
+  std::optional<std::int32_t> max_bands;
+  bool force = false;
   bool load = false;
 };
 
@@ -62,7 +64,10 @@ void describe_create_text(parameter_list &list, text_net_parameters &p) {
   list.add("out", p.out, "text net; without it a dialog asks").type("NET.txt");
   list.add("force", p.force, "overwrite results that exist");
   list.add("start", p.start, "first clone of the text net, to resume; 0 asks").limits(0, 2000000000);
-  list.add("parts", p.parts, "text net in parts of 1000 clones");
+  list.add("parts", p.parts, "text net in parts of 1000 clones").asked_else("no");
+  list.add("preprocess", p.preprocess, "a table of the least common bands, by which pairs are left out")
+      .asked_else("yes");
+  list.add("max-bands", p.max_bands, "of a clone, in that table; 0: by the library").limits(0, 100000).asked_else("0");
   list.add("load", p.load, "read the net back when it is whole, without a native file of its own");
 }
 
@@ -85,6 +90,21 @@ bool read_text_net_back(project_state &project, const net_creation_summary &summ
   return ok;
 }
 
+// The net is read back here, so that nobody need be asked for it.
+void answer_ahead_of_text_net(project_state &project, const text_net_parameters &p) {
+  if (p.parts)
+    answer_ahead(project, "NB! Nomber of clones", *p.parts);
+  if (p.preprocess)
+    answer_ahead(project, "Preprocess?", *p.preprocess);
+  if (p.max_bands) // none is what the library proposes
+    project.frame().answer_ahead("Input max number of bands in clone:",
+                                 [n = *p.max_bands] { return n > 0 ? std::to_string(n) : std::string(); });
+  if (!p.load)
+    return;
+  answer_ahead(project, "Do you want to load the created net", false);
+  answer_ahead(project, "All overlaps?", true);
+}
+
 // The long way over a text net, for resuming, merging and reading by people. The net is that text read back; a text
 // that began behind clone 1 has one only when the parts before lie in the same folder.
 command_result run_create_text(project_state &project, const text_net_parameters &p) {
@@ -94,7 +114,8 @@ command_result run_create_text(project_state &project, const text_net_parameters
   text_net_options wanted;
   wanted.file = p.out;
   wanted.start_clone = p.start;
-  wanted.parts = p.parts;
+  wanted.parts = p.parts.value_or(false);
+  answer_ahead_of_text_net(project, p);
   const bool made = project.signif().create_file_with_significant_connections(project.rule(), wanted, summary);
   if (project.version() != before) { // the net was brought to the rule, or the new one loaded when that was asked
     net_was_made(project, "net.create_text", project.rule());

@@ -142,6 +142,12 @@ void parameter_row::default_is(const std::string &text) {
   default_shown = is_flag() ? "" : text;
 }
 
+parameter_row &parameter_row::asked_else(std::string of_verbs) {
+  default_shown = "asked, else " + of_verbs;
+  default_of_verbs = std::move(of_verbs);
+  return *this;
+}
+
 parameter_row &parameter_row::in_group(std::string shown) {
   group = std::move(shown);
   return *this;
@@ -248,6 +254,12 @@ void parameter_list::set_default(const std::string &key, const std::string &text
   for (parameter_row &row : rows_)
     if (row.key == key)
       row.default_is(text);
+}
+
+void parameter_list::ask_nothing() {
+  for (parameter_row &row : rows_)
+    if (!row.default_of_verbs.empty() && !row.is_given())
+      row.default_is(row.default_of_verbs);
 }
 
 std::vector<std::string> parameter_list::keys() const {

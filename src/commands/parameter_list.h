@@ -32,6 +32,8 @@ public:
   parameter_row &type(std::string shown);
   // What holds while it isn't given, where that is no value: "cutoff + 10".
   parameter_row &unset(std::string shown);
+  // While it isn't given a question is put; a verb, which asks nothing that an option can say, takes this instead.
+  parameter_row &asked_else(std::string of_verbs);
   // The same where it is a value, which stands in a struct of its own.
   template <class Number> parameter_row &unset_is(Number value) { return unset(shortest_text(double(value))); }
   // A word that stands for a number, whatever the limits: "none".
@@ -65,7 +67,8 @@ public:
   std::string meaning, type_shown, default_shown, group, caption, unit;
   std::optional<double> low, high;
   std::vector<std::string> words;
-  std::string word_of_number; // empty: there is none
+  std::string default_of_verbs; // of one that is asked for; empty: there is none
+  std::string word_of_number;   // empty: there is none
   std::int32_t number_of_word = 0;
   bool required = false;
   char letter = 0;
@@ -87,6 +90,7 @@ public:
   const parameter_row *find(const std::string &key) const;
   std::vector<std::string> keys() const;
   void set_default(const std::string &key, const std::string &text);
+  void ask_nothing();
   // The first needed one that wasn't given; empty when none is missing.
   std::string missing() const;
 

@@ -149,8 +149,24 @@ struct markers_wishes {
   std::optional<bool> spaces;
 };
 
-command_result run_marker_positions(project_state &project, const folder_wishes &p) {
+struct positions_wishes {
+  fs::path out;
+  std::optional<bool> from_lists, final_only;
+};
+
+void describe_positions(parameter_list &list, positions_wishes &p) {
+  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  list.add("from-lists", p.from_lists, "of the clones that a table of lists names, in place of all markers")
+      .asked_else("no");
+  list.add("final-only", p.final_only, "in final clusters only").asked_else("yes");
+}
+
+command_result run_marker_positions(project_state &project, const positions_wishes &p) {
   work_in(project, p.out);
+  if (p.from_lists)
+    answer_ahead(project, "From table of lists of clones", *p.from_lists);
+  if (p.final_only)
+    answer_ahead(project, "Final clusters only?", *p.final_only);
   if (!registry_of(project).print_positon_of_markers())
     return stopped_or_failed(project);
   return done_in(project, "positions", "\\mmm.txt");
@@ -158,7 +174,7 @@ command_result run_marker_positions(project_state &project, const folder_wishes 
 
 void describe_marker_clones(parameter_list &list, markers_wishes &p) {
   list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
-  list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker").unset("asked");
+  list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker").asked_else("no");
 }
 
 command_result run_marker_clones(project_state &project, const markers_wishes &p) {
@@ -243,8 +259,8 @@ void add_registry_rows(command_rows &rows) {
             describe_folder, run_lists);
   add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_fpc,
             run_fpc);
-  add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs", describe_folder,
-            run_marker_positions, true);
+  add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs",
+            describe_positions, run_marker_positions, true);
   add_table(rows, "contigs.marker_clones", "Clones for markers", "the clones of each marker", describe_marker_clones,
             run_marker_clones, true);
 }

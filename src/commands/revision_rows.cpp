@@ -101,13 +101,13 @@ struct ladder_parameters {
 
 void describe_ladder(parameter_list &list, ladder_parameters &p) {
   list.add("out", p.out, "folder of the nets").type("DIR");
-  list.add("steps", p.steps, "cutoffs above the first").limits(1, 32767).unset("asked, else 4");
-  list.add("min-cutoff", p.minimal_cutoff, "first cutoff").limits(0, 1e300).unset("asked, else 22");
+  list.add("steps", p.steps, "cutoffs above the first").limits(1, 32767).asked_else("4");
+  list.add("min-cutoff", p.minimal_cutoff, "first cutoff").limits(0, 1e300).asked_else("22");
   list.add("additional-cutoff", p.additional_cutoff, "cutoff of the neighbourhoods of Q-clones")
       .limits(-1e300, 1e300)
       .unset("none");
-  list.add("step", p.step, "from cutoff to cutoff").limits(0, 1e300).unset("asked, else 3");
-  list.add("rank", p.rank, "radius of a neighbourhood, in steps").limits(1, 50).unset("asked, else 1");
+  list.add("step", p.step, "from cutoff to cutoff").limits(0, 1e300).asked_else("3");
+  list.add("rank", p.rank, "radius of a neighbourhood, in steps").limits(1, 50).asked_else("1");
 }
 
 command_result run_ladder(project_state &project, const ladder_parameters &p) {
@@ -141,12 +141,12 @@ struct contamination_parameters {
 
 void describe_contamination(parameter_list &list, contamination_parameters &p) {
   list.add("out", p.out, "folder of the list").type("DIR");
-  list.add("wells-cutoff", p.cutoff, "least score of an overlap between neighbouring wells")
-      .limits(-1e300, 1e300)
-      .unset("asked, else the net's smallest value");
+  list.add("wells-cutoff", p.cutoff, "least score of an overlap between neighbouring wells; 0: the net's")
+      .limits(0, 1e300)
+      .asked_else("0");
   list.add("wells", p.distance, "largest distance between wells, in rows and in columns")
       .limits(1, 1000)
-      .unset("asked, else 5");
+      .asked_else("5");
 }
 
 command_result run_contamination(project_state &project, const contamination_parameters &p) {
@@ -160,8 +160,7 @@ command_result run_contamination(project_state &project, const contamination_par
   result.parameter("max_distance", found.max_distance);
   result.figure("clones", found.clones.count());
   result.file("list", found.file);
-  project.frame().note(
-      fmt::format("Clones that may be contaminated: {}.", number_text_thousands(found.clones.count())));
+  result.summary = fmt::format("{} clones may be contaminated", number_text_thousands(found.clones.count()));
   return result;
 }
 

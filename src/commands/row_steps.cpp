@@ -74,6 +74,10 @@ bool read_list(project_state &project, const fs::path &file, number_list &list, 
   return true;
 }
 
+void answer_ahead(project_state &project, const char *prompt_start, bool yes) {
+  project.frame().answer_ahead(prompt_start, [yes] { return std::string(yes ? "yes" : "no"); });
+}
+
 void check_input(const fs::path &file) {
   std::error_code failed;
   if (!file.empty() && !fs::exists(file, failed))

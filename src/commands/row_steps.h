@@ -39,6 +39,9 @@ void check_input(const std::filesystem::path &file);
 // is neither. Throws file_error when nothing is there.
 std::filesystem::path folder_of_run(project_state &project, const std::filesystem::path &given);
 
+// Answers a question of the work by an option.
+void answer_ahead(project_state &project, const char *prompt_start, bool yes);
+
 // ---- parameters that many commands have ----
 
 struct no_parameters {};

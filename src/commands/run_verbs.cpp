@@ -40,6 +40,23 @@ void set_if_open(bound_command *command, const char *key, const nlohmann::json &
   command->set(key, parameters[name].is_string() ? parameters[name].get<std::string>() : parameters[name].dump());
 }
 
+// How long a band is was told to the run; what is told now counts more. Forms that count in bands take none of it.
+void take_lengths_of_run(verb_run &call, const nlohmann::json &record) {
+  static const char *const keys[]{"bp-per-band", "clone-length", "genome-length"};
+  const nlohmann::json wishes = record.value("wishes", nlohmann::json::object());
+  const verb_option *form = call.option("to");
+  const std::string to = form ? form->rows.front()->text() : std::string();
+  if (to == "fpc" || to == "tsv" || !wishes.is_object())
+    return;
+  for (const char *key : keys)
+    if (call.is_given(key))
+      return;
+  for (bound_command &step : call.steps())
+    for (const char *key : keys)
+      if (wishes.contains(key) && wishes[key].is_string() && step.parameters().find(key))
+        step.set_default(key, wishes[key].get<std::string>());
+}
+
 // Metric, cutoff and burying fraction that aren't given become the run's.
 void take_metric_of_run(verb_run &call, const nlohmann::json &record, project_state &project) {
   bound_command *metric = call.step("metric.set");
@@ -84,6 +101,7 @@ void prepare_run_verb(verb_run &call, project_state &project) {
   const fs::path results = fs::absolute(folder).lexically_normal().parent_path();
   const nlohmann::json record = run_record_read(results / "run.json").value_or(nlohmann::json::object());
   take_metric_of_run(call, record, project);
+  take_lengths_of_run(call, record);
   fs::path library = !call.library.empty() ? call.library : output_of_run(record, results, "library");
   if (library.empty())
     library = input_of_run(record, false);

@@ -148,7 +148,7 @@ void describe_clones(parameter_list &list, simulate_library_parameters &p) {
   list.add("max-bands", draw.max_bands, "most bands of a clone that is kept").limits(1, 500).in_group(group);
   list.add("keep", p.keep, "count bands as read with errors, as they would be without, or keep all clones")
       .one_of({"observed", "putative", "all"})
-      .unset("asked, else observed")
+      .asked_else("observed")
       .in_group(group);
 }
 

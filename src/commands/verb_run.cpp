@@ -43,6 +43,7 @@ verb_run::verb_run(const verb &wanted) : verb_(&wanted) {
     bound_.push_back(command_by_id(step.command)->bind());
     for (const auto &[key, value] : step.presets)
       bound_.back().set(key, value);
+    bound_.back().ask_nothing();
     for (const auto &[key, value] : step.defaults)
       bound_.back().set_default(key, value);
   }

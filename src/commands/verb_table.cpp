@@ -49,13 +49,7 @@ step net_save(std::optional<project_part> if_there = {}) {
 
 // A cluster is cut where it isn't linear, not for being large: the form's limit is one for slow machines.
 step contigs() {
-  return {"contigs.assemble",
-          "contigs",
-          {},
-          {},
-          {},
-          {},
-          {{"max-clones", "none"}, {"from-net-only", "no"}, {"browse", "no"}, {"bp-per-band", "estimate"}}};
+  return {"contigs.assemble", "contigs", {}, {}, {}, {}, {{"max-clones", "none"}}};
 }
 
 std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {
@@ -144,13 +138,13 @@ std::vector<step> report_steps() {
   const std::pair<std::string, std::string> estimate{"bp-per-band", "estimate"};
   add("contigs.rename", "new-names", {{"file", "new-names"}});
   add("contigs.remarks", "", {}, project_part::markers);
-  add("contigs.statistics", "", {}, {}, {estimate});
+  add("contigs.statistics");
   add("contigs.coordinates");
   add("contigs.names");
   add("contigs.lists");
-  add("contigs.fpc", "", {}, {}, {{"browse", "no"}, estimate});
+  add("contigs.fpc");
   add("contigs.marker_positions", "", {}, project_part::markers);
-  add("contigs.marker_clones", "", {}, project_part::markers, {{"spaces", "no"}});
+  add("contigs.marker_clones", "", {}, project_part::markers);
   return steps;
 }
 
@@ -225,35 +219,35 @@ void add_list_verbs(std::vector<verb> &table) {
                           {"table.pairs", "table", {{"from-net", ""}}, "!net", {}, {}},
                           {"table.pairs", "table", {}, "net", {{"from-net", "yes"}}, {}}}),
       {"out"}));
-  verb retain = plain_verb(
-      "retain", "RUN --old-mtp LIST --out DIR", "analyse the contigs of a run again, keeping an older tiling path",
-      "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained", {"run"},
-      place::in_folder,
-      {{"library.load",
-        "load",
-        {{"file", ""},
-         {"plain-text", ""},
-         {"capacity", ""},
-         {"name-format-in", ""},
-         {"name-format-out", ""},
-         {"tolerance", ""},
-         {"tolerance-index", ""},
-         {"gel-length", ""},
-         {"n-bands", ""},
-         {"preset", ""},
-         {"source", ""},
-         {"keep", ""}},
-        {},
-        {},
-        {}},
-       markers(),
-       tables(),
-       metric(),
-       options(),
-       {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
-       {"net.load", "", {{"file", ""}}, {}, {}, {}},
-       {"contigs.retain", "retain", {}, {}, {}, {}, {{"from-net-only", "no"}, {"bp-per-band", "estimate"}}}},
-      {"out"});
+  verb retain = plain_verb("retain", "RUN --old-mtp LIST --out DIR",
+                           "analyse the contigs of a run again, keeping an older tiling path",
+                           "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained",
+                           {"run"}, place::in_folder,
+                           {{"library.load",
+                             "load",
+                             {{"file", ""},
+                              {"plain-text", ""},
+                              {"capacity", ""},
+                              {"name-format-in", ""},
+                              {"name-format-out", ""},
+                              {"tolerance", ""},
+                              {"tolerance-index", ""},
+                              {"gel-length", ""},
+                              {"n-bands", ""},
+                              {"preset", ""},
+                              {"source", ""},
+                              {"keep", ""}},
+                             {},
+                             {},
+                             {}},
+                            markers(),
+                            tables(),
+                            metric(),
+                            options(),
+                            {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
+                            {"net.load", "", {{"file", ""}}, {}, {}, {}},
+                            {"contigs.retain", "retain", {}, {}, {}, {}}},
+                           {"out"});
   retain.extra = retain_options;
   retain.prepare = prepare_run_verb;
   table.push_back(retain);
@@ -272,7 +266,7 @@ void add_list_verbs(std::vector<verb> &table) {
                               markers(),
                               {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
                               {"net.load", "", {{"file", ""}}, "net", {}, {}},
-                              {"contigs.export", "export", {}, {}, {}, {}, {{"bp-per-band", "estimate"}}}});
+                              {"contigs.export", "export", {}, {}, {}, {}}});
   exported.extra = retain_options;
   exported.prepare = prepare_run_verb;
   exported.says_saved = true;

@@ -276,7 +276,7 @@ answer process_frame::ask(const question &asked) {
 std::string process_frame::input(const input_box &asked) {
   std::string reply;
   if (is_answered_ahead(asked.prompt, reply))
-    return reply;
+    return reply.empty() ? asked.by_default : reply;
   return shown_.input ? shown_.input(asked) : asked.by_default;
 }
 

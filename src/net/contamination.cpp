@@ -41,6 +41,8 @@ well_place well_of_name(std::string_view name) {
 // The default stands for a reply that is no number or the proposal as it was shown, which is rounded.
 double asked_cutoff(process_frame &frame, const std::optional<double> &given, double least) {
   double value = least;
+  if (given && *given <= 0)
+    return least;
   if (given) {
     value = *given;
   } else {

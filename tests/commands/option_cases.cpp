@@ -189,6 +189,10 @@ fails
 run: library.repeats file=in/plates
   out=o.sizes -> o.sizes
   out=p.sizes -> files
+  make-file=yes -> folder
+[library]
+run: library.repeats file=in/plates out=o.sizes
+  frequency=0.1 -> o.sizes
 [library]
 before: library.save out=o.sizes
 run: library.repeats file=in/plates out=o.sizes
@@ -370,6 +374,8 @@ run: net.create_text out=n.txt
   start=400 -> n.txt
   parts=yes -> folder
   load=yes -> figures
+  preprocess=no -> folder
+  max-bands=40 -> metric_table.txt
 [library]
 before: list.sort list=in/list.txt out=n.txt
 run: net.create_text out=n.txt
@@ -663,6 +669,11 @@ run: contigs.fpc browse=yes
 [library contigs markers]
 run: contigs.marker_positions
   out=o -> folder
+  final-only=no -> questions
+[library contigs markers]
+run: contigs.marker_positions
+answer: Open file with lists of lists = in/list.txt
+  from-lists=yes -> mmm.txt
 [library contigs markers]
 run: contigs.marker_clones
   out=o -> folder

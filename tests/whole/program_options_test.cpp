@@ -62,22 +62,24 @@ TEST_F(program_options, the_log_lies_where_it_is_asked_for) {
 // A question whose default is no, until a file is named, and whose yes goes on.
 TEST_F(program_options, questions_are_answered_by_a_file_or_by_yes) {
   ASSERT_EQ(orb("load " + example + " --out l.ORBdb").status, 0);
-  const std::string command = "repeats l.ORBdb --file " + example;
-  const fs::path unnamed = folder / ".home/selected_clones_ecoli536.txt";
-  orb(command);
-  EXPECT_FALSE(fs::exists(unnamed));
-  EXPECT_EQ(orb(command + " --yes").status, 0);
-  ASSERT_TRUE(fs::exists(unnamed));
-  const std::string records = whole::bytes_of(unnamed);
-  fs::remove(unnamed);
-  whole::write_bytes(folder / "answers.txt", "Repeats\tyes\n");
-  EXPECT_EQ(orb(command + " --answers answers.txt").status, 0);
-  EXPECT_EQ(whole::bytes_of(unnamed), records);
-  EXPECT_EQ(orb(command + " --out named.sizes").status, 0);
-  EXPECT_EQ(whole::bytes_of(folder / "named.sizes"), records) << "the name of a file is the answer";
-  whole::write_bytes(folder / "no.txt", "Repeats\tno\n");
-  orb(command + " --out no.sizes --yes --answers no.txt");
-  EXPECT_FALSE(fs::exists(folder / "no.sizes")) << "an answer that was prepared comes before --yes";
+  whole::write_bytes(folder / "list.txt", "EC001A01\nnobody\nsomebody\n");
+  whole::write_bytes(folder / "stop.txt", "Clone (\tyes\n");
+  whole::write_bytes(folder / "late.txt", "Clone (3)\tyes\n");
+  const auto made = [&](const std::string &options) {
+    fs::remove(folder / "a.txt");
+    EXPECT_EQ(orb("list sort l.ORBdb list.txt --out a.txt --force " + options).status, 1);
+    return fs::exists(folder / "a.txt");
+  };
+  EXPECT_TRUE(made("")) << "nobody can be asked whether to stop: no";
+  EXPECT_TRUE(made("--yes")) << "the answer that goes on";
+  EXPECT_FALSE(made("--answers stop.txt"));
+  EXPECT_FALSE(made("--answers late.txt")) << "by the begin of the question";
+  EXPECT_FALSE(made("--yes --answers stop.txt")) << "an answer that was prepared comes before --yes";
   whole::write_bytes(folder / "wrong.txt", "no tab here\n");
-  EXPECT_EQ(orb(command + " --answers wrong.txt").status, 2);
+  EXPECT_EQ(orb("info l.ORBdb --answers wrong.txt").status, 2);
+  // with a name for its file no one need say that it is wanted
+  EXPECT_EQ(orb("repeats l.ORBdb --file " + example).err.find("?"), std::string::npos);
+  EXPECT_FALSE(fs::exists(folder / ".home/selected_clones_ecoli536.txt"));
+  EXPECT_EQ(orb("repeats l.ORBdb --file " + example + " --out named.sizes").status, 0);
+  EXPECT_TRUE(fs::exists(folder / "named.sizes"));
 }

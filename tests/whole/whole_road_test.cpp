@@ -324,7 +324,6 @@ TEST_F(whole_road, a_text_net_gives_the_same_native_net) {
   const outcome text = orb("net " + example + " --out by_text.ORBns --text net.txt");
   ASSERT_EQ(text.status, 0) << text.err;
   EXPECT_EQ(bytes_of(folder / "direct.ORBns"), bytes_of(folder / "by_text.ORBns"));
-  EXPECT_NE(text.err.find("Preprocess? [yes/no] yes"), std::string::npos) << text.err;
   const std::string whole_text = bytes_of(folder / "net.txt");
   EXPECT_TRUE(whole_text.starts_with("clone\t1\tEC001A01\t"));
   const outcome tail = orb("net " + example + " --out tail.ORBns --text tail.txt --start 400");
