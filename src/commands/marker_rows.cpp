@@ -87,6 +87,10 @@ command_result run_save(project_state &project, const save_parameters &p) {
   work_in(project, folder_of(p.output.out));
   const class_markers &markers = project.database().markers();
   if (p.form == "native")
+    project.frame().note(
+        "The native form is for other readers: the system's own takes one number more for each clone than "
+        "stands there. Keep the text form to load these markers again (form=clones).");
+  if (p.form == "native")
     markers.file_about_markers_ORB_format_save(project.frame(), project.database(), p.output.out);
   else
     markers.file_with_list_of_markers_for_each_clone_save(project.frame(), project.database(), p.output.out);

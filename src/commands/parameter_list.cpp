@@ -293,7 +293,7 @@ static std::size_t edit_distance(const std::string &a, const std::string &b) {
 
 std::string nearest_word(const std::string &word, const std::vector<std::string> &known) {
   std::string best;
-  std::size_t least = word.size();
+  std::size_t least = word.size() / 3 + 1; // a letter in three may be wrong
   for (const std::string &candidate : known)
     if (const std::size_t distance = edit_distance(word, candidate); distance < least) {
       least = distance;

@@ -81,8 +81,8 @@ public:
   answer ask(const question &asked);
   bool yes(const question &asked) { return ask(asked) == answer::yes; }
   std::string input(const input_box &asked);
-  // The answer of an option to a question of this command: to every prompt that begins so, before anybody is asked; an empty
-  // one is the default.
+  // The answer of an option to a question of this command: to every prompt that begins so, before anybody is asked; an
+  // empty one is the default.
   void answer_ahead(std::string prompt_start, std::function<std::string()> reply) {
     ahead_.push_back({std::move(prompt_start), std::move(reply)});
   }

@@ -399,6 +399,14 @@ TEST_F(digest, refuses_what_is_no_sequence) {
     EXPECT_THROW(cutter.read_sequence_and_create_real_band_map(folder / name, true), file_error) << name;
 }
 
+TEST_F(digest, letters_of_RNA_are_warned_of) {
+  write_bytes(folder / "rna.fa", ">r\nACGT\nGGUCuu\n");
+  ASSERT_TRUE(cutter.read_sequence_and_create_real_band_map(folder / "rna.fa", true));
+  ASSERT_EQ(seen.warnings.size(), 1u);
+  EXPECT_TRUE(seen.warnings[0].starts_with("The sequence holds 3 letters U")) << seen.warnings[0];
+  EXPECT_NE(seen.warnings[0].find("rna.fa, line 3"), std::string::npos) << seen.warnings[0];
+}
+
 TEST_F(digest, files_of_the_working_folder) {
   frame.working_folder_set(folder);
   cutter.max_error_in_band_size_scoring_set(0);

@@ -56,6 +56,8 @@ TEST_F(command_line, mistakes_end_with_status2_and_name_the_nearest_known_word) 
       {"load " + example + " --out l.ORBdb --cutoff 5", "unknown option --cutoff"},
       {"load " + example, "--out is required"},
       {"list", "a word is missing that says what to do"},
+      {"lst sort l a", "did you mean list sort?"},
+      {"marker read l a", "did you mean markers read?"},
       {"list srot l a --out b", "unknown command list srot; did you mean list sort?"},
       {"net " + example + " --out n.ORBns --metric Sulston", "no metric \"Sulston\"; known are k2mn, Nof"},
       {"net " + example + " --out n.ORBns --metric KK2mn", "--cutoff is required"},
@@ -267,6 +269,48 @@ TEST_F(command_line, the_kind_of_a_wrong_input_is_named) {
     EXPECT_EQ(seen.status, 1) << c.arguments;
     EXPECT_NE(seen.err.find(c.told), std::string::npos) << seen.err;
   }
+}
+
+TEST_F(command_line, info_knows_what_runs_and_other_programs_write) {
+  ASSERT_EQ(orb("assemble " + example + " --out d", "SOURCE_DATE_EPOCH=1").status, 0);
+  whole::write_bytes(folder / "m.txt", "EC001A01\tm1\nEC001A02\tm2,m1\n");
+  ASSERT_EQ(orb("report d --markers m.txt --out tables").status, 0);
+  const std::string run = "d/ORB_contigs_1970-01-01_00-00-01/";
+  struct {
+    std::string path, kind, figure;
+    int value;
+  } const cases[]{
+      {run + "FPC_like.fpc", "FPC assembly", "clones", 423},
+      {run + "cl_5/Net_control_MTP_cl_5_Sulston_1988_15.net", "drawing of a net (Pajek)", "vertices", 59},
+      {example + "/truth.tsv", "table of true positions", "clones", 423},
+      {run + "cl_5/MTP_cl_5.txt", "list of clones", "names", 9},
+      {run + "coordinates_of_clones.txt", "table of coordinates", "clones", 423},
+      {"tables/new_markers_in_clones.ORB", "markers in the native form", "", 0},
+      {"tables", "results folder", "", 0},
+      {run + "report_contigs.txt", "table", "", 0},
+  };
+  for (const auto &c : cases) {
+    const outcome seen = orb("info --json " + c.path);
+    ASSERT_EQ(seen.status, 0) << seen.err;
+    const auto shown = nlohmann::json::parse(seen.out)[0];
+    EXPECT_EQ(shown["kind"], c.kind) << c.path;
+    if (!c.figure.empty()) {
+      EXPECT_EQ(shown[c.figure], c.value) << shown;
+    }
+  }
+  const outcome unknown = orb("info d --clone nobody");
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_NE(unknown.out.find("contig: none: the library has no clone of this name"), std::string::npos) << unknown.out;
+  EXPECT_EQ(orb("help list sort").out, orb("list sort --help").out);
+  // a net made at 15 begins at 15.01, and is one of cutoff 15 all the same
+  fs::remove(folder / "d/run.json");
+  const outcome drawn = orb("draw d/CloneBandSizes.ORBdb d/net_signif_Sulston_1988_15.00.ORBns " + run +
+                            "cl_5/MTP_cl_5.txt --out x.net --cutoff 15");
+  EXPECT_EQ(drawn.err.find("NB!"), std::string::npos) << drawn.err;
+  EXPECT_NE(orb("draw d/CloneBandSizes.ORBdb d/net_signif_Sulston_1988_15.00.ORBns " + run +
+                "cl_5/MTP_cl_5.txt --out y.net --cutoff 10")
+                .err.find("NB! Selected cutoff level 10.0000<15.0"),
+            std::string::npos);
 }
 
 TEST_F(command_line, a_dash_is_standard_input) {

@@ -111,9 +111,17 @@ std::string what_is_wrong(const CLI::App &app, const std::vector<std::string> &a
   return text + "\nSee orb " + app.get_name() + " --help.";
 }
 
-std::string unknown_verb_text(const std::string &word) {
+// `second`: the argument behind it, which may belong to the name of a verb of two words.
+std::string unknown_verb_text(const std::string &word, const std::string &second = {}) {
   std::string text = "orb: unknown command " + word;
-  if (const std::string near = nearest_word(word, names_of_verbs()); !near.empty())
+  std::vector<std::string> of_two_words;
+  for (const std::string &name : names_of_verbs())
+    if (name.find(' ') != std::string::npos)
+      of_two_words.push_back(name);
+  std::string near = second.empty() ? std::string() : nearest_word(word + " " + second, of_two_words);
+  if (near.empty())
+    near = nearest_word(word, names_of_verbs());
+  if (!near.empty())
     text += "; did you mean " + near + "?";
   return text + "\nSee orb --help.";
 }
@@ -162,7 +170,7 @@ command_line_result said(int status, std::string text) {
 command_line_result no_verb(const std::vector<std::string> &arguments) {
   const std::string group = list_of_verbs(arguments[0] + " ");
   if (group.empty())
-    return said(2, unknown_verb_text(arguments[0]));
+    return said(2, unknown_verb_text(arguments[0], arguments.size() > 1 ? arguments[1] : ""));
   const std::string second = arguments.size() > 1 ? arguments[1] : "";
   const std::string help = "Usage: orb " + arguments[0] + " WORD ... [options]\n\nCommands:\n" + group;
   if (second == "--help" || second == "-h")
