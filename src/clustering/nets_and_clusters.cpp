@@ -61,9 +61,10 @@ bool write_rows(const metric_context &context, const class_FPCto_import &registr
       }
     output.line(text_net_block(database, i, n_overlaps, lines));
     summary.n_overlaps += n_overlaps;
-    if (i % clones_between_polls == 0 || i == n)
+    if (i % clones_between_polls == 0 || i == n) {
+      context.frame.progress(i, n);
       context.frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
-    else if (!others.empty())
+    } else if (!others.empty())
       context.frame.yield();
     if (context.frame.stop_requested_get())
       return false;
@@ -124,6 +125,7 @@ bool create_list_of_clones_with_connectionOutFromCluster(const metric_context &c
       list.add(a);
     if (a % clones_between_polls != 0 && a != n)
       continue;
+    frame.progress(a, n);
     frame.local_process_text_set(std::to_string(a) + " of " + std::to_string(n));
     if (frame.stop_requested_get()) {
       frame.process_stopped_manually();

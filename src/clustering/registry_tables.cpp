@@ -126,6 +126,7 @@ fs::path class_FPCto_import::print_FPC_clusters() {
     report.line(row);
     if (i % clusters_between_reports != 0)
       continue;
+    frame_->progress(i, clusters.count());
     frame_->local_process_text_set(std::to_string(i) + " out of " + std::to_string(clusters.count()));
     if (!frame_->goes_on())
       break;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "contigs/contig_reports.h"
+#include "contigs/kept_registry.h"
 #include "fpc/fpc_writing.h"
 #include "frame/numbers.h"
 
@@ -13,6 +14,19 @@ namespace {
 
 constexpr std::int32_t stride_of_clones_alone = 100; // clusters of one clone between two looks at the user
 constexpr std::int32_t stride_of_parts = 500;        // parts entered between two status texts
+
+// A run works in its own folder; this puts the former one back on every way out.
+class working_folder_keeper {
+public:
+  explicit working_folder_keeper(process_frame &frame) : frame_(frame), former_(frame.working_folder_get()) {}
+  ~working_folder_keeper() { frame_.working_folder_set(former_); }
+  working_folder_keeper(const working_folder_keeper &) = delete;
+  working_folder_keeper &operator=(const working_folder_keeper &) = delete;
+
+private:
+  process_frame &frame_;
+  std::filesystem::path former_;
+};
 
 } // namespace
 
@@ -66,6 +80,7 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
                                             const std::function<void(run_reports &)> &work, bool with_FPC_files) {
   process_frame &frame = signif_->context().frame;
   result_ = {};
+  const working_folder_keeper keeper(frame);
   run_reports reports;
   bool ended_early = false;
   try {
@@ -89,23 +104,18 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
                             reports.folder_contigs / "FPC_like.fpc", reports.folder_contigs / "FPC_like_pp.fpc",
                             reports.folder_contigs, true);
   print_library_reports(reports, database);
+  keep_registry(*database.contigs(), database, reports.folder_contigs);
   result_.completed = true;
 }
 
 void class_contig_adapt_clust::open_contig_folder_and_reports(run_reports &reports) {
   reports.open(signif_->context().frame);
+  signif_->context().frame.working_folder_set(reports.folder_contigs);
   result_.folder = reports.folder_contigs;
 }
 
 // Tables of the whole library, in the run's folder.
 void class_contig_adapt_clust::print_library_reports(const run_reports &reports, class_DB_of_clones &database) {
-  process_frame &frame = signif_->context().frame;
-  struct working_folder_keeper {
-    process_frame &frame;
-    std::filesystem::path folder;
-    ~working_folder_keeper() { frame.working_folder_set(folder); }
-  } const keeper{frame, frame.working_folder_get()};
-  frame.working_folder_set(reports.folder_contigs);
   database.contigs()->print_N50_statistics();
   database.contigs()->print_coordinates_of_clones(number_list::range(1, database.total_number_of_clones_get()),
                                                   reports.folder_contigs / "coordinates_of_clones.txt");
@@ -124,10 +134,23 @@ void class_contig_adapt_clust::adaptive_clustering_run(const std::vector<std::st
   });
 }
 
+std::int64_t class_contig_adapt_clust::clones_of(const std::vector<std::string> &names,
+                                                 const class_FPCto_import &registry) {
+  std::int64_t n_clones = 0;
+  for (const std::string &name : names) {
+    cluster_id id = 0;
+    bool not_found = false;
+    registry.search_for_cluster(name, id, not_found);
+    n_clones += not_found ? 0 : registry.n_clones_in_cluster_get(id);
+  }
+  return n_clones;
+}
+
 void class_contig_adapt_clust::adaptive_clustering_loop(work_list &work, run_reports &reports,
                                                         class_DB_of_clones &database) {
   process_frame &frame = signif_->context().frame;
   class_FPCto_import &registry = *database.contigs();
+  progress_of_whole in_final_clusters(frame, clones_of(work.names, registry));
   reports.clones_in_MTP_details.line(header_of_MTP_details());
   for (std::int32_t i = 1; !stopped() && i <= work.count(); ++i) {
     const auto entry = static_cast<std::size_t>(i);
@@ -145,8 +168,10 @@ void class_contig_adapt_clust::adaptive_clustering_loop(work_list &work, run_rep
                           " clusters: " + test.name + "...");
     test_cluster(test, reports, database);
     work.is_connected[entry] = test.is_connected ? 1 : 0;
-    if (!stopped() && test.final)
+    if (!stopped() && test.final) {
       note_result(test, registry);
+      in_final_clusters.add(test.n_clones);
+    }
     if (!stopped() && !test.final) {
       registry.cluster_off_clusterName(test.name);
       add_subclusters_as_clusters(i, work, *test.contig, registry);
@@ -239,6 +264,7 @@ void class_contig_adapt_clust::given_clusters_loop(
   process_frame &frame = signif_->context().frame;
   const class_FPCto_import &registry = *database.contigs();
   const given_clusters_answers answers = answers_of_given_clusters();
+  progress_of_whole in_tested_clusters(frame, clones_of(names, registry));
   reports.clones_in_MTP_details.line(header_of_MTP_details());
   for (std::int32_t i = 1; !stopped() && i <= n; ++i) {
     cluster_test test;
@@ -262,6 +288,7 @@ void class_contig_adapt_clust::given_clusters_loop(
     if (!stopped()) {
       note_result(test, registry);
       tested(i, test);
+      in_tested_clusters.add(n_clones);
     }
     if (shown)
       frame.control_text_set(std::to_string(i) + " contigs done.");

@@ -109,8 +109,8 @@ public:
   void given_clusters_answers_set(std::optional<bool> use_maximal_subcluster, std::optional<bool> increase_cutoff);
 
   // Re-analysis of the clusters in use with an older tiling path: which of its clones, and of the clones sequenced
-  // since, make a path through each cluster. Asks for what `options` leaves open. Writes the reports of a run, four
-  // tables in the working folder, see retained_tiling_path.h, and a drawing of each contig. False when cancelled.
+  // since, make a path through each cluster. Asks for what `options` leaves open. Writes the reports of a run and in
+  // its folder four tables, see retained_tiling_path.h, and a drawing of each contig. False when cancelled.
   bool process_clusters_without_adaptive_clustering_Retain_run(const retained_path_options &options);
   // The same for given names (from 1, element 0 unused), with preferences by clone number.
   void process_clusters_without_adaptive_clustering_Retain(const std::vector<std::string> &names, std::int32_t n,
@@ -159,6 +159,7 @@ private:
   void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
                     const std::function<void(run_reports &)> &work, bool with_FPC_files = true);
   void open_contig_folder_and_reports(run_reports &reports);
+  static std::int64_t clones_of(const std::vector<std::string> &names, const class_FPCto_import &registry);
   void adaptive_clustering_loop(work_list &work, run_reports &reports, class_DB_of_clones &database);
   void add_subclusters_as_clusters(std::int32_t parent, work_list &work, class_contig_analysis &contig,
                                    class_FPCto_import &registry);
@@ -171,6 +172,8 @@ private:
                            class_DB_of_clones &database,
                            const std::function<void(std::int32_t, const cluster_test &)> &tested);
   std::vector<std::string> names_of_clusters_in_use(const std::function<bool(cluster_id)> &is_wanted) const;
+  void put_clones_alone_into_clusters(const number_list &allowed, const std::vector<std::int16_t> &index,
+                                      retained_clusters wanted);
   void retain_in_contig(std::int32_t i, const cluster_test &test, const std::vector<std::int16_t> &index,
                         retain_files &files);
   void make_contig_for_cluster(cluster_test &test, const class_FPCto_import &registry);

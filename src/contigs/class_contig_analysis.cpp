@@ -234,6 +234,7 @@ ordering_task class_contig_analysis::detail_control_task(std::uint64_t number) c
   task.name = cluster_file_name(cluster_name_);
   task.flag = true;
   task.folder = dir_name_to_output_ok_;
+  task.shares_folder = dir_name_to_output_ok_ == dir_name_to_output_; // a heap
   task.number = number;
   task.axis = axis_of_list();
   return task;

@@ -75,6 +75,19 @@ static retained_clusters clusters_asked_for(process_frame &frame) {
                         : retained_clusters::with_allowed;
 }
 
+// A clone that the contigs don't know is kept like one that is alone in a cluster.
+void class_contig_adapt_clust::put_clones_alone_into_clusters(const number_list &allowed,
+                                                              const std::vector<std::int16_t> &index,
+                                                              retained_clusters wanted) {
+  const class_DB_of_clones &database = signif_->context().database;
+  class_FPCto_import &registry = *signif_->context().database.contigs();
+  for (const clone_number clone : allowed.members())
+    if (registry.clone_in_cluster_get(clone) == 0 &&
+        index[static_cast<std::size_t>(clone)] >= static_cast<std::int16_t>(wanted))
+      registry.add_new_cluster({clone}, "ctg_" + database.name_of_clone_get(clone), "", false);
+  registry.add_new_cluster_finish();
+}
+
 bool class_contig_adapt_clust::process_clusters_without_adaptive_clustering_Retain_run(
     const retained_path_options &options) {
   const metric_context &context = signif_->context();
@@ -85,6 +98,7 @@ bool class_contig_adapt_clust::process_clusters_without_adaptive_clustering_Reta
   if (!find_MTP_maximally_using_clones_from_list_make_index_inMTPpreference(options, index, sequenced, allowed))
     return false;
   const retained_clusters wanted = options.clusters ? *options.clusters : clusters_asked_for(context.frame);
+  put_clones_alone_into_clusters(allowed, index, wanted);
   const class_FPCto_import &registry = *context.database.contigs();
   std::vector<char> is_marked(static_cast<std::size_t>(registry.n_list_of_all_cluster_names_get()) + 1,
                               wanted == retained_clusters::all_in_use);

@@ -26,7 +26,7 @@ struct retained_path_options {
   std::optional<retained_clusters> clusters; // not set: asked
 };
 
-// The tables of a re-analysis in the working folder, all separated by tabs. They grow contig by contig.
+// The tables of a re-analysis in the run's folder, all separated by tabs. They grow contig by contig.
 struct retain_files {
   growing_file MTP_new;  // list_of_clones_MTP_new.tsv: a line a contig, then a line a clone of its path
   growing_file not_used; // list_of_clones_from_allow_to_use_not_used.tsv: the same for clones off it

@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "contigs/clone_finder.h"
+#include "contigs/kept_registry.h"
 #include "contigs/run_reports.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
@@ -211,38 +213,10 @@ bool run_folder_reader::read_pair(const std::filesystem::path &file, const std::
   return true;
 }
 
-// Clone numbers of the clusters of a run. A name that occurs several times in the library goes to the clone that speaks
-// for it first (the others have no overlaps and so stay alone), then to the others in their order.
-class clone_finder {
-public:
-  explicit clone_finder(class_DB_of_clones &database)
-      : database_(database), taken_(static_cast<std::size_t>(database.total_number_of_clones_get()) + 1, 0) {}
-
-  // -1: unknown; 0: lies in a cluster already.
-  clone_number take(const std::string &name) {
-    const number_list clones = database_.clone_number_get_with_repeats(name);
-    if (clones.empty())
-      return -1;
-    clone_number chosen = 0;
-    bool chosen_speaks = false;
-    for (const clone_number clone : clones.members()) {
-      if (taken_[static_cast<std::size_t>(clone)] != 0)
-        continue;
-      const bool speaks = clones.count() > 1 && database_.nRepeatsCloneName_get(clone) > 1;
-      if (chosen == 0 || (speaks && !chosen_speaks) || (speaks == chosen_speaks && clone < chosen)) {
-        chosen = clone;
-        chosen_speaks = speaks;
-      }
-    }
-    if (chosen > 0)
-      taken_[static_cast<std::size_t>(chosen)] = 1;
-    return chosen;
-  }
-
-private:
-  class_DB_of_clones &database_;
-  std::vector<char> taken_;
-};
+// Of clone i, from 0, of a cluster.
+std::string place_in_list(const run_folder &run, const std::string &cluster, std::size_t i) {
+  return line_of(folder_of_cluster(run.folder, cluster) / (cluster_file_name(cluster) + ".txt"), i + 1);
+}
 
 bool find_clones(process_frame &frame, const run_folder &run, std::size_t cluster, clone_finder &finder,
                  number_list &list) {
@@ -254,10 +228,9 @@ bool find_clones(process_frame &frame, const run_folder &run, std::size_t cluste
       continue;
     }
     const std::string &cluster_name = run.clusters[cluster].name;
-    return frame.refuse(
-        (clone < 0 ? "Clone " + name + " of the run is not in the library.\r\n"
-                   : "Clone " + name + " lies in two clusters of the run.\r\n") +
-        line_of(folder_of_cluster(run.folder, cluster_name) / (cluster_file_name(cluster_name) + ".txt"), i + 1));
+    return frame.refuse((clone < 0 ? "Clone " + name + " of the run is not in the library.\r\n"
+                                   : "Clone " + name + " lies in two clusters of the run.\r\n") +
+                        place_in_list(run, cluster_name, i));
   }
   return true;
 }
@@ -276,6 +249,48 @@ void put_tiling_paths(const run_folder &run, const class_DB_of_clones &database,
     }
     registry.tiling_path_set(id, std::move(path));
   }
+}
+
+// What the reports tell: of a run that kept no registry.
+bool put_reported_clusters(process_frame &frame, const run_folder &run, class_DB_of_clones &database,
+                           class_FPCto_import &registry) {
+  clone_finder finder(database);
+  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
+    number_list list;
+    if (!find_clones(frame, run, c, finder, list) ||
+        !registry.add_new_cluster(list, run.clusters[c].name, run.clusters[c].full_name, false))
+      return false;
+    for (std::size_t i = 0; i < run.coordinates[c].size(); ++i)
+      registry.clone_coordinates_set(list(static_cast<std::int32_t>(i) + 1), run.coordinates[c][i].left,
+                                     run.coordinates[c][i].right);
+  }
+  registry.add_new_cluster_finish();
+  put_tiling_paths(run, database, registry);
+  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
+    if (!run.coordinates[c].empty())
+      registry.make_min_and_max_coor_for_cluster(static_cast<cluster_id>(c) + 1);
+  }
+  return true;
+}
+
+// Whether every clone of the reports lies in the cluster of that name: lists that were changed by hand, or that come
+// from another run, aren't passed over in silence.
+bool reports_agree(process_frame &frame, const run_folder &run, const class_DB_of_clones &database,
+                   const class_FPCto_import &registry) {
+  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
+    cluster_id id = 0;
+    bool not_found = false;
+    registry.search_for_cluster(run.clusters[c].name, id, not_found);
+    std::unordered_set<std::string_view> names;
+    for (const clone_number clone : registry.clones_of_cluster(id))
+      names.insert(database.name_of_clone_get(clone));
+    for (std::size_t i = 0; i < run.clones[c].size(); ++i)
+      if (!names.contains(run.clones[c][i]))
+        return frame.refuse("Clone " + run.clones[c][i] + " lies in cluster " + run.clusters[c].name +
+                            " by its list, but not by " + registry_clones_name + ".\r\n" +
+                            place_in_list(run, run.clusters[c].name, i));
+  }
+  return true;
 }
 
 } // namespace
@@ -302,23 +317,11 @@ bool read_run_folder_into_registry(process_frame &frame, const project_settings 
     database.sort_clones_by_name(frame);
   auto registry = std::make_shared<class_FPCto_import>(frame, settings, database);
   registry->clear_all_run(0, false);
-  clone_finder finder(database);
-  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
-    number_list list;
-    if (!find_clones(frame, run, c, finder, list))
-      return false;
-    if (!registry->add_new_cluster(list, run.clusters[c].name, run.clusters[c].full_name, false))
-      return false;
-    for (std::size_t i = 0; i < run.coordinates[c].size(); ++i)
-      registry->clone_coordinates_set(list(static_cast<std::int32_t>(i) + 1), run.coordinates[c][i].left,
-                                      run.coordinates[c][i].right);
-  }
-  registry->add_new_cluster_finish();
-  put_tiling_paths(run, database, *registry);
-  for (std::size_t c = 0; c < run.clusters.size(); ++c) {
-    if (!run.coordinates[c].empty())
-      registry->make_min_and_max_coor_for_cluster(static_cast<cluster_id>(c) + 1);
-  }
+  const bool filled = registry_is_kept(folder) ? read_kept_registry(frame, folder, database, *registry) &&
+                                                     reports_agree(frame, run, database, *registry)
+                                               : put_reported_clusters(frame, run, database, *registry);
+  if (!filled)
+    return false;
   database.contigs_set(std::move(registry));
   database.contigs_are_specified_set(true);
   return true;

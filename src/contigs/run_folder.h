@@ -37,8 +37,9 @@ struct run_folder {
 bool is_run_folder(const std::filesystem::path &folder);
 // Reads the reports of a run; needs no library. False with messages (file and line) when something is damaged.
 bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, run_folder &run);
-// Puts a run into the registry of the database: clusters in use with long names, coordinates, tiling paths. The
-// registry stays as it was when a clone is unknown or the folder is damaged.
+// Puts a run into the registry of the database, as the run left it; of a run without kept_registry.h's tables the
+// clusters that its reports tell of, with long names, coordinates, tiling paths. The registry stays as it was when a
+// clone is unknown or the folder is damaged.
 bool read_run_folder_into_registry(process_frame &frame, const project_settings &settings,
                                    const std::filesystem::path &folder, class_DB_of_clones &database);
 

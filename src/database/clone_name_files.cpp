@@ -32,6 +32,7 @@ reading read_lines(process_frame &frame, const std::filesystem::path &file, take
     take(line);
     if (lines.line_number() % lines_between_polls != 0)
       continue;
+    frame.progress(lines.position(), lines.size());
     frame.local_process_text_set(std::to_string(lines.line_number()) + " lines");
     if (frame.stop_requested_get())
       return reading::stopped;

@@ -219,6 +219,7 @@ private:
     if (!whole_number_parse(line, band))
       return corrupt("a band is no number");
     if (++n_bands_read_ % 100000 == 0) {
+      frame_.progress(n_bands_read_, header_.next_free_band_adress);
       frame_.local_process_text_set(number_text_thousands(n_bands_read_) + " of " +
                                     number_text_thousands(header_.next_free_band_adress));
       if (frame_.stop_requested_get())

@@ -27,8 +27,10 @@ void report_marker_line(process_frame &frame, const std::string &text, const mar
 }
 
 bool goes_on_behind_marker_line(process_frame &frame, const marker_lines &lines, std::int32_t i) {
-  if (i % 200 == 0)
+  if (i % 200 == 0) {
+    frame.progress(i, lines.count());
     frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(lines.count()) + " clone-markers");
+  }
   return !frame.stop_requested_get();
 }
 

@@ -107,8 +107,10 @@ bool native_marker_reader::count_behind(std::string_view head_text, std::int32_t
 
 bool native_marker_reader::goes_on() {
   constexpr std::int64_t lines_between_reports = 10000;
-  if (lines_.line_number() % lines_between_reports == 0)
+  if (lines_.line_number() % lines_between_reports == 0) {
+    frame_.progress(lines_.position(), lines_.size());
     frame_.local_process_text_set(std::to_string(lines_.line_number()) + " lines of markers");
+  }
   return !frame_.stop_requested_get();
 }
 

@@ -169,6 +169,7 @@ bool class_clone_net_draw::draw_list_files(const number_list &all, const std::fi
   const std::string n = std::to_string(files.size());
   bool all_drawn = true;
   for (std::size_t k = 0; k < files.size(); ++k) {
+    frame.progress(static_cast<std::int64_t>(k), static_cast<std::int64_t>(files.size()));
     frame.local_process_text_set(std::to_string(k + 1) + " of " + n);
     if (frame.stop_requested_get()) {
       frame.process_stopped_manually();

@@ -230,7 +230,7 @@ void process_frame::warn(const std::string &text) {
     shown_.warning(text);
 }
 
-void process_frame::progress(std::int64_t done, std::int64_t total) {
+void process_frame::show_progress(std::int64_t done, std::int64_t total) {
   if (shown_.progress)
     shown_.progress(done, total);
 }

@@ -73,7 +73,10 @@ public:
   void doubt(const std::string &what, const std::string &place) { doubts_.add(what, place); }
   const input_doubts &doubts() const { return doubts_; }
   // How far the work in hand has come, in units of its own; for a bar and the time left. Doesn't yield.
-  void progress(std::int64_t done, std::int64_t total);
+  void progress(std::int64_t done, std::int64_t total) {
+    if (!has_whole_)
+      show_progress(done, total);
+  }
   // Message boxes, questions and input boxes.
   void message(const std::string &text, const std::string &title = {});
   // The same for what went wrong while the work goes on: whoever is spared message boxes sees this.
@@ -117,12 +120,14 @@ public:
 
 private:
   friend class frame_scope;
+  friend class progress_of_whole;
   struct answer_given {
     std::string prompt_start;
     std::function<std::string()> reply;
   };
   void log_write(const std::string &text); // not shown
   void log_message(const std::string &text);
+  void show_progress(std::int64_t done, std::int64_t total);
   bool is_answered_ahead(const std::string &prompt, std::string &reply) const;
   void panel_set(panel which, const std::string &text, panel_colour colour = panel_colour::resting);
   void end_with_words(const std::string &words);
@@ -135,6 +140,7 @@ private:
   std::vector<answer_given> ahead_;
   bool process_is_running_ = false, stop_requested_ = false, was_stopped_ = false, data_failed_ = false;
   bool strict_ = false;
+  bool has_whole_ = false; // a progress_of_whole lives
   program_clock clock_;
 };
 
@@ -153,6 +159,28 @@ private:
 
   process_frame &frame_;
   std::filesystem::path working_folder_;
+};
+
+// While one lives, it alone tells how far the work has come, and the works that it consists of don't.
+class progress_of_whole {
+public:
+  progress_of_whole(process_frame &frame, std::int64_t total) : frame_(frame), total_(total) {
+    is_part_ = frame.has_whole_;
+    frame.has_whole_ = true;
+  }
+  ~progress_of_whole() { frame_.has_whole_ = is_part_; }
+  progress_of_whole(const progress_of_whole &) = delete;
+  progress_of_whole &operator=(const progress_of_whole &) = delete;
+  void add(std::int64_t n) {
+    done_ += n;
+    if (!is_part_)
+      frame_.show_progress(done_, total_);
+  }
+
+private:
+  process_frame &frame_;
+  std::int64_t done_ = 0, total_;
+  bool is_part_; // of a larger one
 };
 
 } // namespace orb

@@ -191,6 +191,7 @@ bool native_net_reader::read_edges(std::vector<net_edge> &edges) {
   for (std::int64_t first = 1; first <= n_edges_; first += edges_between_polls) {
     if (frame_.stop_requested_get())
       return false;
+    frame_.progress(first - 1, n_edges_);
     frame_.local_process_text_set(progress(first - 1, n_edges_));
     const std::int64_t end = std::min<std::int64_t>(first + edges_between_polls, std::int64_t{n_edges_} + 1);
     read_bytes(block_.data(), static_cast<std::size_t>((end - first) * edge_size));

@@ -12,8 +12,10 @@ namespace {
 constexpr std::size_t names_between_reports = 1000;
 
 void report_position(process_frame &frame, std::size_t i, std::size_t n) {
-  if (i % names_between_reports == 0)
-    frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
+  if (i % names_between_reports != 0)
+    return;
+  frame.progress(static_cast<std::int64_t>(i), static_cast<std::int64_t>(n));
+  frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
 }
 
 } // namespace

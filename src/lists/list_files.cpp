@@ -48,6 +48,7 @@ private:
 bool record_copier::is_stopped(const line_reader &lines) {
   if (n_records_ % records_between_reports != 0)
     return false;
+  frame_.progress(lines.position(), lines.size());
   frame_.local_process_text_set(std::to_string(n_records_) + " clones read, " + std::to_string(lines.position()) +
                                 " of " + std::to_string(lines.size()) + " bytes");
   return frame_.stop_requested_get();

@@ -87,6 +87,7 @@ public:
     if (i < next_)
       return true;
     next_ = i + stride_;
+    frame_.progress(i, n_);
     frame_.local_process_text_set(std::to_string(i) + " of " + std::to_string(n_));
     return !frame_.stop_requested_get();
   }

@@ -173,6 +173,7 @@ void class_clone_dist_FPC::create_sulston_significant_table(process_frame &frame
     for (std::int32_t b = a; a % 10 == 0 && b <= M; b += 10)
       file.line(std::to_string(a) + "\t" + std::to_string(b) + "\t" +
                 std::to_string(sulston_significant_table_get(a, b)));
+    frame.progress(a, M);
     frame.local_process_text_set(std::to_string(a) + " of " + std::to_string(M));
   });
   file.commit();

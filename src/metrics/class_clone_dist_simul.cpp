@@ -55,12 +55,15 @@ std::string class_clone_dist_simul::wrong_sizes(std::int32_t n1, std::int32_t n2
 }
 
 void class_clone_dist_simul::show_progress(std::int64_t done, std::int32_t n_runs, double work) {
+  const double so_far = work_done_ + work * static_cast<double>(done) / n_runs;
+  constexpr double parts = 1e6; // work is measured in no whole units
+  if (work_total_ > 0)
+    services_.frame.progress(static_cast<std::int64_t>(parts * so_far / work_total_), static_cast<std::int64_t>(parts));
   const auto now = std::chrono::steady_clock::now();
   if (now - shown_ < std::chrono::seconds(3))
     return;
   shown_ = now;
   services_.frame.control_text_set(std::to_string(done) + " of " + std::to_string(n_runs));
-  const double so_far = work_done_ + work * static_cast<double>(done) / n_runs;
   const double elapsed = std::chrono::duration<double>(now - began_).count();
   if (so_far > 0)
     services_.frame.clones_text_set("time left: " +

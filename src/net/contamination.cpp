@@ -102,6 +102,7 @@ bool mark_neighbours(process_frame &frame, const class_net &net, const well_tabl
     }
     if (a % clones_between_reports != 0)
       continue;
+    frame.progress(a, n);
     frame.local_process_text_set(std::to_string(a) + " of " + std::to_string(n));
     if (frame.stop_requested_get())
       return false;

@@ -61,6 +61,7 @@ bool save_net_as_text_net(const metric_context &context, const class_net &net, c
     output.line(text_net_block(database, i, n_overlaps, lines));
     if (i % clones_between_polls != 0 && i != n)
       continue;
+    frame.progress(i, n);
     frame.local_process_text_set(std::to_string(i) + " from " + std::to_string(n));
     if (frame.stop_requested_get()) {
       frame.process_stopped_manually();

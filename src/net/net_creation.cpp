@@ -178,7 +178,7 @@ public:
         return;
   }
   void compared(overlap_rows &rows, clone_number start, const row_function &row_done, const chunk_function &chunk_done,
-                const std::function<bool()> &go_on) {
+                const std::function<bool(std::int64_t)> &go_on) {
     const auto row_text = [&](clone_number i, std::string &overlaps) {
       for (const pair_record &record : rows.row(i))
         text_net_overlap_append(overlaps, context_.database, record.partner, record.value, record.code);
@@ -314,7 +314,11 @@ bool compare_and_print_rows(const metric_context &context, const overlap_rule &r
     text_rows(context).compared(
         rows, start,
         [&](clone_number i, std::int32_t count, const std::string &text) { return printer.row_done(i, count, text); },
-        [&](clone_number i) { return printer.chunk_done(i); }, [&] { return context.frame.goes_on(); });
+        [&](clone_number i) { return printer.chunk_done(i); },
+        [&](std::int64_t pairs_done) {
+          context.frame.progress(pairs_done, rows.n_pairs());
+          return context.frame.goes_on();
+        });
   } catch (const zero_frequency &failure) {
     end_on_zero_frequency(context.frame, failure);
   }
@@ -348,7 +352,11 @@ bool compare_once(const metric_context &context, const overlap_rule &rule, bool 
     const pair_elements elements = pair_elements::of_library(context.database, unite_versions);
     pair_kernel kernel(context, rule, with_table ? &significant : nullptr, threads);
     overlap_rows rows(kernel, elements, row_partners::of_higher_number, threads);
-    return half.compare(rows, n, chunk_done, [&] { return frame.goes_on(); }) || refused;
+    const auto go_on = [&](std::int64_t pairs_done) {
+      frame.progress(pairs_done, rows.n_pairs());
+      return frame.goes_on();
+    };
+    return half.compare(rows, n, chunk_done, go_on) || refused;
   } catch (const zero_frequency &failure) {
     end_on_zero_frequency(frame, failure);
   }

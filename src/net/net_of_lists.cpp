@@ -73,10 +73,13 @@ void compare_large_list(const metric_context &context, std::span<const clone_num
     const pair_elements elements = pair_elements::of_list(list);
     pair_kernel kernel(context, rule, with_table ? &significant : nullptr, threads);
     overlap_rows rows(kernel, elements, row_partners::of_higher_number, threads);
-    const auto go_on = [&] { return frame.goes_on(); };
+    const auto go_on = [&](std::int64_t pairs_done) {
+      frame.progress(pairs_done, rows.n_pairs());
+      return frame.goes_on();
+    };
     const auto chunk_done = [&](std::int32_t, std::int32_t last) {
       frame.local_process_text_set(std::to_string(last) + " of " + std::to_string(list.size()));
-      return go_on();
+      return frame.goes_on();
     };
     half.compare(rows, elements.count(), chunk_done, go_on);
   } catch (const zero_frequency &failure) {
@@ -153,8 +156,10 @@ void class_clone_net_signif::create_sub_net_by_rule(const number_list &list, std
       if (value >= rule.cutoff)
         made.add_edge_fast(v, edge.neighbour, value, edge.index1, code);
     }
-    if (n > clones_for_status && v % clones_for_status == 0)
+    if (n > clones_for_status && v % clones_for_status == 0) {
+      frame.progress(v, n);
       frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
+    }
   }
   made.finish_of_adding();
   made.test_neighbours_sorted();
@@ -194,8 +199,10 @@ void class_clone_net_signif::create_sub_net_plus_markers(const number_list &list
       if ((found || n_common >= 1) && value >= rule.cutoff)
         made.add_edge_fast(v, w, value, index1, code);
     }
-    if (v % clones_for_status == 0)
+    if (v % clones_for_status == 0) {
+      frame.progress(v, n);
       frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
+    }
   }
   made.finish_of_adding();
   made.test_neighbours_sorted();

@@ -1,6 +1,7 @@
 // Q-overlaps and Q-clones: what breaks the locally linear structure of a net of clone overlaps.
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -22,7 +23,8 @@ constexpr const char *overlaps_report = "_Q_overlaps.txt";
 constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";
 constexpr const char *clones_report = "_Q_clones.txt";
 constexpr std::int32_t largest_rank = 50;
-constexpr vertex_number vertices_in_block = 1024, vertices_in_piece = 16;
+constexpr vertex_number vertices_in_block = 1024, vertices_in_piece = 16; // blocks that take long are smaller
+constexpr std::int64_t status_stride = 100;                               // records, or clones
 
 // Name and number of bands of a clone, with a tab between; empty and 0 beyond the library.
 std::string name_and_bands(const class_DB_of_clones &database, clone_number clone) {
@@ -61,16 +63,37 @@ void clusters_of_edges(const class_net &net, vertex_number v, std::int32_t max_r
     bits[static_cast<std::size_t>(edge.neighbour) / 64] = 0;
 }
 
+// Blocks as large as fit a tenth of a second, so that the status follows the work at any rank. What is found depends on
+// no size.
+class block_size {
+public:
+  vertex_number get() const { return size_; }
+  void block_done() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - began_ > wanted)
+      size_ = std::max(size_ / 2, vertices_in_piece);
+    else if (now - began_ < wanted / 4)
+      size_ = std::min(size_ * 2, vertices_in_block);
+    began_ = now;
+  }
+
+private:
+  static constexpr std::chrono::milliseconds wanted{100};
+  vertex_number size_ = 4 * vertices_in_piece;
+  std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+};
+
 // Runs `judge(v, place in block, space, stopped)` for all vertices on the workers and `report(v, place)` for each in
-// order on the calling thread, which polls for a stop meanwhile. `progress(v)` runs between blocks. True when all was
-// done; after a stop nothing of the block at work is reported.
-template <class judge_function, class report_function, class progress_function>
+// order on the calling thread, which polls for a stop meanwhile. True when all was done; after a stop nothing of the
+// block at work is reported.
+template <class judge_function, class report_function>
 bool for_all_vertices(process_frame &frame, const class_net &net, int threads, judge_function &&judge,
-                      report_function &&report, progress_function &&progress) {
+                      report_function &&report) {
   std::vector<worker_space> spaces(static_cast<std::size_t>(worker_count(threads)));
   const vertex_number n = net.number_of_vertices_get();
-  for (vertex_number first = 1; first <= n; first += vertices_in_block) {
-    const vertex_number last = std::min(n, first + vertices_in_block - 1);
+  block_size block;
+  for (vertex_number first = 1, last = 0; first <= n; first = last + 1) {
+    last = std::min(n, first + block.get() - 1);
     const std::int64_t n_pieces = (last - first) / vertices_in_piece + 1;
     const auto judge_piece = [&](std::int64_t piece, int worker, const std::atomic<bool> &stopped) {
       const auto begin = static_cast<vertex_number>(first + (piece - 1) * vertices_in_piece);
@@ -81,7 +104,7 @@ bool for_all_vertices(process_frame &frame, const class_net &net, int threads, j
       return false;
     for (vertex_number v = first; v <= last; ++v)
       report(v, static_cast<std::size_t>(v - first));
-    progress(last);
+    block.block_done();
   }
   return true;
 }
@@ -160,7 +183,8 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
   }
   n_Q = 0;
   std::vector<std::vector<std::int32_t>> n_clusters(vertices_in_block);
-  const std::string of_edges = " of " + std::to_string(net.number_of_edges_get()) + ", nQ=";
+  const std::int64_t n_edges = net.number_of_edges_get();
+  const std::string of_edges = " of " + std::to_string(n_edges) + ", nQ=";
   const bool completed = for_all_vertices(
       frame, net, context_.settings.threads,
       [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &stopped) {
@@ -169,17 +193,18 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
       [&](vertex_number v, std::size_t place) {
         const auto run = net.edges_of_vertex(v);
         for (std::size_t k = 0; k < run.size(); ++k) {
-          if (n_clusters[place][k] == 1)
-            continue;
-          ++n_Q;
-          marked.change_edge_index(net.adress_of_first_edge_get(v) + static_cast<edge_adress>(k), index);
-          if (report)
-            report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
+          const edge_adress e = net.adress_of_first_edge_get(v) + static_cast<edge_adress>(k);
+          if (n_clusters[place][k] != 1) {
+            ++n_Q;
+            marked.change_edge_index(e, index);
+            if (report)
+              report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
+          }
+          if (e % status_stride == 0) {
+            frame.progress(e, n_edges);
+            frame.local_process_text_set(std::to_string(e) + of_edges + std::to_string(n_Q));
+          }
         }
-      },
-      [&](vertex_number v) {
-        frame.local_process_text_set(std::to_string(net.adress_of_first_edge_get(v + 1) - 1) + of_edges +
-                                     std::to_string(n_Q));
       });
   if (completed && report)
     report->commit();
@@ -207,7 +232,7 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
   }
   n_Q = 0;
   std::vector<clone_verdict> verdicts(vertices_in_block);
-  const std::string of_all = " of " + std::to_string(net.number_of_vertices_get());
+  const vertex_number n = net.number_of_vertices_get();
   const bool completed = for_all_vertices(
       frame, net, context_.settings.threads,
       [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &) {
@@ -219,14 +244,17 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
         n_Q += is_Q;
         if (is_Q)
           marked.change_vertex_index(v, index);
-        if (!print)
-          return;
-        const std::string row = clone_row(context_.database, v, max_rank, verdicts[place]);
-        test_report->line(row);
-        if (is_Q)
-          q_report->line(std::to_string(n_Q) + "\t" + row);
-      },
-      [&](vertex_number v) { frame.local_process_text_set(std::to_string(v) + of_all); });
+        if (print) {
+          const std::string row = clone_row(context_.database, v, max_rank, verdicts[place]);
+          test_report->line(row);
+          if (is_Q)
+            q_report->line(std::to_string(n_Q) + "\t" + row);
+        }
+        if (v % status_stride == 0) {
+          frame.progress(v, n);
+          frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
+        }
+      });
   if (completed && print) {
     test_report->commit();
     q_report->commit();

@@ -97,6 +97,7 @@ private:
           ++counts[level];
       }
       if (i % clones_between_polls == 0) {
+        frame_.progress(i, n_);
         frame_.local_process_text_set(std::to_string(i) + " of " + std::to_string(n_));
         if (frame_.stop_requested_get())
           return false;
@@ -191,6 +192,7 @@ void class_clone_net_signif::read_text_net(const std::filesystem::path &file, cl
         read.add_edge_fast(i, overlap.partner, overlap.value, 0, overlap.code);
     }
     if (i % clones_between_polls == 0) {
+      frame.progress(i, n);
       frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(n));
       if (frame.stop_requested_get())
         return;

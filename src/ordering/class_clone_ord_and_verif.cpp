@@ -113,6 +113,7 @@ bool class_clone_ord_and_verif::search_all(std::vector<ordering_work> &works,
           compute_run(*piece.work, piece.r, &stop);
       },
       [&](std::int64_t n_done) {
+        frame.progress(n_done, n_pieces);
         frame.local_process_text_set(runs_only
                                          ? "JK" + std::to_string(std::max<std::int64_t>(n_done - 1, 0))
                                          : "Orders " + std::to_string(n_done) + " from " + std::to_string(n_pieces));

@@ -49,6 +49,7 @@ struct ordering_task {
   // more than `most_in_one_search` clones is ordered in windows along the axis; without it as a whole, whatever that
   // takes.
   std::vector<std::int32_t> axis = {};
+  bool shares_folder = false; // with other contigs: "Input.dis" bears the contig's name then, "Input_NAME.dis"
 };
 
 // The search for the order of one window of a long contig.

@@ -177,18 +177,20 @@ static std::vector<pair_distance> distances_of_windows(const ordering_run &run) 
 }
 
 // The instance of each run; that of the last one stands in "Input.dis" too, as if the runs had overwritten each other.
+// Contigs never overwrite each other's.
 void class_clone_ord_and_verif::write_distance_files(const ordering_work &work,
                                                      const std::filesystem::path &folder) const {
   const auto positions = work.list_not_excluded.members();
+  const std::string end = (work.task.shares_folder ? "_" + work.task.name : std::string()) + ".dis";
   for (std::int32_t r = 0; r <= work.n_jackknife(); ++r) {
     const ordering_run &run = work.runs[static_cast<std::size_t>(r)];
     const std::string text =
         work.in_windows()
             ? distance_file_text(options_.seconds, options_.neighbour_rank, positions, distances_of_windows(run))
             : distance_file_text(options_.seconds, options_.neighbour_rank, positions, run.distances);
-    write_text(folder / ("Input" + std::to_string(r) + ".dis"), text);
+    write_text(folder / ("Input" + std::to_string(r) + end), text);
     if (r == work.n_jackknife())
-      write_text(folder / "Input.dis", text);
+      write_text(folder / ("Input" + end), text);
   }
 }
 

@@ -7,7 +7,7 @@ namespace orb {
 
 bool half_net::compare(overlap_rows &rows, std::int32_t n,
                        const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                       const std::function<bool()> &go_on) {
+                       const overlap_rows::go_on_function &go_on) {
   n_ = n;
   first_.assign(static_cast<std::size_t>(n) + 2, 0);
   records_.clear();

@@ -14,10 +14,10 @@ namespace orb {
 class half_net {
 public:
   // Takes each unordered pair once from `rows`. `chunk_done(first, last)` runs on the calling thread when the rows of
-  // some more elements are there, `go_on()` some ten times a second; when either answers false the rest is left. True
-  // when all was compared.
+  // some more elements are there, `go_on(pairs done)` some ten times a second; when either answers false the rest is
+  // left. True when all was compared.
   bool compare(overlap_rows &rows, std::int32_t n, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-               const std::function<bool()> &go_on);
+               const overlap_rows::go_on_function &go_on);
   std::span<const pair_record> row(std::int32_t element) const {
     const auto e = static_cast<std::size_t>(element);
     return {records_.data() + first_[e], first_[e + 1] - first_[e]};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 
 #include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
@@ -11,9 +12,9 @@ namespace orb {
 namespace {
 
 constexpr std::int32_t rows_in_chunk = 8 * partners_of_block;
-constexpr std::int32_t clones_in_piece = 2048;    // scanned against one block at a time
-constexpr std::int64_t pieces_between_polls = 24; // of one worker: some hundredths of a second
-constexpr std::int64_t pairs_in_chunk = 100000;   // of one worker, without a scan
+constexpr std::int32_t clones_in_piece = 2048;   // scanned against one block at a time
+constexpr std::size_t pairs_between_looks = 128; // at the stop flag: some metrics take milliseconds for one
+constexpr std::int64_t pairs_in_chunk = 100000;  // of one worker, without a scan
 
 } // namespace
 
@@ -26,7 +27,7 @@ overlap_rows::overlap_rows(pair_kernel &kernel, const pair_elements &elements, r
 }
 
 bool overlap_rows::run(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                       const std::function<bool()> &go_on) {
+                       const go_on_function &go_on) {
   first = std::max(first, 1);
   if (path_ != nullptr && kernel_.least_common().exists())
     return run_scanned(first, chunk_done, go_on);
@@ -34,7 +35,7 @@ bool overlap_rows::run(std::int32_t first, const std::function<bool(std::int32_t
 }
 
 bool overlap_rows::run_plain(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                             const std::function<bool()> &go_on) {
+                             const go_on_function &go_on) {
   const std::int32_t n = elements_.count();
   const bool all = partners_ == row_partners::all;
   const std::int64_t workers = worker_count(threads_);
@@ -50,7 +51,8 @@ bool overlap_rows::run_plain(std::int32_t first, const std::function<bool(std::i
         if (partner != e && kernel_.element_pair(elements_, e, partner, worker, record))
           place.found.push_back({e, record});
     };
-    if (!run_and_poll(last - begin + 1, threads_, body, [&](std::int64_t) { return go_on(); }))
+    const auto poll = [&](std::int64_t done) { return go_on(pairs_before(begin + static_cast<std::int32_t>(done))); };
+    if (!run_and_poll(last - begin + 1, threads_, body, poll))
       return false;
     gather(begin, last);
     if (!chunk_done(begin, last))
@@ -60,7 +62,7 @@ bool overlap_rows::run_plain(std::int32_t first, const std::function<bool(std::i
 }
 
 bool overlap_rows::run_scanned(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                               const std::function<bool()> &go_on) {
+                               const go_on_function &go_on) {
   const std::int32_t n = elements_.count();
   // Elements before the first row are a chunk that only serves as partners. The first rows come as a small chunk: a
   // cutoff that lets everything pass shows there.
@@ -70,13 +72,17 @@ bool overlap_rows::run_scanned(std::int32_t first, const std::function<bool(std:
   const std::size_t first_chunk = chunks.size();
   for (std::int32_t row = first; row <= n; row += row == first ? partners_of_block : rows_in_chunk)
     chunks.push_back(row);
-  const pair_candidates candidates(kernel_, elements_, chunks, threads_, *path_);
+  const pair_candidates candidates(kernel_, elements_, chunks, threads_, *path_, [&] { return go_on(0); });
+  if (candidates.stopped())
+    return false;
   if (!candidates.possible())
     return run_plain(first, chunk_done, go_on);
   for (std::size_t chunk = first_chunk; chunk < chunks.size(); ++chunk) {
-    if (!scan_chunk(candidates, chunk, go_on))
-      return false;
     const std::int32_t last = chunk + 1 < chunks.size() ? chunks[chunk + 1] - 1 : n;
+    const std::int64_t before = pairs_before(chunks[chunk]), of_chunk = pairs_before(last + 1) - before;
+    const auto tell = [&](double share) { return go_on(before + std::llround(share * static_cast<double>(of_chunk))); };
+    if (!scan_chunk(candidates, chunk, tell))
+      return false;
     gather(chunks[chunk], last);
     if (!chunk_done(chunks[chunk], last))
       return last == n;
@@ -84,10 +90,16 @@ bool overlap_rows::run_scanned(std::int32_t first, const std::function<bool(std:
   return true;
 }
 
+// Of the rows before this one.
+std::int64_t overlap_rows::pairs_before(std::int32_t row) const {
+  const std::int64_t n = elements_.count(), n_rows = row - 1;
+  return partners_ == row_partners::all ? n_rows * (n - 1) : n_rows * n - n_rows * row / 2;
+}
+
 // Partners are the clones of the chunk; scanned against them is whoever makes a pair with them that wasn't looked at
 // before: for whole rows all clones, for pairs once those of the block itself and behind.
 bool overlap_rows::scan_chunk(const pair_candidates &candidates, std::size_t chunk,
-                              const std::function<bool()> &go_on) {
+                              const std::function<bool(double)> &go_on) {
   const std::int32_t begin = candidates.first_place_of_chunk(chunk);
   const std::int32_t end = candidates.first_place_of_chunk(chunk + 1);
   blocks_.resize(static_cast<std::size_t>((end - begin + partners_of_block - 1) / partners_of_block));
@@ -108,26 +120,21 @@ bool overlap_rows::scan_chunk(const pair_candidates &candidates, std::size_t chu
     for (std::int32_t first = partners_ == row_partners::all ? 0 : blocks_[b].first; first < candidates.n_places();
          first += clones_in_piece)
       pieces.push_back({b, first, std::min(first + clones_in_piece, candidates.n_places()) - 1});
-  const auto n_pieces = static_cast<std::int64_t>(pieces.size());
-  bool completed = true;
-  const auto body = [&](std::int64_t from, std::int64_t to, int worker) {
-    for (std::int64_t p = from; p <= to; ++p) {
-      const piece &one = pieces[static_cast<std::size_t>(p)];
-      scan_piece(candidates, blocks_[one.block], one.first, one.last, places_[static_cast<std::size_t>(worker)],
-                 worker);
-    }
+  const auto body = [&](std::int64_t item, int worker, const std::atomic<bool> &stopped) {
+    const piece &one = pieces[static_cast<std::size_t>(item) - 1];
+    scan_piece(candidates, blocks_[one.block], one.first, one.last, places_[static_cast<std::size_t>(worker)], worker,
+               stopped);
   };
-  run_in_blocks(0, n_pieces - 1, pieces_between_polls * worker_count(threads_), 1, threads_, body, [&](std::int64_t) {
-    completed = go_on();
-    return completed;
-  });
-  return completed;
+  const auto n_pieces = static_cast<double>(pieces.size());
+  return run_and_poll(static_cast<std::int64_t>(pieces.size()), threads_, body,
+                      [&](std::int64_t done) { return go_on(static_cast<double>(done) / std::max(n_pieces, 1.0)); });
 }
 
 void overlap_rows::scan_piece(const pair_candidates &candidates, const pair_candidates::block &partners,
-                              std::int32_t first, std::int32_t last, worker_place &place, int worker) {
+                              std::int32_t first, std::int32_t last, worker_place &place, int worker,
+                              const std::atomic<bool> &stopped) {
   place.candidates.clear();
-  for (const scan_survivor &survivor : candidates.scan(partners, first, last, place.scratch))
+  for (const scan_survivor &survivor : candidates.scan(partners, first, last, place.scratch, stopped))
     for (int w = 0; w < words_of_row; ++w)
       for (std::uint64_t bits = survivor.partners[w]; bits != 0; bits &= bits - 1) {
         const std::int32_t partner = partners.first + 64 * w + std::countr_zero(bits);
@@ -138,7 +145,7 @@ void overlap_rows::scan_piece(const pair_candidates &candidates, const pair_cand
           continue;
         note_candidate(candidates.element(partner), candidates.element(survivor.clone), place);
       }
-  compare_candidates(place, worker);
+  compare_candidates(place, worker, stopped);
 }
 
 void overlap_rows::note_candidate(std::int32_t row, std::int32_t partner, worker_place &place) const {
@@ -149,23 +156,32 @@ void overlap_rows::note_candidate(std::int32_t row, std::int32_t partner, worker
   place.candidates.emplace_back(row, partner);
 }
 
-void overlap_rows::compare_candidates(worker_place &place, int worker) {
+// What is found before a stop is never gathered.
+void overlap_rows::compare_candidates(worker_place &place, int worker, const std::atomic<bool> &stopped) {
   auto &candidates = place.candidates;
   if (united_) { // the versions of two names bring the same pair of elements several times, here and in other pieces
     std::sort(candidates.begin(), candidates.end());
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     pair_record record;
-    for (const auto &[row, partner] : candidates)
+    for (std::size_t k = 0; k < candidates.size(); ++k) {
+      if (k % pairs_between_looks == 0 && stopped.load(std::memory_order_relaxed))
+        return;
+      const auto [row, partner] = candidates[k];
       if (kernel_.element_pair(elements_, row, partner, worker, record))
         place.found.push_back({row, record});
+    }
     return;
   }
   place.clones.clear();
   for (const auto &[row, partner] : candidates)
     place.clones.emplace_back(elements_.clones_of(row).front(), elements_.clones_of(partner).front());
-  kernel_.pairs(place.clones, worker, [&](std::size_t k, double value, std::int16_t code) {
-    place.found.push_back({candidates[k].first, {candidates[k].second, code, burial_code_mirrored(code), value}});
-  });
+  const std::span<const std::pair<clone_number, clone_number>> clones(place.clones);
+  for (std::size_t at = 0; at < clones.size() && !stopped.load(std::memory_order_relaxed); at += pairs_between_looks)
+    kernel_.pairs(clones.subspan(at, std::min(pairs_between_looks, clones.size() - at)), worker,
+                  [&](std::size_t k, double value, std::int16_t code) {
+                    const auto &[row, partner] = candidates[at + k];
+                    place.found.push_back({row, {partner, code, burial_code_mirrored(code), value}});
+                  });
 }
 
 // The pairs of all workers as rows first..last.

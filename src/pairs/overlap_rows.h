@@ -2,6 +2,7 @@
 // and nets as text are both made from these rows.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -20,15 +21,19 @@ enum class row_partners {
 
 class overlap_rows {
 public:
+  using go_on_function = std::function<bool(std::int64_t)>;
   // `path`: the instructions of the scan; null: no scan, every pair goes through the kernel, as it does for a metric
   // that sets no limit. The rows are the same.
   overlap_rows(pair_kernel &kernel, const pair_elements &elements, row_partners partners, int threads,
                const scan_path *path = &best_scan_path());
 
   // Makes the rows first..count. `chunk_done(first, last)` runs on the calling thread when these rows are there;
-  // `go_on()` some ten times a second in between. When either answers false the rest is left: then the result is false.
+  // `go_on(pairs done)` some ten times a second in between. When either answers false the rest is left: then the result
+  // is false.
   bool run(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-           const std::function<bool()> &go_on);
+           const go_on_function &go_on);
+  // All pairs that the rows make, from the first element on.
+  std::int64_t n_pairs() const { return pairs_before(elements_.count() + 1); }
   // Of the chunk that is done; ascending by partner.
   std::span<const pair_record> row(std::int32_t element) const {
     const auto at = static_cast<std::size_t>(element - first_row_);
@@ -48,14 +53,16 @@ private:
   };
 
   bool run_plain(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                 const std::function<bool()> &go_on);
+                 const go_on_function &go_on);
   bool run_scanned(std::int32_t first, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
-                   const std::function<bool()> &go_on);
-  bool scan_chunk(const pair_candidates &candidates, std::size_t chunk, const std::function<bool()> &go_on);
+                   const go_on_function &go_on);
+  // `go_on` is told which share of the chunk is done.
+  bool scan_chunk(const pair_candidates &candidates, std::size_t chunk, const std::function<bool(double)> &go_on);
+  std::int64_t pairs_before(std::int32_t row) const;
   void scan_piece(const pair_candidates &candidates, const pair_candidates::block &partners, std::int32_t first,
-                  std::int32_t last, worker_place &place, int worker);
+                  std::int32_t last, worker_place &place, int worker, const std::atomic<bool> &stopped);
   void note_candidate(std::int32_t row, std::int32_t partner, worker_place &place) const;
-  void compare_candidates(worker_place &place, int worker);
+  void compare_candidates(worker_place &place, int worker, const std::atomic<bool> &stopped);
   void gather(std::int32_t first, std::int32_t last);
 
   pair_kernel &kernel_;

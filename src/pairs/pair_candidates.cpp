@@ -4,6 +4,7 @@
 #include <bit>
 #include <limits>
 
+#include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
 
 namespace orb {
@@ -46,13 +47,14 @@ std::int32_t filled_up(std::int32_t n_bands) {
 } // namespace
 
 pair_candidates::pair_candidates(const pair_kernel &kernel, const pair_elements &elements,
-                                 std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path)
+                                 std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path,
+                                 const std::function<bool()> &go_on)
     : kernel_(kernel), path_(path) {
   order_places(elements, first_of_chunk);
   if (!possible_)
     return;
-  find_least_counts(threads);
-  if (!possible_)
+  find_least_counts(threads, go_on);
+  if (!possible_ || stopped_)
     return;
   choose_bins();
   list_rows(threads);
@@ -89,7 +91,7 @@ void pair_candidates::order_places(const pair_elements &elements, std::span<cons
         static_cast<std::uint16_t>(std::lower_bound(kinds_.begin(), kinds_.end(), p.what) - kinds_.begin()));
 }
 
-void pair_candidates::find_least_counts(int threads) {
+void pair_candidates::find_least_counts(int threads, const std::function<bool()> &go_on) {
   for (const kind &k : kinds_)
     sizes_.push_back(k.size);
   std::sort(sizes_.begin(), sizes_.end());
@@ -99,13 +101,12 @@ void pair_candidates::find_least_counts(int threads) {
   if (!possible_)
     return;
   least_of_sizes_.resize(n * n);
-  run_in_blocks(0, static_cast<std::int64_t>(n) - 1, static_cast<std::int64_t>(n), 1, threads,
-                [&](std::int64_t first, std::int64_t, int) {
-                  const auto i = static_cast<std::size_t>(first);
-                  for (std::size_t j = 0; j < n; ++j)
-                    least_of_sizes_[i * n + j] = kernel_.least_common()(sizes_[i], sizes_[j]);
-                },
-                {});
+  const auto row_of_size = [&](std::int64_t item, int, const std::atomic<bool> &stopped) {
+    const auto i = static_cast<std::size_t>(item) - 1;
+    for (std::size_t j = 0; j < n && !stopped.load(std::memory_order_relaxed); ++j)
+      least_of_sizes_[i * n + j] = kernel_.least_common()(sizes_[i], sizes_[j]);
+  };
+  stopped_ = !run_and_poll(static_cast<std::int64_t>(n), threads, row_of_size, [&](std::int64_t) { return go_on(); });
 }
 
 void pair_candidates::choose_bins() {
@@ -246,7 +247,7 @@ void pair_candidates::count_from_partners(const block &partners, scan_survivor &
 }
 
 std::span<const scan_survivor> pair_candidates::scan(const block &partners, std::int32_t first, std::int32_t last,
-                                                     scratch &room) const {
+                                                     scratch &room, const std::atomic<bool> &stopped) const {
   room.survivors.resize(static_cast<std::size_t>(last - first + 1));
   const scan_task task{partners.rows(),
                        word_of_band_.data(),
@@ -256,7 +257,7 @@ std::span<const scan_survivor> pair_candidates::scan(const block &partners, std:
                        first,
                        last};
   const auto n = static_cast<std::size_t>(path_.scan(task, room.survivors.data()));
-  for (std::size_t i = 0; i < n; ++i) {
+  for (std::size_t i = 0; i < n && !stopped.load(std::memory_order_relaxed); ++i) {
     if (has_many_partners(room.survivors[i]))
       count_from_partners(partners, room.survivors[i], room.met);
   }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -18,10 +20,13 @@ namespace orb {
 class pair_candidates {
 public:
   // Chunks are given by their first elements, ascending, from 1 on. `kernel` must have a limit
-  // (least_common().exists()).
+  // (least_common().exists()). `go_on` is asked while the limits are found, which takes seconds for some metrics.
   pair_candidates(const pair_kernel &kernel, const pair_elements &elements,
-                  std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path = best_scan_path());
+                  std::span<const std::int32_t> first_of_chunk, int threads, const scan_path &path,
+                  const std::function<bool()> &go_on);
 
+  // True when `go_on` answered false: then nothing else may be asked.
+  bool stopped() const { return stopped_; }
   // False when a clone has too many bands for the scan, or clones are of too many sizes.
   bool possible() const { return possible_; }
 
@@ -50,8 +55,9 @@ public:
   };
   // The clones at places first..last that may have a significant partner in the block. Where a clone has many, the
   // partners are counted from their side too: in a library with crowded parts of the axis that drops most of them.
-  std::span<const scan_survivor> scan(const block &partners, std::int32_t first, std::int32_t last,
-                                      scratch &room) const;
+  // When `stopped` turns true, these counts are left out.
+  std::span<const scan_survivor> scan(const block &partners, std::int32_t first, std::int32_t last, scratch &room,
+                                      const std::atomic<bool> &stopped) const;
 
 private:
   // Clones of one number of bands and one size.
@@ -75,11 +81,11 @@ private:
   void list_rows(int threads);
   void count_from_partners(const block &partners, scan_survivor &survivor, met_places &met) const;
   std::size_t place_of_size(std::int32_t size) const;
-  void find_least_counts(int threads);
+  void find_least_counts(int threads, const std::function<bool()> &go_on);
 
   const pair_kernel &kernel_;
   const scan_path &path_;
-  bool possible_ = true;
+  bool possible_ = true, stopped_ = false;
   std::vector<std::int32_t> element_, place_of_chunk_;
   std::vector<clone_number> clone_;
   std::vector<std::uint16_t> kind_of_place_;

@@ -164,8 +164,10 @@ bool class_Simul_CutEnzyme::read_sequence_and_create_real_band_map(const std::fi
     if (!problem.empty())
       return refuse(problem + ": " + reader.place());
     // of the file as it lies on disk: how long a gzip file's text is nobody knows before its end
-    if (reader.letters().size() > 100000 || names.size() % 1000 == 0)
+    if (reader.letters().size() > 100000 || names.size() % 1000 == 0) {
+      frame_.progress(reader.position(), reader.size());
       frame_.local_process_text_set(shown + number_text(double(reader.position()) / 1e6, 1) + " of " + total + " Mb");
+    }
     if (frame_.stop_requested_get())
       return false;
   }

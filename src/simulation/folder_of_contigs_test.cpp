@@ -46,6 +46,7 @@ public:
       if (!run_.clusters[cluster].contig)
         continue;
       ++n;
+      frame_.progress(static_cast<std::int64_t>(n) - 1, static_cast<std::int64_t>(quality_.contigs.size()));
       frame_.step_text_set("Process <" + run_.clusters[cluster].name + "> (" + std::to_string(n) + " of " +
                            std::to_string(quality_.contigs.size()) + ")");
       if (frame_.stop_requested_get())

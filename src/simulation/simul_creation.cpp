@@ -128,6 +128,7 @@ bool class_simul_clones::count_bands_of_all() {
     }
   };
   const auto between = [&](std::int64_t done) {
+    frame_.progress(done, n_clones());
     frame_.local_process_text_set(fmt::format("{} out of {} clones created", done, n_clones()));
     return !frame_.stop_requested_get();
   };

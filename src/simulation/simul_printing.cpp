@@ -84,6 +84,7 @@ bool class_simul_clones::print_list_of_clones_with_bands(const number_list &list
       kept.add(number);
     }
     written = done;
+    frame_.progress(done, list.count());
     frame_.local_process_text_set(std::to_string(done) + " out of " + std::to_string(list.count()) +
                                   " clones printed.");
     return !frame_.stop_requested_get();

@@ -581,7 +581,7 @@ run: contigs.retain old-mtp=in/list.txt
 [library net contigs]
 run: contigs.retain old-mtp=in/list.txt ordering-steps=1000
   out=o -> folder
-  sequenced=in/other.txt -> list_of_clones_MTP_new.tsv
+  sequenced=in/other.txt -> *list_of_clones_MTP_new.tsv
   contigs=0 -> folder
   no-ordering=yes -> folder
   no-pair-tables=yes -> folder

@@ -222,6 +222,7 @@ TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   class_contig_adapt_clust run = make_run(session, {});
   EXPECT_THROW(run.adaptive_clustering_all_run(session.database), file_error);
   EXPECT_FALSE(session.frame.process_is_running());
+  EXPECT_EQ(session.frame.working_folder_get(), session.folder);
 }
 
 // Which files a cluster of each size gets, with and without tables and order, and the gaps in the reports.
@@ -261,6 +262,8 @@ TEST(adaptive_clustering, every_file_of_a_cluster) {
             std::string("cl_3/Consec_dist_NoBuriedORB_cl_3.txt")})
         expected.insert(name);
     EXPECT_EQ(names, expected);
+    // Of the whole run alone, not of the orders and tables in it: clones in final clusters.
+    EXPECT_EQ(session.progress, (std::vector<std::pair<std::int64_t, std::int64_t>>{{2, 9}, {9, 9}}));
     if (!all)
       continue;
     // A chain is ordered along its axis; its far ends don't overlap with their neighbours' neighbours.
@@ -276,6 +279,21 @@ TEST(adaptive_clustering, every_file_of_a_cluster) {
     EXPECT_EQ(coordinates[2].substr(0, 9), "1\tK201_1\t");
     EXPECT_EQ(coordinates.size(), 9u);
   }
+}
+
+TEST(adaptive_clustering, heaps_have_their_distances_apart) {
+  library_data data;
+  add_chain(data, 1, 3);
+  add_chain(data, 201, 4);
+  contig_session session(data, 8);
+  class_contig_adapt_clust run = make_run(session, {1200, 6, 1, 3, 2}, true);
+  run.adaptive_clustering_all_run(session.database);
+  const std::filesystem::path heaps = session.run() / "Heaps";
+  for (const char *name : {"Input", "Input0"}) {
+    EXPECT_TRUE(lines_of_file(heaps / (std::string(name) + "_cl_2.dis")).at(0).starts_with("3,"));
+    EXPECT_TRUE(lines_of_file(heaps / (std::string(name) + "_cl_3.dis")).at(0).starts_with("4,"));
+  }
+  EXPECT_FALSE(std::filesystem::exists(heaps / "Input.dis"));
 }
 
 TEST(given_clusters, are_tested_without_cutting) {
@@ -294,11 +312,12 @@ TEST(given_clusters, are_tested_without_cutting) {
     EXPECT_EQ(session.record.questions[0], "Use maximal connected subcluster?");
     EXPECT_EQ(session.record.questions[1], "Increase cutoff to make cluster linear (for MTP selection)?");
     EXPECT_EQ(session.record.messages.front(), "Test of clusters is completed");
+    EXPECT_EQ(session.frame.working_folder_get(), session.folder);
     const lines rows = lines_of_file(session.run() / "report_clusters.txt");
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[1], largest ? "1\ta/b\t6\tTrue\t8.00\t4\t1\t0\t0\t\t_only_6_of_9_not_all_linked"
                                : "1\ta/b\t9\tFalse\t8.00\t\t\t\t\tNot connected\t");
-    const std::filesystem::path lost = session.folder / "non_in_a_b.txt";
+    const std::filesystem::path lost = session.run() / "non_in_a_b.txt";
     ASSERT_EQ(std::filesystem::exists(lost), largest);
     if (largest) {
       EXPECT_EQ(lines_of_file(lost), (lines{"K201_1", "K201_2", "K201_3"}));

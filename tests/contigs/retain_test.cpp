@@ -182,20 +182,20 @@ TEST(retain, tables_of_a_worked_case) {
   ASSERT_EQ(lines_of_file(session.folder / "selected_contigs.txt").size(), 1u) << "the other chain has no old clone";
   const std::string name = lines_of_file(session.folder / "selected_contigs.txt")[0], start = "1\t" + name + "\t";
   // Through the sequenced N in place of A3. The axis runs from A5 to A1.
-  EXPECT_EQ(lines_of_file(session.folder / "list_of_clones_MTP_new.tsv"),
+  EXPECT_EQ(lines_of_file(run.result().folder / "list_of_clones_MTP_new.tsv"),
             (lines{start + "5\t1", start + "1\t5\tA5\told_MTP\t1\t20\t20\t-\t-",
                    start + "2\t4\tA4\told_MTP\t9\t28\t20\t20\t12", start + "3\t6\tN\tsequenced\t18\t37\t20\t20\t13",
                    start + "4\t2\tA2\told_MTP\t25\t44\t20\t20\t11", start + "5\t1\tA1\told_MTP\t33\t52\t20\t20\t12"}));
-  EXPECT_EQ(lines_of_file(session.folder / "list_of_clones_from_allow_to_use_not_used.tsv"),
+  EXPECT_EQ(lines_of_file(run.result().folder / "list_of_clones_from_allow_to_use_not_used.tsv"),
             (lines{start + "5\t1", start + "1\t3\tA3\told_MTP\t17\t36"}));
   const std::string of_contig = "\t6\t5";
   EXPECT_EQ(
-      lines_of_file(session.folder / "table_for_Review.txt"),
+      lines_of_file(run.result().folder / "table_for_Review.txt"),
       (lines{"BAC_ID\tCTG_ID\tSTART\tSTOP\tCTG SIZE\tBAC_#\tMTP_BAC_#\tcomment1\tcomment2",
              "A5\t" + name + "\t1\t20" + of_contig + "\tnew", "A4\t" + name + "\t9\t28" + of_contig + "\tnew\tinternal",
              "N\t" + name + "\t18\t37" + of_contig, "A2\t" + name + "\t25\t44" + of_contig + "\tnew\tinternal",
              "A1\t" + name + "\t33\t52" + of_contig + "\tnew"}));
-  const lines pairs = lines_of_file(session.folder / "old_MTP_all_overlaps_from_net.tsv");
+  const lines pairs = lines_of_file(run.result().folder / "old_MTP_all_overlaps_from_net.tsv");
   ASSERT_EQ(pairs.size(), 14u); // 7 pairs, both ways round
   const std::string of_A2 = "2\t" + name + "\t\t6\t8.00\t", block = "\t2\tA2\t\tMTP\t20\t25\t44\t";
   EXPECT_EQ(pairs[2], of_A2 + "3" + block + "3\tA3\t\t\t20\t17\t36\t12\t12.00\tSignif");
@@ -214,16 +214,36 @@ TEST(retain, old_clones_in_two_parts_stay_and_a_missing_list_changes_nothing) {
   wanted.no_sequenced = true;
   wanted.clusters = retained_clusters::with_allowed;
   ASSERT_TRUE(run.process_clusters_without_adaptive_clustering_Retain_run(wanted));
-  const lines path = lines_of_file(session.folder / "list_of_clones_MTP_new.tsv");
+  const lines path = lines_of_file(run.result().folder / "list_of_clones_MTP_new.tsv");
   ASSERT_EQ(path.size(), 4u);
   for (std::size_t i = 1; i < path.size(); ++i)
     EXPECT_TRUE(path[i].ends_with("\told_MTP\t" + fields_of(path[i])[6] + "\t" + fields_of(path[i])[7] +
                                   "\t20\t-\t-\told MTP is unlinked"))
         << path[i];
-  EXPECT_TRUE(lines_of_file(session.folder / "old_MTP_all_overlaps_from_net.tsv")
+  EXPECT_TRUE(lines_of_file(run.result().folder / "old_MTP_all_overlaps_from_net.tsv")
                   .at(0)
                   .ends_with("\tSignif\told MTP from ctg is Unlinked"));
   wanted.old_MTP.clear(); // the dialog is cancelled
   EXPECT_FALSE(run.process_clusters_without_adaptive_clustering_Retain_run(wanted));
   EXPECT_EQ(session.record.questions.back(), "Open file with old MTP");
+}
+
+TEST(retain, a_clone_that_no_contig_knows_is_kept_alone) {
+  contig_session session(two_chains(), 8);
+  auto registry = std::make_shared<class_FPCto_import>(session.frame, session.settings, session.database);
+  registry->clear_all_run(0, false);
+  registry->add_new_cluster({1, 2}, "pair", "", false);
+  session.database.contigs_set(registry);
+  write_names(session, "old.txt", {1});
+  write_names(session, "done.txt", {9});
+  class_contig_adapt_clust run = given_clusters_run(session);
+  retained_path_options wanted;
+  wanted.old_MTP = session.folder / "old.txt";
+  wanted.sequenced = session.folder / "done.txt";
+  wanted.clusters = retained_clusters::with_allowed;
+  ASSERT_TRUE(run.process_clusters_without_adaptive_clustering_Retain_run(wanted));
+  const lines path = lines_of_file(run.result().folder / "list_of_clones_MTP_new.tsv");
+  ASSERT_EQ(path.size(), 4u);
+  EXPECT_EQ(path[2], "2\tctg_B3\t1\t0");
+  EXPECT_EQ(path[3], "2\tctg_B3\t1\t9\tB3\tsequenced\t1\t20\t20\t-\t-");
 }

@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include "contigs/kept_registry.h"
+#include "fpc/fpc_writing.h"
 #include "support/contig_test_library.h"
 
 using namespace orb_test;
@@ -33,10 +35,49 @@ struct finished_run {
 
 } // namespace
 
-TEST(run_folder, reads_back_equal_to_the_registry_of_the_run) {
+TEST(run_folder, reads_back_as_the_run_left_it) {
+  const pinned_clock still(0);
   finished_run run;
   ASSERT_TRUE(is_run_folder(run.folder));
   EXPECT_FALSE(is_run_folder(run.session.folder));
+  ASSERT_TRUE(read_run_folder_into_registry(run.session.frame, run.session.settings, run.folder, run.session.database));
+  class_FPCto_import &read = *run.session.database.contigs();
+  ASSERT_NE(&read, run.registry.get());
+  EXPECT_EQ(read.current_list_of_clusters_in_use_get(), run.registry->current_list_of_clusters_in_use_get());
+  for (const cluster_id id : read.current_list_of_clusters_in_use_get().members())
+    EXPECT_EQ(read.tiling_path_get(id), run.registry->tiling_path_get(id));
+  EXPECT_GT(run.result.n_clones_alone, 0);
+  // Everything that is printed of it is the same.
+  const auto print = [&](class_FPCto_import &registry, const char *name) {
+    const std::filesystem::path folder = run.session.folder / name;
+    create_folder(folder);
+    run.session.frame.working_folder_set(folder);
+    const number_list all = number_list::range(1, run.data.count());
+    print_FPC_like_file_run(run.session.frame, run.session.settings, run.session.database, registry,
+                            folder / "FPC_like.fpc", folder / "FPC_like_pp.fpc", folder, true);
+    registry.print_coordinates_of_clones(all, folder / "coordinates_of_clones.txt");
+    registry.print_cluster_name_for_clones(all);
+    registry.print_N50_statistics();
+    return folder;
+  };
+  const std::filesystem::path of_read = print(read, "read"), of_run = print(*run.registry, "run");
+  int n_files = 0;
+  for (const auto &entry : std::filesystem::directory_iterator(of_read)) {
+    const std::filesystem::path name = entry.path().filename();
+    EXPECT_EQ(bytes_of(entry.path()), bytes_of(of_run / name)) << name;
+    if (name != "clones_in_contogs.txt") {
+      EXPECT_EQ(bytes_of(entry.path()), bytes_of(run.folder / name)) << name;
+    }
+    ++n_files;
+  }
+  EXPECT_EQ(n_files, 6);
+}
+
+// A run that kept no registry: what its reports tell.
+TEST(run_folder, older_runs_read_back_without_clones_alone) {
+  finished_run run;
+  for (const char *table : {registry_clusters_name, registry_clones_name})
+    EXPECT_TRUE(std::filesystem::remove(run.folder / table));
   ASSERT_TRUE(read_run_folder_into_registry(run.session.frame, run.session.settings, run.folder, run.session.database));
   const class_FPCto_import &read = *run.session.database.contigs();
   ASSERT_NE(&read, run.registry.get());
@@ -100,7 +141,18 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
     std::filesystem::path file;
     std::function<void(lines &)> change;
   };
+  const std::filesystem::path clusters = run.folder / registry_clusters_name,
+                              clones = run.folder / registry_clones_name;
   const damage damages[] = {
+      {"This is no table of a run's registry", "line 1", clusters, [](lines &l) { l[0] += "x"; }},
+      {"This is no table of a run's registry", "line 1", clones, [](lines &l) { l[0] = "i"; }},
+      {"A row is the cluster's number", "line 3", clusters, [](lines &l) { l[2] = l[1]; }},
+      {"A row has 6 fields", "line 2", clusters, [](lines &l) { l[1] = "1\tTrue\tTrue\t3\tcl_1"; }},
+      {"A row is the number of a cluster", "line 2", clones, [](lines &l) { l[1].insert(0, "9"); }},
+      {"Clone C1", "line 3", clones, [](lines &l) { l[2] = l[1]; }},
+      {"Of cluster cl_", "", clones, [](lines &l) { l.pop_back(); }},
+      {"Clone nobody of the run is not in the library.", "line 2", clones,
+       [](lines &l) { l[1] = "2\t1\t1\t9\t\tnobody"; }},
       {"This is no report of clusters", "line 1", report, [](lines &l) { l[0] = "i\tcluster"; }},
       {"This is no report of clusters", "line 1", report, [](lines &l) { l.clear(); }},
       {"Damaged row of the cluster report: a row has 11", "line 2", report, [](lines &l) { l[1] = "1\tcl_1\t80"; }},
@@ -126,7 +178,7 @@ TEST(run_folder, damaged_folders_are_refused_with_their_place) {
       {"The table of a cluster of two", "line 3", pair, [](lines &l) { l[2].insert(2, "x"); }},
       {"The table of a cluster of two", "line 3", pair, [](lines &l) { l.pop_back(); }},
       {"Behind a clone stand its two ends", "line 4", pair, [](lines &l) { l[3] += "3"; }},
-      {"Clone nobody of the run is not in the library.", "line 1", list, [](lines &l) { l[0] = "nobody"; }},
+      {"Clone nobody lies in cluster", "line 1", list, [](lines &l) { l[0] = "nobody"; }},
   };
   for (const damage &given : damages) {
     SCOPED_TRACE(given.message);

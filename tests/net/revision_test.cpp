@@ -133,6 +133,32 @@ TEST(revision, the_form_refuses_and_proposes) {
   EXPECT_EQ(net_signif_file_name(f.rule), "net_signif_Sulston_1988_15.00.ORBns");
 }
 
+TEST(revision, tells_how_far_it_is_every_hundred_records_and_clones) {
+  net_fixture f({.n_clones = 230});
+  class_net path; // all 458 records are Q
+  path.inicializate_net(230, 458);
+  for (vertex_number v = 1; v <= 230; ++v) {
+    path.add_vertex_fast(0);
+    for (const vertex_number w : {v - 1, v + 1})
+      if (w >= 1 && w <= 230)
+        path.add_edge_fast(v, w, 20, 0, 0);
+  }
+  path.finish_of_adding();
+  path.test_neighbours_sorted();
+  class_net marked;
+  std::int32_t n_Q = 0;
+  f.signif.identify_all_Q_connections(path, 1, marked, -1, false, {}, n_Q);
+  f.signif.identify_all_Q_clones(path, 1, {}, marked, -1, false, {}, {}, n_Q);
+  std::vector<std::string> shown;
+  for (const std::string &text : f.record.panels)
+    if (text.starts_with("3: ") && text.find(" of ") != std::string::npos)
+      shown.push_back(text.substr(3));
+  EXPECT_EQ(shown, (std::vector<std::string>{"100 of 458, nQ=100", "200 of 458, nQ=200", "300 of 458, nQ=300",
+                                             "400 of 458, nQ=400", "100 of 230", "200 of 230"}));
+  EXPECT_EQ(f.progress, (std::vector<std::pair<std::int64_t, std::int64_t>>{
+                            {100, 458}, {200, 458}, {300, 458}, {400, 458}, {100, 230}, {200, 230}}));
+}
+
 // Each vertex of a line is joined with the 120 before and behind it, so that a ball of rank 50 holds all of them.
 class_net wide_line(std::int32_t n) {
   class_net net;
@@ -148,7 +174,7 @@ class_net wide_line(std::int32_t n) {
   return net;
 }
 
-// The events behind a yield are seen while a block is judged, not only between blocks: the whole net is one block.
+// The events behind a yield are seen while a block is judged, not only between blocks.
 TEST(revision, a_stop_within_a_block_leaves_nothing) {
   net_fixture f({.n_clones = 900, .bands_in_clone = 4});
   f.settings.threads = 1;        // half a second of work

@@ -103,7 +103,11 @@ TEST(whole_net, memory_equals_text_equals_the_double_loop_for_any_number_of_thre
     for (const int threads : {1, 4}) {
       f.settings.threads = threads;
       net_creation_summary summary;
+      f.progress.clear();
       ASSERT_TRUE(f.signif.create_net_in_memory(f.rule, summary));
+      const std::int64_t n = f.database.total_number_of_clones_get(), n_pairs = n * (n - 1) / 2;
+      EXPECT_TRUE(std::is_sorted(f.progress.begin(), f.progress.end()));
+      EXPECT_EQ(f.progress.back(), std::pair(n_pairs, n_pairs));
       EXPECT_TRUE(f.signif.net().neighbours_are_sorted_get());
       EXPECT_TRUE(f.settings.same_metric_as_net);
       EXPECT_TRUE(f.native_bytes(f.signif.net()) == expected) << threads << " threads";

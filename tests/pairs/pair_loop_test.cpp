@@ -126,7 +126,7 @@ rows rows_of(net_fixture &f, const loop_case &c, const pair_elements &elements, 
           all[static_cast<std::size_t>(e)].assign(made.row(e).begin(), made.row(e).end());
         return true;
       },
-      [] { return true; }));
+      [](std::int64_t) { return true; }));
   EXPECT_EQ(next, elements.count() + 1);
   return all;
 }
@@ -310,7 +310,8 @@ TEST(pair_loop, stops_between_chunks_and_within) {
     int asked = 0;
     std::int32_t done = 0;
     const bool completed = made.run(
-        1, [&](std::int32_t, std::int32_t last) { return done = last, true; }, [&] { return ++asked < stop_at; });
+        1, [&](std::int32_t, std::int32_t last) { return done = last, true; },
+        [&](std::int64_t) { return ++asked < stop_at; });
     EXPECT_FALSE(completed);
     EXPECT_EQ(asked, stop_at);
     EXPECT_LT(done, 9000);
@@ -319,7 +320,7 @@ TEST(pair_loop, stops_between_chunks_and_within) {
   pair_kernel slow(f.context, rule_of_metric(family::DISTANCE_INDEX_LnnSulston_get(), 8), nullptr, 2);
   overlap_rows made(slow, elements, row_partners::all, 2);
   EXPECT_FALSE(made.run(
-      1, [](std::int32_t, std::int32_t) { return true; }, [] { return false; }));
+      1, [](std::int32_t, std::int32_t) { return true; }, [](std::int64_t) { return false; }));
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "frame/front_end.h"
 #include "frame/process_frame.h"
@@ -31,6 +33,7 @@ struct scripted_frame {
   // What happens in the midst of the work: called at each yield, true stops it; and for each text of a panel.
   std::function<bool()> on_yield;
   std::function<void(const std::string &text)> on_panel;
+  std::vector<std::pair<std::int64_t, std::int64_t>> progress; // done, total
   process_frame frame;
 
   // With a program folder ORB.log lies in `folder`, without there is no log.
@@ -53,6 +56,7 @@ private:
   front_end watched() {
     front_end shown = scripted_front_end(book, record);
     shown.yield = [this] { return on_yield && on_yield(); };
+    shown.progress = [this](std::int64_t done, std::int64_t total) { progress.emplace_back(done, total); };
     shown.panel_set = [this, recorded = shown.panel_set](panel which, const std::string &text, panel_colour colour) {
       recorded(which, text, colour);
       if (on_panel)

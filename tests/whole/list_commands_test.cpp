@@ -227,13 +227,13 @@ TEST_F(lists, an_old_tiling_path_is_kept_in_use) {
   const std::set<std::string> known(old_path.begin(), old_path.end());
   int n = 0;
   for (const char *file : {"list_of_clones_MTP_new.tsv", "list_of_clones_from_allow_to_use_not_used.tsv"})
-    for (const std::string &line : lines_of(folder / "k" / file))
+    for (const std::string &line : lines_of(folder / "k" / run_name / file))
       if (const auto fields = fields_of(line); fields.size() > 4) {
         EXPECT_EQ(known.count(fields[4]), 1u) << line;
         ++n;
       }
   EXPECT_GT(n, 40);
-  EXPECT_EQ(lines_of(folder / "k/selected_contigs.txt").size(), 5u);
+  EXPECT_EQ(lines_of(folder / "k/selected_contigs.txt").size(), 15u) << "5, and clones alone";
   EXPECT_TRUE(fs::exists(folder / "k" / run_name / "cl_3/Net_control_MTP_new_cl_3_Sulston_1988_15.graphml"));
   EXPECT_EQ(orb("retain d --old-mtp old.txt --out k").status, 3) << "there is a run already";
 }
