@@ -4,6 +4,7 @@
 
 #include "commands/command_door.h"
 #include "commands/command_table.h"
+#include "commands/recorded_run.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "contigs/run_folder.h"
@@ -28,11 +29,8 @@ public:
         stages_(streams, 4), out_(call.path("out")), record_file_(out_ / "run.json") {}
 
   command_result run() {
-    const fs::path input = call_.path("input");
-    if (kind_of_input(input) != input_kind::missing)
-      record_.inputs_add(input);
-    if (const fs::path markers = call_.path("markers"); !markers.empty())
-      record_.input_add(markers);
+    note_inputs(call_, project_);
+    record_inputs();
     if (call_.is_given("pvalue-tables")) {
       record_inputs_ = true;
       if (const command_result tables = step("pvalue.load"); !tables.completed)
@@ -42,23 +40,15 @@ public:
     check_steps(call_, project_); // a wrong parameter leaves no folder
     create_folder(out_);
     check_folder_is_writable(out_);
+    for (const std::string &words : project_.files().claim_folder(out_, words_of_call(call_)))
+      project_.frame().note(words);
     project_.working_folder_set(out_);
-    record_wishes();
+    record_wishes(call_, project_, record_);
     if (!settle_earlier_run())
       return command_result::ended(exit_status::no_input_or_output);
     if (is_complete())
       return summarise_again();
-    record_.end_set("running", exit_status::done, {});
-    command_result end;
-    for (auto stage : {&assembly::library, &assembly::net, &assembly::revision, &assembly::contigs}) {
-      take_end((this->*stage)(), end);
-      if (!end.completed)
-        break;
-      record_.save(record_file_);
-    }
-    stages_.end();
-    record_.end_set(state_of(end), end.status, end.why);
-    save_at_the_end(end);
+    const command_result end = run_recorded();
     repeat_warnings();
     if (end.status == exit_status::stopped)
       streams_.trouble(words_on_what_is_kept(record_.json(), out_) +
@@ -67,6 +57,44 @@ public:
   }
 
 private:
+  void record_inputs() {
+    const fs::path input = call_.path("input");
+    if (kind_of_input(input) != input_kind::missing)
+      record_.inputs_add(input);
+    if (const fs::path markers = call_.path("markers"); !markers.empty())
+      record_.input_add(markers);
+  }
+
+  // The record is there before the first result, and at the end with the final state, whatever happens between.
+  command_result run_recorded() {
+    record_.makes_set(new_results(project_, record_file_.path()));
+    record_.end_set("running", exit_status::done, {});
+    record_file_.save(record_);
+    command_result end;
+    try {
+      end = run_stages();
+    } catch (const file_error &failed) {
+      end = command_result::ended(exit_status::no_input_or_output, failed.what());
+    } catch (const std::exception &wrong) {
+      save_at_the_end(command_result::ended(exit_status::run_failed, wrong.what()));
+      throw;
+    }
+    save_at_the_end(end);
+    return end;
+  }
+
+  command_result run_stages() {
+    command_result end;
+    for (auto stage : {&assembly::library, &assembly::net, &assembly::revision, &assembly::contigs}) {
+      take_end((this->*stage)(), end);
+      if (!end.completed)
+        break;
+      record_file_.save(record_);
+    }
+    stages_.end();
+    return end;
+  }
+
   // Runs a command of the verb and keeps in the record what it found.
   command_result step(const std::string &command) { return keep(run_command(project_, *call_.step(command))); }
 
@@ -92,30 +120,16 @@ private:
   }
 
   void save_at_the_end(const command_result &end) {
+    if (!end.completed)
+      record_.leaves_set(out_);
+    record_.end_set(state_of(end), end.status, end.why);
     try {
-      record_.save(record_file_);
+      record_file_.save(record_);
     } catch (const file_error &failed) {
       if (end.completed)
         throw;
       streams_.trouble(failed.what());
     }
-  }
-
-  // What was asked for: a run with other wishes is another run. Inputs count by their contents.
-  void record_wishes() {
-    static const std::vector<std::string> not_wishes{
-        "input",   "markers", "pvalue-tables", "out", "force", "resume", "threads", "quiet",
-        "verbose", "log",     "answers",       "yes", "seed",  "metric", "cutoff",  "burying"};
-    for (const verb_option &option : call_.options()) {
-      if (std::find(not_wishes.begin(), not_wishes.end(), option.name) != not_wishes.end())
-        continue;
-      const std::string text = option.rows.front()->text();
-      record_.wish_set(option.name, text.empty() ? nlohmann::json() : nlohmann::json(text));
-    }
-    const overlap_rule &rule = project_.rule();
-    record_.wish_set("metric", class_clone_dist_general::name_of_cutoff_distance(rule.distance_index));
-    record_.wish_set("cutoff", rule.cutoff);
-    record_.wish_set("burying", rule.burying);
   }
 
   fs::path library_file() const { return out_ / library_name; }
@@ -126,32 +140,51 @@ private:
     return out_ / net_noQQ_file_name(project_.rule(), additional);
   }
 
-  // False when results are there that this run may neither continue nor overwrite.
-  bool settle_earlier_run() {
-    if (call_.flag("force"))
-      return true;
-    const auto before = run_record_read(record_file_);
-    if (call_.resume && before) {
-      const std::string difference = run_record_difference(*before, record_.json());
-      if (difference.empty()) {
-        earlier_ = *before;
-        record_.continue_from(*before);
-        return true;
-      }
-      streams_.trouble(
-          fmt::format("The assembly in {} can't be resumed: {}. --force makes it anew.", out_.string(), difference));
-      return false;
-    }
-    // a run that made nothing is no result
-    const bool was_empty = before && before->value("outputs", nlohmann::json::object()).empty();
-    if (!was_empty)
-      check_output(record_file_, false);
-    for (const fs::path &file : {library_file(), net_file(), revised_file()})
-      check_output(file, false);
+  // The results that aren't in the run's own folder.
+  std::vector<fs::path> results_to_be() const {
+    std::vector<fs::path> files{library_file(), net_file(), revised_file()};
     const bool q_overlaps = !call_.flag("no-overlaps"), q_clones = !call_.flag("no-clones");
     for (const std::string &name : QQ_report_names(project_.rule(), q_overlaps, q_clones))
-      check_output(out_ / name, false);
+      files.push_back(out_ / name);
+    return files;
+  }
+
+  // False when results are there that this run may neither continue nor overwrite.
+  bool settle_earlier_run() {
+    const std::vector<fs::path> results = results_to_be();
+    project_.files().writes(record_file_.path());
+    for (const fs::path &file : results)
+      project_.files().writes(file);
+    if (call_.flag("force"))
+      return true;
+    const auto before = run_record_read(record_file_.path());
+    for (const fs::path &leftover : leftovers_of_run(record_file_.path(), call_.the_verb().name))
+      project_.files().gives_way(leftover);
+    if (call_.resume && before)
+      return settle_resumption(*before);
+    // a run that made nothing is no result, nor is what it left under the names of its files
+    const bool was_empty = before && before->value("outputs", nlohmann::json::object()).empty();
+    if (before && !was_empty && before->value("state", nlohmann::json()) != "complete")
+      throw file_error("can't write", record_file_.path(),
+                       "an assembly is there that didn't come to its end; --resume goes on with it, --force makes it "
+                       "anew");
+    if (!was_empty)
+      check_output(project_, record_file_.path(), false);
+    for (const fs::path &file : results)
+      check_output(project_, file, false);
     return true;
+  }
+
+  bool settle_resumption(const nlohmann::json &before) {
+    const std::string difference = run_record_difference(before, record_.json());
+    if (difference.empty()) {
+      earlier_ = before;
+      record_.continue_from(before);
+      return true;
+    }
+    streams_.trouble(
+        fmt::format("The assembly in {} can't be resumed: {}. --force makes it anew.", out_.string(), difference));
+    return false;
   }
 
   bool kept(const char *key) const { return earlier_ && output_is_intact(*earlier_, key, out_); }
@@ -233,6 +266,8 @@ private:
       tell_kept("the net is there already");
       return kept("revised_net") ? command_result{} : load(net_file());
     }
+    for (const char *later : {"net", "revised_net", "run_folder"})
+      record_.output_drop(later);
     record_.stage_start("net");
     command_result end = step("net.create");
     if (end.completed)
@@ -252,6 +287,8 @@ private:
       tell_kept("the revised net is there already");
       return load(revised_file());
     }
+    for (const char *later : {"revised_net", "run_folder"})
+      record_.output_drop(later);
     record_.stage_start("revision");
     bound_command &revise = *call_.step("net.revise");
     revise.set("out", revised_file().string());
@@ -282,7 +319,8 @@ private:
   const command_streams &streams_;
   run_record record_;
   told_stages stages_;
-  fs::path out_, record_file_;
+  fs::path out_;
+  run_record_file record_file_;
   std::optional<nlohmann::json> earlier_; // the run that --resume continues
   bool record_inputs_ = false;
 };
@@ -290,6 +328,7 @@ private:
 } // namespace
 
 exit_status run_assemble_verb(verb_run &call, project_state &project, const command_streams &streams) {
+  const files_scope in_hand(project.files());
   const command_result end = assembly(call, project, streams).run();
   say_why(call, end, streams);
   return end.status;

@@ -4,6 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "commands/row_steps.h"
+#include "reports/run_record.h"
+
 namespace orb {
 
 namespace {
@@ -52,6 +55,14 @@ void settle_warnings(process_frame &frame, command_result &result) {
   result.why = "with --strict a warning is an error";
 }
 
+// The record beside a result tells of the file that was there before: a command by itself leaves none of its own.
+void remove_old_records(const command_result &result) {
+  for (const named_file &file : result.files) {
+    std::error_code failed;
+    std::filesystem::remove(run_record_name(file.path), failed);
+  }
+}
+
 // What the frame saw of the work counts too.
 void settle_status(process_frame &frame, command_result &result) {
   if (frame.process_is_running() && result.status != exit_status::done) {
@@ -90,12 +101,20 @@ command_result run_command(project_state &project, const bound_command &command)
     return command_result::ended(exit_status::run_failed, why);
   }
   const running_mark mark(project, id);
+  const files_scope in_hand(project.files());
   const frame_scope scope(frame);
   if (!project.working_folder().empty())
     frame.working_folder_set(project.working_folder());
   bool begun = false; // a command that is refused before any work leaves no line
   command_result result = guarded([&] {
+    if (in_hand.is_outermost())
+      for (const std::filesystem::path &input : inputs_of(command.parameters()))
+        project.files().reads(input);
     command.check(project, parts_there::of(project));
+    if (in_hand.is_outermost()) {
+      claim_results(project, id);
+      command.check(project, parts_there::of(project)); // another command may have written until then
+    }
     frame.log_line(id);
     begun = true;
     return command.row().run_(project, command.values_.get());
@@ -107,6 +126,8 @@ command_result run_command(project_state &project, const bound_command &command)
       frame.log_line(id + " " + text_of_end(result));
     return command_result{};
   });
+  if (in_hand.is_outermost() && result.completed)
+    remove_old_records(result);
   return logged.completed || !result.completed ? result : logged;
 }
 

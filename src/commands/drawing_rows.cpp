@@ -114,23 +114,23 @@ bool has_usual_marks(const draw_parameters &p) {
 }
 
 // Several drawings get longer names that begin as the file does: none of these may be there.
-void check_drawings(const draw_parameters &p) {
+void check_drawings(const project_state &project, const draw_parameters &p) {
   if (format_of(p) == "both") { // each form has its own extension then
     for (const char *extension : {".net", ".graphml"})
-      check_output(fs::path(p.out).replace_extension(extension), p.force);
+      check_output(project, fs::path(p.out).replace_extension(extension), p.force);
   }
-  check_output(p.out, p.force);
+  check_output(project, p.out, p.force);
   if (p.force || !(p.series || p.several_metrics))
     return;
   for (const fs::directory_entry &entry : fs::directory_iterator(folder_of(p.out))) {
     const fs::path extension = entry.path().extension();
     if ((extension == ".net" || extension == ".graphml") &&
         entry.path().stem().string().starts_with(p.out.stem().string()))
-      check_output(entry.path(), false);
+      check_output(project, entry.path(), false);
   }
 }
 
-void check_draw(const project_state &, const parts_there &there, const draw_parameters &p) {
+void check_draw(const project_state &project, const parts_there &there, const draw_parameters &p) {
   if (p.several_metrics && !there.has(project_part::pvalue_tables))
     throw usage_error("--several-metrics needs tables of p-values: without them Nof, Lnn and LnnMarkers are 0; "
                       "--pvalue-tables loads them");
@@ -138,7 +138,7 @@ void check_draw(const project_state &, const parts_there &there, const draw_para
     check_input(file);
   if (!has_usual_marks(p) && (p.mark_1.empty() || !p.mark_2.empty() || !p.mark_3.empty()))
     throw usage_error("--mark-kind, --mark-value and --mark-prefix belong to --mark alone");
-  check_drawings(p);
+  check_drawings(project, p);
 }
 
 drawing_options drawing_of(const draw_parameters &p) {

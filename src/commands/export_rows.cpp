@@ -32,16 +32,16 @@ void describe_export(parameter_list &list, export_parameters &p) {
   describe_lengths(list, p.lengths);
 }
 
-void check_export(const project_state &, const parts_there &, const export_parameters &p) {
+void check_export(const project_state &project, const parts_there &, const export_parameters &p) {
   check_lengths(p.lengths);
   if (is_wanted(p.lengths) && !in_base_pairs(p))
     throw usage_error("--bp-per-band, --clone-length and --genome-length belong to --to gff3 and --to bed");
   if (p.to == "fpc") {
     if (cor_file_of(p.output.out) == p.output.out)
       throw usage_error("--out names the file of the bands; the .fpc file needs another ending");
-    check_output(cor_file_of(p.output.out), p.output.force);
+    check_output(project, cor_file_of(p.output.out), p.output.force);
   }
-  check_output(p.output.out, p.output.force);
+  check_output(project, p.output.out, p.output.force);
 }
 
 // The cutoff of the run as an exponent of P, where the metric is known and such a probability; without a record of the

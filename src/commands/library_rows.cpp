@@ -98,6 +98,8 @@ void put_parameters(const class_DB_of_clones &database, command_result &result) 
 
 command_result run_load(project_state &project, const load_parameters &p) {
   const library_wishes wishes = wishes_of(p);
+  if (kind_of_input(wishes.file) == input_kind::library && !is_as_recorded(project, wishes.file))
+    return command_result::ended(exit_status::run_failed);
   const load_end end = load_library(project, wishes, "library.load");
   if (end != load_end::loaded)
     return result_of(end);
@@ -124,9 +126,9 @@ void describe_save(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "LIB.ORBdb", false);
 }
 
-void check_save(const project_state &, const parts_there &, const output_wishes &p) {
+void check_save(const project_state &project, const parts_there &, const output_wishes &p) {
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 command_result run_save(project_state &project, const output_wishes &p) {
@@ -157,10 +159,10 @@ void describe_rename(parameter_list &list, rename_parameters &p) {
   list.add("force", p.force, "overwrite a library file that exists");
 }
 
-void check_rename(const project_state &, const parts_there &, const rename_parameters &p) {
+void check_rename(const project_state &project, const parts_there &, const rename_parameters &p) {
   check_input(p.file);
   if (!p.save.empty())
-    check_output(p.save, p.force);
+    check_output(project, p.save, p.force);
 }
 
 command_result run_rename(project_state &project, const rename_parameters &p) {
@@ -273,10 +275,10 @@ void describe_repeats(parameter_list &list, repeats_parameters &p) {
   list.add("force", p.force, "overwrite results that exist");
 }
 
-void check_repeats(const project_state &, const parts_there &, const repeats_parameters &p) {
+void check_repeats(const project_state &project, const parts_there &, const repeats_parameters &p) {
   check_input(p.file);
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 command_result run_repeats(project_state &project, const repeats_parameters &p) {

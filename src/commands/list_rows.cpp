@@ -28,11 +28,11 @@ void describe_two_lists(parameter_list &list, list_parameters &p) {
   list.add("list2", p.list_2, "names of clones, one a line; without it a dialog asks").type("LIST2");
 }
 
-void check_lists(const project_state &, const parts_there &, const list_parameters &p) {
+void check_lists(const project_state &project, const parts_there &, const list_parameters &p) {
   check_input(p.list);
   check_input(p.list_2);
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 command_result list_made(project_state &project, bool made, const list_parameters &p) {

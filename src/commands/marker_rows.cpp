@@ -79,8 +79,8 @@ void describe_save(parameter_list &list, save_parameters &p) {
   list.add("form", p.form, "native, or a line a clone").one_of({"native", "clones"});
 }
 
-void check_save(const project_state &, const parts_there &, const save_parameters &p) {
-  check_output(p.output.out, p.output.force);
+void check_save(const project_state &project, const parts_there &, const save_parameters &p) {
+  check_output(project, p.output.out, p.output.force);
 }
 
 command_result run_save(project_state &project, const save_parameters &p) {
@@ -110,9 +110,9 @@ void describe_print(parameter_list &list, print_parameters &p) {
   describe_output(list, p.output, "TABLE");
 }
 
-void check_print(const project_state &, const parts_there &, const print_parameters &p) {
+void check_print(const project_state &project, const parts_there &, const print_parameters &p) {
   check_input(p.list);
-  check_output(p.output.out, p.output.force);
+  check_output(project, p.output.out, p.output.force);
 }
 
 command_result run_print(project_state &project, const print_parameters &p) {

@@ -28,10 +28,10 @@ void describe_disconnect(parameter_list &list, list_and_output &p) {
   describe_output(list, p.output, "NET.ORBns", false);
 }
 
-void check_disconnect(const project_state &, const parts_there &, const list_and_output &p) {
+void check_disconnect(const project_state &project, const parts_there &, const list_and_output &p) {
   check_input(p.list);
   if (!p.output.out.empty())
-    check_output(p.output.out, p.output.force);
+    check_output(project, p.output.out, p.output.force);
 }
 
 command_result run_disconnect(project_state &project, const list_and_output &p) {

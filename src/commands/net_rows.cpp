@@ -71,9 +71,9 @@ void describe_create_text(parameter_list &list, text_net_parameters &p) {
   list.add("load", p.load, "read the net back when it is whole, without a native file of its own");
 }
 
-void check_create_text(const project_state &, const parts_there &, const text_net_parameters &p) {
+void check_create_text(const project_state &project, const parts_there &, const text_net_parameters &p) {
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 // Reads a text net, or the parts of one joined by the numbers in their names, as the current net.
@@ -171,7 +171,7 @@ bool net_fits_record(project_state &project, const fs::path &file, const nlohman
 
 command_result run_load(project_state &project, const net_file_parameters &p) {
   const auto record = p.file.empty() ? std::nullopt : run_record_beside(p.file);
-  if (record && !net_fits_record(project, p.file, *record))
+  if (!is_as_recorded(project, p.file) || (record && !net_fits_record(project, p.file, *record)))
     return command_result::ended(exit_status::run_failed);
   const load_end end = load_net(project, p.file, "net.load");
   if (end != load_end::loaded)
@@ -199,10 +199,10 @@ void describe_load_text(parameter_list &list, text_net_file_parameters &p) {
   list.add("reduce", p.reduce, "ask for limits of overlaps a clone, and leave weaker ones out");
 }
 
-void check_load_text(const project_state &, const parts_there &, const text_net_file_parameters &p) {
+void check_load_text(const project_state &project, const parts_there &, const text_net_file_parameters &p) {
   check_input(p.file);
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 command_result run_load_text(project_state &project, const text_net_file_parameters &p) {
@@ -233,8 +233,8 @@ void describe_save(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "NET.ORBns");
 }
 
-void check_save(const project_state &, const parts_there &, const output_wishes &p) {
-  check_output(p.out, p.force);
+void check_save(const project_state &project, const parts_there &, const output_wishes &p) {
+  check_output(project, p.out, p.force);
 }
 
 command_result run_save(project_state &project, const output_wishes &p) {
@@ -301,9 +301,9 @@ void describe_subnet(parameter_list &list, output_wishes &p) {
   describe_output(list, p, "NET.ORBns", false);
 }
 
-void check_subnet(const project_state &, const parts_there &, const output_wishes &p) {
+void check_subnet(const project_state &project, const parts_there &, const output_wishes &p) {
   if (!p.out.empty())
-    check_output(p.out, p.force);
+    check_output(project, p.out, p.force);
 }
 
 command_result run_subnet(project_state &project, const output_wishes &p) {

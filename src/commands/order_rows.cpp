@@ -165,9 +165,9 @@ void describe_bands(parameter_list &list, bands_parameters &p) {
       .one_of({"record", "numbers", "lengths", "presence"});
 }
 
-void check_bands(const project_state &, const parts_there &, const bands_parameters &p) {
+void check_bands(const project_state &project, const parts_there &, const bands_parameters &p) {
   check_input(p.list);
-  check_output(p.output.out, p.output.force);
+  check_output(project, p.output.out, p.output.force);
 }
 
 std::string text_of_bands(const class_DB_of_clones &database, const number_list &bands, const std::string &form) {

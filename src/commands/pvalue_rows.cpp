@@ -152,7 +152,7 @@ command_result estimate(project_state &project, const estimate_parameters &p) {
   const auto [n1, n2] = p.sizes;
   check_sizes(project, n1, n2, p.iid);
   const fs::path report = report_in(p.output.out, project.database().total_number_of_different_bands_FPC_get(), n1, n2);
-  check_output(report, p.output.force);
+  check_output(project, report, p.output.force);
   work_in(project, p.output.out);
   frame.process_start("Estimate p-values");
   p_value_situation made;
@@ -195,8 +195,8 @@ fs::path file_of_sizes(const fs::path &folder) {
   return process_frame::path_in_folder(folder, class_clone_dist_table::name_of_sizes_file());
 }
 
-void check_table(const project_state &, const parts_there &, const table_parameters &p) {
-  check_output(file_of_sizes(p.output.out), p.output.force);
+void check_table(const project_state &project, const parts_there &, const table_parameters &p) {
+  check_output(project, file_of_sizes(p.output.out), p.output.force);
 }
 
 struct table_grid {
@@ -368,12 +368,12 @@ void describe_preset(parameter_list &list, preset_parameters &p) {
   describe_runs(list, p.runs);
 }
 
-void check_preset(const project_state &, const parts_there &, const preset_parameters &p) {
+void check_preset(const project_state &project, const parts_there &, const preset_parameters &p) {
   std::vector<std::int32_t> n_positions{class_clone_simul::known_problem_get(p.preset).parameters.n_bands};
   if (p.preset == 1)
     n_positions.push_back(n_bands_of_shorter_gel);
   for (const std::int32_t n : n_positions)
-    check_output(report_in(p.output.out, n, bands_of_clone, bands_of_clone), p.output.force);
+    check_output(project, report_in(p.output.out, n, bands_of_clone, bands_of_clone), p.output.force);
 }
 
 // Sizes of 100 bands can be drawn from every known problem: what isn't stopped was declined.

@@ -18,12 +18,25 @@ class_FPCto_import &registry_of(project_state &project) {
   return *project.database().contigs();
 }
 
+// Tables in the working folder are made anew; those in a folder that is named only when this is asked for.
 struct folder_wishes {
   fs::path out;
+  bool force = false;
 };
 
-void describe_folder(parameter_list &list, folder_wishes &p) {
+void describe_new_folder(parameter_list &list, folder_wishes &p) {
   list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+}
+
+void describe_folder(parameter_list &list, folder_wishes &p) {
+  describe_new_folder(list, p);
+  list.add("force", p.force, "overwrite results that exist");
+}
+
+void check_tables(const project_state &project, const folder_wishes &p, std::initializer_list<const char *> names) {
+  for (const char *name : names)
+    if (!p.out.empty())
+      check_output(project, p.out / name, p.force);
 }
 
 command_result done_in(project_state &project, const char *key, const std::string &name) {
@@ -47,8 +60,15 @@ void describe_statistics(parameter_list &list, statistics_wishes &p) {
   describe_lengths(list, p.lengths);
 }
 
-void check_statistics(const project_state &, const parts_there &, const statistics_wishes &p) {
+// The length of a band, which may be an estimate, is in the name.
+void check_statistics(const project_state &project, const parts_there &, const statistics_wishes &p) {
   check_lengths(p.lengths);
+  std::error_code failed;
+  if (p.folder.out.empty() || p.folder.force || !fs::is_directory(p.folder.out, failed))
+    return;
+  for (const fs::directory_entry &entry : fs::directory_iterator(p.folder.out))
+    if (entry.path().filename().string().starts_with("contig_statistics_"))
+      check_output(project, entry.path(), false);
 }
 
 command_result run_statistics(project_state &project, const statistics_wishes &p) {
@@ -61,16 +81,23 @@ command_result run_statistics(project_state &project, const statistics_wishes &p
 }
 
 struct list_wishes {
-  fs::path out, list;
+  folder_wishes folder;
+  fs::path list;
 };
 
 void describe_list(parameter_list &list, list_wishes &p) {
-  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  describe_folder(list, p.folder);
   list.add("list", p.list, "only these clones").type("LIST").unset("all clones");
 }
 
-void check_list(const project_state &, const parts_there &, const list_wishes &p) {
+void check_coordinates(const project_state &project, const parts_there &, const list_wishes &p) {
   check_input(p.list);
+  check_tables(project, p.folder, {"coordinates_of_clones.txt"});
+}
+
+void check_names(const project_state &project, const parts_there &, const list_wishes &p) {
+  check_input(p.list);
+  check_tables(project, p.folder, {"clones_in_contogs.txt"});
 }
 
 // The clones of a table by clone: those of the list, else all.
@@ -84,7 +111,7 @@ bool list_of_table(project_state &project, const fs::path &file, number_list &li
 }
 
 command_result run_coordinates(project_state &project, const list_wishes &p) {
-  work_in(project, p.out);
+  work_in(project, p.folder.out);
   number_list list;
   if (!list_of_table(project, p.list, list))
     return stopped_or_failed(project);
@@ -94,7 +121,7 @@ command_result run_coordinates(project_state &project, const list_wishes &p) {
 }
 
 command_result run_names(project_state &project, const list_wishes &p) {
-  work_in(project, p.out);
+  work_in(project, p.folder.out);
   number_list list;
   if (!list_of_table(project, p.list, list))
     return stopped_or_failed(project);
@@ -120,8 +147,9 @@ void describe_fpc(parameter_list &list, fpc_wishes &p) {
   describe_browse(list, p.browse);
 }
 
-void check_fpc(const project_state &project, const parts_there &there, const fpc_wishes &p) {
-  check_statistics(project, there, p.statistics);
+void check_fpc(const project_state &project, const parts_there &, const fpc_wishes &p) {
+  check_lengths(p.statistics.lengths);
+  check_tables(project, p.statistics.folder, {"FPC_like.fpc", "FPC_like_pp.fpc", "rename_for_FPC.tsv"});
 }
 
 command_result run_fpc(project_state &project, const fpc_wishes &p) {
@@ -145,24 +173,28 @@ command_result run_remarks(project_state &project, const no_parameters &) {
 }
 
 struct markers_wishes {
-  fs::path out;
+  folder_wishes folder;
   std::optional<bool> spaces;
 };
 
 struct positions_wishes {
-  fs::path out;
+  folder_wishes folder;
   std::optional<bool> from_lists, final_only;
 };
 
 void describe_positions(parameter_list &list, positions_wishes &p) {
-  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  describe_folder(list, p.folder);
   list.add("from-lists", p.from_lists, "of the clones that a table of lists names, in place of all markers")
       .asked_else("no");
   list.add("final-only", p.final_only, "in final clusters only").asked_else("yes");
 }
 
+void check_marker_positions(const project_state &project, const parts_there &, const positions_wishes &p) {
+  check_tables(project, p.folder, {"mmm.txt", "contigs_with_n_markers.txt"});
+}
+
 command_result run_marker_positions(project_state &project, const positions_wishes &p) {
-  work_in(project, p.out);
+  work_in(project, p.folder.out);
   if (p.from_lists)
     answer_ahead(project, "From table of lists of clones", *p.from_lists);
   if (p.final_only)
@@ -173,12 +205,16 @@ command_result run_marker_positions(project_state &project, const positions_wish
 }
 
 void describe_marker_clones(parameter_list &list, markers_wishes &p) {
-  list.add("out", p.out, "folder of the files; without it the working folder").type("DIR");
+  describe_folder(list, p.folder);
   list.add("spaces", p.spaces, "blanks in place of commas between the clones of a marker").asked_else("no");
 }
 
+void check_marker_clones(const project_state &project, const parts_there &, const markers_wishes &p) {
+  check_tables(project, p.folder, {"clones_for_each_marker.txt"});
+}
+
 command_result run_marker_clones(project_state &project, const markers_wishes &p) {
-  work_in(project, p.out);
+  work_in(project, p.folder.out);
   registry_of(project).PrintClonesForMarkers(!p.spaces   ? marker_separator::ask
                                              : *p.spaces ? marker_separator::blank
                                                          : marker_separator::comma);
@@ -209,6 +245,7 @@ command_result run_rename(project_state &project, const rename_wishes &p) {
 template <class Parameters>
 void add_table(command_rows &rows, const char *id, const char *caption, const char *purpose,
                void (*describe)(parameter_list &, Parameters &),
+               void (*check)(const project_state &, const parts_there &, const Parameters &),
                command_result (*run)(project_state &, const Parameters &), bool markers = false) {
   command_maker<Parameters> maker(id);
   maker.captioned(caption).purpose(purpose).example(std::string(id) + " out=tables").parameters(describe).runs(run);
@@ -216,12 +253,8 @@ void add_table(command_rows &rows, const char *id, const char *caption, const ch
   if (markers)
     needs.push_back(project_part::markers);
   maker.needs(std::move(needs));
-  if constexpr (std::is_same_v<Parameters, list_wishes>)
-    maker.checked_by(check_list);
-  if constexpr (std::is_same_v<Parameters, statistics_wishes>)
-    maker.checked_by(check_statistics);
-  if constexpr (std::is_same_v<Parameters, fpc_wishes>)
-    maker.checked_by(check_fpc);
+  if (check)
+    maker.checked_by(check);
   rows.push_back(maker.row());
 }
 
@@ -251,18 +284,21 @@ void add_registry_rows(command_rows &rows) {
                      .needs({project_part::library, project_part::contigs, project_part::markers})
                      .runs(run_remarks)
                      .row());
-  add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_statistics, run_statistics);
+  add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_statistics, check_statistics,
+            run_statistics);
   add_table(rows, "contigs.coordinates", "Coordinates of clones", "where each clone lies in its contig", describe_list,
-            run_coordinates);
-  add_table(rows, "contigs.names", "Contigs of clones", "which contig each clone lies in", describe_list, run_names);
-  add_table(rows, "contigs.lists", "Print contigs", "the clones of each contig from left to right, a file a contig",
-            describe_folder, run_lists);
+            check_coordinates, run_coordinates);
+  add_table(rows, "contigs.names", "Contigs of clones", "which contig each clone lies in", describe_list, check_names,
+            run_names);
+  add_table<folder_wishes>(rows, "contigs.lists", "Print contigs",
+                           "the clones of each contig from left to right, a file a contig", describe_new_folder,
+                           nullptr, run_lists);
   add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_fpc,
-            run_fpc);
+            check_fpc, run_fpc);
   add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs",
-            describe_positions, run_marker_positions, true);
+            describe_positions, check_marker_positions, run_marker_positions, true);
   add_table(rows, "contigs.marker_clones", "Clones for markers", "the clones of each marker", describe_marker_clones,
-            run_marker_clones, true);
+            check_marker_clones, run_marker_clones, true);
 }
 
 } // namespace orb

@@ -105,11 +105,11 @@ void describe_evaluate(parameter_list &list, evaluate_parameters &p) {
   list.add("force", p.output.force, "overwrite results that exist");
 }
 
-void check_evaluate(const project_state &, const parts_there &, const evaluate_parameters &p) {
+void check_evaluate(const project_state &project, const parts_there &, const evaluate_parameters &p) {
   if (p.output.out.empty())
     return;
   for (const char *name : names_of_evaluation_files)
-    check_output(p.output.out / name, p.output.force);
+    check_output(project, p.output.out / name, p.output.force);
 }
 
 command_result evaluate(project_state &project, const evaluate_parameters &p) {

@@ -57,9 +57,9 @@ void check_revise(const project_state &project, const parts_there &, const revis
   additional_cutoff(p, project.rule());
   if (p.output.out.empty())
     return;
-  check_output(p.output.out, p.output.force);
+  check_output(project, p.output.out, p.output.force);
   for (const std::string &name : QQ_report_names(project.rule(), !p.no_overlaps, !p.no_clones))
-    check_output(folder_of(p.output.out) / name, p.output.force);
+    check_output(project, folder_of(p.output.out) / name, p.output.force);
 }
 
 command_result run_revise(project_state &project, const revise_parameters &p) {

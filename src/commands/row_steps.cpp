@@ -3,6 +3,7 @@
 #include "frame/files.h"
 #include "lists/class_list_of_clones.h"
 #include "project/input_kind.h"
+#include "reports/run_record.h"
 
 namespace orb {
 
@@ -12,13 +13,42 @@ fs::path folder_of(const fs::path &file) {
   return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
-void check_output(const fs::path &file, bool force) {
+void check_output(const project_state &project, const fs::path &file, bool force) {
+  project.files().writes(file);
   const fs::path folder = folder_of(file);
   create_folder(folder);
   check_folder_is_writable(folder);
   std::error_code failed;
-  if (!force && fs::exists(file, failed))
+  if (!force && fs::exists(file, failed) && !project.files().may_give_way(file))
     throw file_error("can't write", file, "it exists already; --force overwrites it");
+}
+
+static bool names_a_result(const parameter_row &row) {
+  return row.key == "out" || row.key == "save" || row.key == "log";
+}
+
+std::vector<fs::path> inputs_of(const parameter_list &list) {
+  std::vector<fs::path> inputs;
+  const auto add = [&](const fs::path &path) {
+    std::error_code failed;
+    if (fs::is_regular_file(path, failed) || fs::is_directory(path, failed))
+      inputs.push_back(path);
+  };
+  for (const parameter_row &row : list.rows()) {
+    if (!row.is_given() || names_a_result(row))
+      continue;
+    if (const auto *path = std::get_if<fs::path *>(&row.target))
+      add(**path);
+    if (const auto *paths = std::get_if<std::vector<fs::path> *>(&row.target))
+      for (const fs::path &one : **paths)
+        add(one);
+  }
+  return inputs;
+}
+
+void claim_results(project_state &project, const std::string &command) {
+  for (const std::string &words : project.files().claim_results(command))
+    project.frame().note(words);
 }
 
 void work_in(project_state &project, const fs::path &folder) {
@@ -82,6 +112,13 @@ void check_input(const fs::path &file) {
   std::error_code failed;
   if (!file.empty() && !fs::exists(file, failed))
     throw file_error("can't open", file, "No such file or directory");
+}
+
+bool is_as_recorded(project_state &project, const fs::path &file) {
+  const std::string difference = file.empty() ? std::string() : difference_from_record(file);
+  return difference.empty() ||
+         project.frame().refuse(difference +
+                                ".\r\nIt was changed by hand or is damaged. Without its run.json it is read as it is.");
 }
 
 fs::path folder_of_run(project_state &project, const fs::path &given) {

@@ -12,9 +12,13 @@ namespace orb {
 
 // ---- outputs ----
 
-// Throws file_error when a result is there already and may not be overwritten, or its folder can't be written (it is
-// created when missing).
-void check_output(const std::filesystem::path &file, bool force);
+// Throws file_error when a result is an input of the commands in hand (whatever `force` says), when it is there already
+// and may not be overwritten, or its folder can't be written (it is created when missing).
+void check_output(const project_state &project, const std::filesystem::path &file, bool force);
+// The files and folders that parameters name and that are read; what isn't there is left out, and so is a pipe.
+std::vector<std::filesystem::path> inputs_of(const parameter_list &list);
+// Locks the results that the commands in hand took note of, and says whose locks were taken over.
+void claim_results(project_state &project, const std::string &command);
 // The folder of a command's results becomes the working folder; empty: it stays as it is.
 void work_in(project_state &project, const std::filesystem::path &folder);
 // The folder of a result file, "." for a bare name.
@@ -35,6 +39,8 @@ command_result result_of(project_state &project, bool done);
 bool read_list(project_state &project, const std::filesystem::path &file, number_list &list, std::string &name);
 // Throws file_error when a file that was named isn't there; an empty path is none.
 void check_input(const std::filesystem::path &file);
+// Refuses a library or net that was changed since the record beside it was written: false.
+bool is_as_recorded(project_state &project, const std::filesystem::path &file);
 // The folder of a run: `given` itself, or the newest run in the folder of an assembly. Empty, after a message, when it
 // is neither. Throws file_error when nothing is there.
 std::filesystem::path folder_of_run(project_state &project, const std::filesystem::path &given);

@@ -106,10 +106,11 @@ void describe_genome(parameter_list &list, fs::path &genome) {
 }
 
 // A sequence that can't be opened leaves no folder.
-void check_files(const fs::path &genome, const output_wishes &output, std::span<const char *const> names) {
+void check_files(const project_state &project, const fs::path &genome, const output_wishes &output,
+                 std::span<const char *const> names) {
   const line_reader opened(genome);
   for (const char *name : names)
-    check_output(output.out / name, output.force);
+    check_output(project, output.out / name, output.force);
 }
 
 // ---- simulate.library ----
@@ -165,7 +166,7 @@ bool put_clone_site(const std::string &site, class_Simul_CutEnzyme &ends) {
   return ends.clone_end_site_set(site == usual_clone_site ? "HindIII" : "ends", site);
 }
 
-void check_simulate_library(const project_state &, const parts_there &, const simulate_library_parameters &p) {
+void check_simulate_library(const project_state &project, const parts_there &, const simulate_library_parameters &p) {
   check_bands(p.bands);
   if (p.coverage && p.draw.n_clones)
     throw usage_error("--coverage and --clones say the same; use one of them");
@@ -176,7 +177,7 @@ void check_simulate_library(const project_state &, const parts_there &, const si
   if (!put_clone_site(p.clone_site, ends))
     throw usage_error("--clone-site takes a site of the letters A, C, G and T");
   constexpr std::array names{"DataBase_Simul.txt", "DataBase_Simul.sizes", "truth.tsv", "all_clones.txt"};
-  check_files(p.genome, p.output, names);
+  check_files(project, p.genome, p.output, names);
 }
 
 class library_simulation {
@@ -314,9 +315,9 @@ void describe_digest(parameter_list &list, digest_parameters &p) {
   describe_bands(list, p.bands);
 }
 
-void check_digest(const project_state &, const parts_there &, const digest_parameters &p) {
+void check_digest(const project_state &project, const parts_there &, const digest_parameters &p) {
   check_bands(p.bands);
-  check_files(p.genome, p.output, names_of_digest_files);
+  check_files(project, p.genome, p.output, names_of_digest_files);
 }
 
 // What became of the sites of each enzyme (from 1), over all records.

@@ -2,6 +2,7 @@
 
 #include "commands/command_door.h"
 #include "commands/command_table.h"
+#include "commands/recorded_run.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "database/class_DB_of_clones.h"
@@ -244,6 +245,21 @@ void take_end(const command_result &result, command_result &end) {
   end.completed = end.completed && result.completed;
 }
 
+void note_inputs(verb_run &call, project_state &project) {
+  for (const bound_command &bound : call.steps())
+    for (const fs::path &input : inputs_of(bound.parameters()))
+      project.files().reads(input);
+  for (const fs::path &input : {call.run_folder, call.library, call.net, call.program().answers})
+    project.files().reads(input);
+}
+
+std::string words_of_call(verb_run &call) {
+  std::string words;
+  for (const std::string &word : call.program().command_line)
+    words += (words.empty() ? "" : " ") + word;
+  return words.empty() ? call.the_verb().name : words;
+}
+
 void check_steps(verb_run &call, project_state &project) {
   if (call.the_verb().check)
     call.the_verb().check(call);
@@ -262,75 +278,6 @@ void check_steps(verb_run &call, project_state &project) {
 }
 
 namespace {
-
-// The record of a verb, begun when its outputs may be written, saved once with the final state.
-class recorded_run {
-public:
-  recorded_run(verb_run &call, project_state &project)
-      : call_(call), record_(identity_of(call), project.frame().clock()) {
-    const fs::path out = call.path("out");
-    switch (out.empty() ? record_place::none : call.the_verb().record) {
-    case record_place::none:
-      return;
-    case record_place::beside_file:
-      file_ = out;
-      file_ += ".run.json";
-      project.working_folder_set(folder_of(out));
-      return;
-    case record_place::in_folder:
-      file_ = out / "run.json";
-      check_record(call.flag("force"));
-      project.working_folder_set(out);
-      return;
-    }
-  }
-
-  run_record &record() { return record_; }
-  fs::path folder() const {
-    return call_.the_verb().record == record_place::in_folder ? call_.path("out") : fs::path();
-  }
-
-  void stage(const std::string &name) {
-    if (name == stage_)
-      return;
-    if (!stage_.empty())
-      record_.stage_end();
-    stage_ = name;
-    if (!stage_.empty())
-      record_.stage_start(name);
-  }
-
-  void save(const command_result &end, const command_streams &streams) {
-    stage({});
-    if (file_.empty() || end.status == exit_status::wrong_command) // then no work began
-      return;
-    record_.end_set(state_of(end), end.status, end.why);
-    try {
-      record_.save(file_);
-    } catch (const file_error &failed) {
-      if (end.completed)
-        throw;
-      streams.trouble(failed.what()); // why the work failed was told; that its record failed too is told beside
-    }
-  }
-
-private:
-  // A record of a finished run stays; one of a run that made nothing, or of a run of this verb that failed or was
-  // stopped, gives way.
-  void check_record(bool force) {
-    const auto before = force ? std::nullopt : run_record_read(file_);
-    const bool is_complete = before && before->value("state", nlohmann::json()) == "complete";
-    const bool made_nothing = before && before->value("outputs", nlohmann::json::object()).empty();
-    const bool is_own = before && before->value("command", nlohmann::json()) == call_.the_verb().name;
-    const bool gives_way = before && !is_complete && (made_nothing || is_own);
-    check_output(file_, force || gives_way);
-  }
-
-  verb_run &call_;
-  run_record record_;
-  fs::path file_;
-  std::string stage_;
-};
 
 // All steps in their order; the worst end of them.
 command_result run_steps(verb_run &call, project_state &project, recorded_run &recorded,
@@ -376,12 +323,16 @@ exit_status run_verb(verb_run &call, project_state &project, const command_strea
   try {
     if (wanted.run)
       return wanted.run(call, project, streams);
+    const files_scope in_hand(project.files());
     if (wanted.prepare)
       wanted.prepare(call, project);
-    check_steps(call, project);
+    note_inputs(call, project);
     recorded_run recorded(call, project);
+    recorded.let_leftovers_give_way();
+    check_steps(call, project);
+    recorded.begin();
     end = run_steps(call, project, recorded, streams);
-    recorded.save(end, streams);
+    recorded.end(end, streams);
     if (end.status == exit_status::stopped)
       streams.trouble(words_on_what_is_kept(recorded.record().json(), recorded.folder()));
     if (end.completed && wanted.says_saved && std::filesystem::exists(call.path("out")))

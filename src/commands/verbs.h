@@ -140,6 +140,10 @@ exit_status run_verb(verb_run &call, project_state &project, const command_strea
 // Steps of `run_verb`, for verbs with a run of their own.
 // Throws usage_error or file_error for anything wrong with the parameters of all steps that will run.
 void check_steps(verb_run &call, project_state &project);
+// Takes note of all files that the verb reads.
+void note_inputs(verb_run &call, project_state &project);
+// The command line, or the verb's name: who holds a lock.
+std::string words_of_call(verb_run &call);
 // Puts what a command found into the record.
 void record_result(const command_result &result, run_record &record);
 run_identity identity_of(verb_run &call);

@@ -11,6 +11,7 @@
 #include <zlib.h>
 
 #include "frame/failures.h"
+#include "frame/process_identity.h"
 
 namespace orb {
 
@@ -38,13 +39,45 @@ int write_whole(int descriptor, std::string_view bytes) {
   return 0;
 }
 
-// Differs between the result files of this process; the process number tells those of others apart.
-std::string temporary_suffix() {
-  static std::atomic<unsigned> count{0};
-  return ".tmp" + std::to_string(::getpid()) + "_" + std::to_string(count++);
+// Process numbers count within a host, and within a container: eight hexadecimal digits for both.
+const std::string &mark_of_this_host() {
+  static const std::string mark = [] {
+    char digits[9];
+    std::snprintf(digits, sizeof digits, "%08x", crc32_of(this_process().host + this_process().space));
+    return std::string(digits);
+  }();
+  return mark;
+}
+
+// The process that made the temporary file of this name on this host; 0 when it is none.
+std::int64_t maker_of_temporary(const std::string &name) {
+  const std::size_t begin = name.rfind(".tmp");
+  int end = 0;
+  long long process = 0, count = 0;
+  if (begin == std::string::npos ||
+      std::sscanf(name.c_str() + begin, ".tmp%lld_%lld_%n", &process, &count, &end) != 2 || process <= 0 || count < 0)
+    return 0;
+  const std::string suffix = ".tmp" + std::to_string(process) + "_" + std::to_string(count) + "_" +
+                             mark_of_this_host(); // blanks, zeros, signs
+  return begin > 0 && name.substr(begin) == suffix ? process : 0;
 }
 
 } // namespace
+
+std::string temporary_suffix() {
+  static std::atomic<unsigned> count{0};
+  return ".tmp" + std::to_string(::getpid()) + "_" + std::to_string(count++) + "_" + mark_of_this_host();
+}
+
+void remove_stale_temporaries(const std::filesystem::path &folder, std::string_view beginning) {
+  std::error_code failed;
+  for (std::filesystem::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
+    const std::string name = at->path().filename().string();
+    const std::int64_t process = name.starts_with(beginning) ? maker_of_temporary(name) : 0;
+    if (std::error_code ignored; process > 0 && at->is_regular_file(ignored) && process_is_gone(process))
+      std::filesystem::remove(at->path(), ignored);
+  }
+}
 
 // ---- result_file ---------------------------------------------------------------------------------------------------
 
@@ -167,6 +200,17 @@ void growing_file::close() {
 }
 
 // ---- whole files and folders ----
+
+bool set_room_aside(const std::filesystem::path &file, std::size_t size) {
+  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (descriptor < 0)
+    return false;
+  const bool done = ::posix_fallocate(descriptor, 0, static_cast<off_t>(size)) == 0;
+  ::close(descriptor);
+  if (!done)
+    ::unlink(file.c_str());
+  return done;
+}
 
 namespace {
 

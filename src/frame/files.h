@@ -106,6 +106,16 @@ private:
   std::filesystem::path path_;
 };
 
+// What a temporary file has behind the name that it will have: it differs between the files of this process, and names
+// the process and its host.
+std::string temporary_suffix();
+// Removes the temporary files in a folder, not below it, that processes of this host left that are gone; `beginning`:
+// only those whose name begins so. What can't be removed stays.
+void remove_stale_temporaries(const std::filesystem::path &folder, std::string_view beginning = {});
+
+// Makes a new file that takes up `size` bytes of its disk; false when it can't.
+bool set_room_aside(const std::filesystem::path &file, std::size_t size);
+
 // The whole file as bytes; throws file_error.
 std::string file_bytes(const std::filesystem::path &path);
 // Size in bytes and CRC-32 of a file's bytes; throws file_error.

@@ -1,10 +1,12 @@
 // The native file of a net (.ORBns: little-endian, no head, no padding) and its diagnostic text.
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <numeric>
 
 #include "frame/failures.h"
 #include "frame/files.h"
@@ -85,7 +87,10 @@ public:
   // Each answers whether the reading may go on; a refusal was shown then.
   bool read_head(std::int32_t expected);
   bool read_vertices(std::vector<net_vertex> &vertices);
-  bool read_edges(std::vector<net_edge> &edges);
+  bool read_edges(const std::vector<net_vertex> &vertices, std::vector<net_edge> &edges);
+  // Each overlap stands once at both ends, with the same score. The burial codes aren't always mirrors of each other:
+  // those of clones whose versions were united.
+  bool check_both_ends(const std::vector<net_vertex> &vertices, const std::vector<net_edge> &edges);
   std::int32_t n_vertices() const { return n_vertices_; }
   std::int32_t n_edges() const { return n_edges_; }
 
@@ -97,6 +102,14 @@ private:
   void report_wrong_net_size(std::int32_t expected);
   void read_bytes(char *bytes, std::size_t n);
   bool size_fits();
+  bool refuse_edge(edge_adress e, vertex_number own, const net_edge &edge);
+  bool refuse_pair(edge_adress e, vertex_number v, vertex_number w, const std::string &why) {
+    return refuse_at(offset_of_edge(e),
+                     "the overlap of vertex " + std::to_string(v) + " with vertex " + std::to_string(w) + " " + why);
+  }
+  std::int64_t offset_of_edge(std::int64_t e) const {
+    return head_size + vertex_size * (std::int64_t{n_vertices_} + 1) + edge_size * (e - 1);
+  }
 
   struct closer {
     void operator()(std::FILE *file) const { std::fclose(file); }
@@ -181,13 +194,31 @@ bool native_net_reader::read_vertices(std::vector<net_vertex> &vertices) {
                                    std::to_string(std::int64_t{n_edges_} + 1));
     before = adress;
     vertices[v] = {adress, get_16(record + 4)};
+    if (vertices[v].index > 0 || (v == n_records && vertices[v].index != 0)) // 0, or below it a kind of Q-clone
+      return refuse_at(offset + 4,
+                       "the mark of vertex " + std::to_string(v) + " is " + std::to_string(vertices[v].index));
   }
   return true;
 }
 
-bool native_net_reader::read_edges(std::vector<net_edge> &edges) {
+bool native_net_reader::refuse_edge(edge_adress e, vertex_number own, const net_edge &edge) {
+  const std::int64_t offset = offset_of_edge(e);
+  const std::string place = "record " + std::to_string(e) + " of vertex " + std::to_string(own);
+  if (edge.neighbour < 1 || edge.neighbour > n_vertices_)
+    return refuse_at(offset, place + " leads to vertex " + std::to_string(edge.neighbour));
+  if (edge.neighbour == own)
+    return refuse_at(offset, place + " leads to that vertex itself");
+  if (!std::isfinite(edge.value))
+    return refuse_at(offset + 4, place + " has a value that is no number");
+  if (edge.value < 0)
+    return refuse_at(offset + 4, place + " has a value below 0");
+  return refuse_at(offset + 14, place + " has the burial code " + std::to_string(edge.index2));
+}
+
+bool native_net_reader::read_edges(const std::vector<net_vertex> &vertices, std::vector<net_edge> &edges) {
   edges.resize(static_cast<std::size_t>(n_edges_) + 1);
   block_.resize(edges_between_polls * edge_size);
+  vertex_number own = 1;
   for (std::int64_t first = 1; first <= n_edges_; first += edges_between_polls) {
     if (frame_.stop_requested_get())
       return false;
@@ -197,19 +228,65 @@ bool native_net_reader::read_edges(std::vector<net_edge> &edges) {
     read_bytes(block_.data(), static_cast<std::size_t>((end - first) * edge_size));
     for (std::int64_t e = first; e < end; ++e) {
       const char *record = block_.data() + (e - first) * edge_size;
-      const std::int32_t neighbour = get_32(record);
-      const auto value = std::bit_cast<double>(get<std::uint64_t>(record + 4));
-      const bool in_range = neighbour >= 1 && neighbour <= n_vertices_;
-      if (!in_range || !std::isfinite(value)) {
-        const std::int64_t offset = head_size + vertex_size * (std::int64_t{n_vertices_} + 1) + edge_size * (e - 1);
-        const std::string place = "record " + std::to_string(e);
-        if (!in_range)
-          return refuse_at(offset, place + " leads to vertex " + std::to_string(neighbour));
-        return refuse_at(offset + 4, place + " has a value that is no number");
-      }
-      edges[static_cast<std::size_t>(e)] = {neighbour, get_16(record + 12), get_16(record + 14), value};
+      const net_edge edge{get_32(record), get_16(record + 12), get_16(record + 14),
+                          std::bit_cast<double>(get<std::uint64_t>(record + 4))};
+      while (vertices[static_cast<std::size_t>(own) + 1].adress_of_first_edge <= e)
+        ++own;
+      const bool possible = edge.neighbour >= 1 && edge.neighbour <= n_vertices_ && edge.neighbour != own &&
+                            std::isfinite(edge.value) && edge.value >= 0 && edge.index2 >= 0 && edge.index2 <= 3;
+      if (!possible)
+        return refuse_edge(static_cast<edge_adress>(e), own, edge);
+      edges[static_cast<std::size_t>(e)] = edge;
     }
   }
+  return true;
+}
+
+// Places in the edge array so that each run is ascending by neighbour; empty where the records stand so already.
+std::vector<edge_adress> ascending_places(const std::vector<net_vertex> &vertices, const std::vector<net_edge> &edges) {
+  const auto below = [&](edge_adress a, edge_adress b) {
+    return edges[static_cast<std::size_t>(a)].neighbour < edges[static_cast<std::size_t>(b)].neighbour;
+  };
+  std::vector<edge_adress> places;
+  for (std::size_t v = 1; v + 1 < vertices.size(); ++v) {
+    const edge_adress begin = vertices[v].adress_of_first_edge, end = vertices[v + 1].adress_of_first_edge;
+    bool ascending = true;
+    for (edge_adress e = begin + 1; e < end; ++e)
+      ascending = ascending && !below(e, e - 1);
+    if (ascending)
+      continue;
+    if (places.empty()) {
+      places.resize(edges.size());
+      std::iota(places.begin(), places.end(), 0);
+    }
+    std::sort(places.begin() + begin, places.begin() + end, below);
+  }
+  return places;
+}
+
+// Seen from the vertices in their order, the mirrors in the run of any vertex come in the order of its neighbours: one
+// pass, with a place in each run that only goes on.
+bool native_net_reader::check_both_ends(const std::vector<net_vertex> &vertices, const std::vector<net_edge> &edges) {
+  const std::vector<edge_adress> places = ascending_places(vertices, edges);
+  const auto place = [&](edge_adress k) { return places.empty() ? k : places[static_cast<std::size_t>(k)]; };
+  const auto edge_at = [&](edge_adress k) -> const net_edge & { return edges[static_cast<std::size_t>(place(k))]; };
+  const auto begin_of = [&](vertex_number v) { return vertices[static_cast<std::size_t>(v)].adress_of_first_edge; };
+  std::vector<edge_adress> next(vertices.size());
+  for (vertex_number v = 1; v <= n_vertices_; ++v)
+    next[static_cast<std::size_t>(v)] = begin_of(v);
+  for (vertex_number v = 1; v <= n_vertices_; ++v)
+    for (edge_adress k = begin_of(v); k < begin_of(v + 1); ++k) {
+      const net_edge &edge = edge_at(k);
+      if (k > begin_of(v) && edge_at(k - 1).neighbour == edge.neighbour)
+        return refuse_pair(place(k), v, edge.neighbour, "stands there twice");
+      const edge_adress m = next[static_cast<std::size_t>(edge.neighbour)]++;
+      if (m >= begin_of(edge.neighbour + 1) || edge_at(m).neighbour > v)
+        return refuse_pair(place(k), v, edge.neighbour, "doesn't stand at its other end");
+      if (edge_at(m).neighbour < v)
+        return refuse_pair(place(m), edge.neighbour, edge_at(m).neighbour, "doesn't stand at its other end");
+      if (edge_at(m).value != edge.value)
+        return refuse_pair(place(k), v, edge.neighbour, "has another score at its other end");
+    }
   return true;
 }
 
@@ -255,7 +332,7 @@ void class_net::read_net_type(process_frame &frame, const std::filesystem::path 
   native_net_reader reader(frame, file);
   class_net read;
   if (!reader.read_head(n_vertices_expected) || !reader.read_vertices(read.vertices_) ||
-      !reader.read_edges(read.edges_)) {
+      !reader.read_edges(read.vertices_, read.edges_) || !reader.check_both_ends(read.vertices_, read.edges_)) {
     if (!frame.stop_requested_get())
       frame.data_failed_set();
     frame.log_line(" ...Failed");

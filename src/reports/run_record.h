@@ -4,12 +4,17 @@
 
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "frame/clock.h"
 #include "frame/failures.h"
+#include "frame/files.h"
 #include "metrics/overlap_rule.h"
 
 namespace orb {
@@ -27,14 +32,19 @@ public:
   run_record(const run_identity &run, const program_clock &clock);
 
   void parameter_set(const std::string &name, nlohmann::json value) { json_["parameters"][name] = std::move(value); }
-  void input_add(const std::filesystem::path &file);
+  void input_add(const std::filesystem::path &file); // once, however often it is named
   // The folder's .sizes files, or the one file.
   void inputs_add(const std::filesystem::path &input);
   void library_set(std::int32_t n_clones, std::uint32_t checksum);
   void stage_start(const std::string &name);
   void stage_end();
+  // Names of the files beside its record that the run will make and that weren't there before it.
+  void makes_set(const std::vector<std::string> &names) { json_["makes"] = names; }
+  // Those of them that are in the folder now: a run that failed lets the next one overwrite them as long as they stay.
+  void leaves_set(const std::filesystem::path &folder);
   // A finished result of the run: a file with size and checksum, or a folder by name. Replaces an older entry of `key`.
   void output_set(const std::string &key, const std::filesystem::path &path);
+  void output_drop(const std::string &key) { json_["outputs"].erase(key); }
   // Begins with the outputs and figures of an earlier run of the same kind: a stage made again replaces its own.
   void continue_from(const nlohmann::json &earlier);
   void result_set(const std::string &name, nlohmann::json value) { json_["results"][name] = std::move(value); }
@@ -45,16 +55,33 @@ public:
   // "running", "stopped", "failed" or "complete"; a complete run may end with a status other than done, for data that
   // are doubtful.
   void end_set(const std::string &state, exit_status status, const std::string &why);
-  // Written through a temporary name; throws file_error.
-  void save(const std::filesystem::path &file) const;
   const nlohmann::json &json() const { return json_; }
 
 private:
   nlohmann::json json_;
+  std::set<std::string> inputs_; // by their paths
   std::string stage_;
   std::chrono::steady_clock::time_point stage_began_;
 };
 
+// The file of a run's record, written before the run's first result and again with every state. Room for the last state
+// is set aside while the run goes on: a disk that is full doesn't hide why a run failed.
+class run_record_file {
+public:
+  explicit run_record_file(std::filesystem::path path) : path_(std::move(path)) {}
+  const std::filesystem::path &path() const { return path_; }
+  // Throws file_error.
+  void save(const run_record &record);
+
+private:
+  void write(const std::string &text) const;
+
+  std::filesystem::path path_;
+  std::unique_ptr<passing_file> room_;
+};
+
+// FILE.run.json.
+std::filesystem::path run_record_name(std::filesystem::path file);
 // The record beside a file (FILE.run.json, else run.json of its folder) or in a folder; nothing when there is none or
 // it can't be read as JSON.
 std::optional<nlohmann::json> run_record_read(const std::filesystem::path &file);
@@ -65,6 +92,12 @@ std::optional<overlap_rule> rule_of_record(const nlohmann::json &record);
 std::string run_record_difference(const nlohmann::json &before, const nlohmann::json &now);
 // Whether the file of an output entry is still there as it was recorded.
 bool output_is_intact(const nlohmann::json &record, const std::string &key, const std::filesystem::path &folder);
+// What differs between a file and the record beside it that names it as a result, in words; empty when nothing does, or
+// no record names it.
+std::string difference_from_record(const std::filesystem::path &file);
+// The files that an earlier run of this command left that failed, as it left them, or that was killed while it made
+// them; none when it came to its end.
+std::vector<std::filesystem::path> leftovers_of_run(const std::filesystem::path &record, const std::string &command);
 std::string checksum_text(std::uint32_t checksum); // eight hexadecimal digits
 
 // Peak resident memory since the last reset, in MiB, and the reset (best effort).

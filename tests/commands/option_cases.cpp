@@ -629,13 +629,28 @@ run: contigs.statistics
   clone-length=140000 -> folder
   genome-length=5000000 -> folder
 [library contigs]
+before: contigs.statistics out=o
+run: contigs.statistics out=o
+fails
+  force=yes -> status
+[library contigs]
 run: contigs.coordinates
   out=o -> folder
   list=in/list.txt -> coordinates_of_clones.txt
 [library contigs]
+before: contigs.coordinates out=o
+run: contigs.coordinates out=o
+fails
+  force=yes -> status
+[library contigs]
 run: contigs.names
   out=o -> folder
   list=in/list.txt -> clones_in_contogs.txt
+[library contigs]
+before: contigs.names out=o
+run: contigs.names out=o
+fails
+  force=yes -> status
 [library contigs]
 run: contigs.lists
   out=o -> folder
@@ -666,6 +681,11 @@ run: contigs.fpc browse=yes
   bp-per-band=2000 -> *.fpc
   clone-length=140000 -> *.fpc
   genome-length=5000000 -> *.fpc
+[library contigs]
+before: contigs.fpc out=o
+run: contigs.fpc out=o
+fails
+  force=yes -> status
 [library contigs markers]
 run: contigs.marker_positions
   out=o -> folder
@@ -675,9 +695,19 @@ run: contigs.marker_positions
 answer: Open file with lists of lists = in/list.txt
   from-lists=yes -> mmm.txt
 [library contigs markers]
+before: contigs.marker_positions out=o
+run: contigs.marker_positions out=o
+fails
+  force=yes -> status
+[library contigs markers]
 run: contigs.marker_clones
   out=o -> folder
   spaces=yes -> clones_for_each_marker.txt
+[library contigs markers]
+before: contigs.marker_clones out=o
+run: contigs.marker_clones out=o
+fails
+  force=yes -> status
 
 # ---- orders, tables, drawings ------------------------------------------------------------------------------------
 

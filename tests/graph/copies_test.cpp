@@ -128,14 +128,14 @@ TEST_P(random_copies, copies_keep_marks_and_the_records_that_pass) {
   net_.create_sub_net_without_edges_small_or_large_value(threshold, out_, false);
   EXPECT_TRUE(
       same_records(out_, plainly_without([&](vertex_number, const net_edge &e) { return e.value <= threshold; })));
-  net_.create_sub_net_with_disconnected_vertices_index(1, out_);
+  net_.create_sub_net_with_disconnected_vertices_index(-3, out_);
   EXPECT_TRUE(same_records(out_, plainly_without([&](vertex_number v, const net_edge &e) {
-                             return net_.index_of_vertex_get(v) != 1 && net_.index_of_vertex_get(e.neighbour) != 1;
+                             return net_.index_of_vertex_get(v) != -3 && net_.index_of_vertex_get(e.neighbour) != -3;
                            })));
   std::int32_t n_with = 0, wanted = 0;
-  net_.number_of_vertices_with_index_get(1, n_with);
+  net_.number_of_vertices_with_index_get(-3, n_with);
   for (vertex_number v = 1; v <= n_; ++v)
-    wanted += v % 5 - 2 == 1;
+    wanted += v % 5 == 3;
   EXPECT_EQ(n_with, wanted);
 }
 

@@ -116,7 +116,12 @@ TEST_F(native_file, damaged_files_are_refused_with_the_place) {
                {replaced(good, edges + 16 * 3, std::int32_t{0}), "(byte offset 242)"},
                {replaced(good, edges + 16 * 3, std::int32_t{31}), "(byte offset 242)"},
                {replaced(good, edges + 16 * 2 + 4, no_number), "(byte offset 230)"},
-               {replaced(good, edges + 4, endless), "(byte offset 198)"}};
+               {replaced(good, edges + 4, endless), "(byte offset 198)"},
+               {replaced(good, edges + 4, -1.0), "below 0 (byte offset 198)"},
+               {replaced(good, edges + 14, std::int16_t{4}), "burial code 4 (byte offset 208)"},
+               {replaced(good, edges, std::int32_t{1}), "to that vertex itself (byte offset 194)"},
+               {replaced(good, 8 + 6 * 30 + 4, std::int16_t{-1}), "mark of vertex 31 is -1 (byte offset 192)"},
+               {replaced(good, 12, std::int16_t{1}), "mark of vertex 1 is 1 (byte offset 12)"}};
   const class_net before = net_of(3, {});
   for (const auto &c : cases) {
     write_bytes(path_, c.bytes);
@@ -135,6 +140,48 @@ TEST_F(native_file, damaged_files_are_refused_with_the_place) {
   bool ok = true;
   EXPECT_THROW(read.read_net_type(scripted_.frame, scripted_.folder / "missing.ORBns", ok, -1), file_error);
   EXPECT_THROW(read.read_net_type(scripted_.frame, scripted_.folder, ok, -1), file_error);
+}
+
+// An overlap that doesn't stand once at both ends, alike, is damage; the order of a run is not.
+TEST_F(native_file, overlaps_stand_once_at_both_ends) {
+  const auto read_back = [&](const edge_map &edges) {
+    net_of(6, edges).save_net_type(scripted_.frame, path_);
+    class_net read;
+    bool ok = false;
+    scripted_.record.messages.clear();
+    read.read_net_type(scripted_.frame, path_, ok, -1);
+    return ok ? std::string("whole") : scripted_.record.messages.back();
+  };
+  edge_map good;
+  for (const auto &[a, b] : {std::pair{1, 2}, {1, 5}, {2, 3}, {3, 5}, {4, 5}})
+    join(good, a, b, 10 + a, static_cast<std::int16_t>(b % 4));
+  EXPECT_EQ(read_back(good), "whole");
+  for (const auto &[pair, edge] : edge_map(good)) {
+    edge_map lost = good, other_value = good;
+    lost.erase(pair);
+    const std::string wanted = "vertex " + std::to_string(pair.second) + " with vertex " + std::to_string(pair.first) +
+                               " doesn't stand at its other end";
+    EXPECT_NE(read_back(lost).find(wanted), std::string::npos) << read_back(lost);
+    other_value[pair].value += 1e-9;
+    EXPECT_NE(read_back(other_value).find("another score"), std::string::npos) << read_back(other_value);
+  }
+  class_net net; // runs that descend, then an overlap that stands twice at both ends
+  for (const bool twice : {false, true}) {
+    net.inicializate_net(3, 6);
+    for (const auto &run : twice ? std::vector<std::vector<int>>{{2, 2}, {1, 1}, {}}
+                                 : std::vector<std::vector<int>>{{3, 2}, {3, 1}, {2, 1}}) {
+      net.add_vertex_fast(0);
+      for (const int neighbour : run)
+        net.add_edge_fast(0, neighbour, 5, 0, 0);
+    }
+    net.finish_of_adding();
+    net.save_net_type(scripted_.frame, path_);
+    bool ok = twice;
+    class_net read;
+    read.read_net_type(scripted_.frame, path_, ok, -1);
+    EXPECT_EQ(ok, !twice);
+  }
+  EXPECT_NE(scripted_.record.messages.back().find("stands there twice (byte offset "), std::string::npos);
 }
 
 // Any bytes either give a net whose every record can be walked, or are refused.

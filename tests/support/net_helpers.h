@@ -21,7 +21,7 @@ inline class_net net_of(std::int32_t n, const edge_map &edges) {
   class_net net;
   net.inicializate_net(n, 1);
   for (vertex_number v = 1; v <= n; ++v) {
-    net.add_vertex_fast(static_cast<std::int16_t>(v % 5 - 2));
+    net.add_vertex_fast(static_cast<std::int16_t>(v % 5 <= 2 ? v % 5 - 2 : -(v % 5))); // -4 to 0
     for (auto e = edges.lower_bound({v, 0}); e != edges.end() && e->first.first == v; ++e)
       net.add_edge_fast(v, e->first.second, e->second.value, e->second.index1, e->second.index2);
   }
