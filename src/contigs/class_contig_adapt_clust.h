@@ -130,10 +130,11 @@ public:
 
   // One cluster through the decision table of the method, with its files. Its rows in the reports and the order of its
   // clones follow with report_tested_clusters: contigs are ordered side by side. A stop request ends it early, and then
-  // nothing of it will be in the reports.
+  // nothing of this cluster will be in the reports.
   void test_cluster(cluster_test &test, run_reports &reports, class_DB_of_clones &database);
-  // Orders the contigs tested since it ran last, and brings the rows of all of them into the reports. What a stop
-  // request leaves without an order isn't reported.
+  // Orders the contigs tested since it ran last, and brings the rows of all of them into the reports in the sequence of
+  // the tests: each as soon as it and all before it have their orders. What a stop request leaves without an order
+  // isn't reported.
   void report_tested_clusters(run_reports &reports);
   const adapt_clust_result &result() const { return result_; }
 
@@ -151,7 +152,7 @@ private:
   struct tested_cluster {
     cluster_row row;
     std::shared_ptr<class_contig_analysis> contig;
-    bool analysed = false, to_be_ordered = false;
+    bool analysed = false, to_be_ordered = false, is_ordered = false;
   };
   // The rule at the cutoff of a level.
   overlap_rule rule_of_level(std::int32_t level) const { return at_cutoff(rule_, cutoff_curent_get(level)); }
@@ -184,7 +185,8 @@ private:
   void print_cluster_files(cluster_test &test, const run_reports &reports, class_FPCto_import &registry);
   void print_contig_files(std::int32_t n_clones, class_contig_analysis &contig);
   bool is_to_be_ordered(const cluster_test &test) const;
-  bool order_tested_clusters();
+  void report_cluster(const tested_cluster &tested, run_reports &reports);
+  void take_order(class_clone_ord_and_verif &orderer, const ordering_work &work, tested_cluster &tested);
   void count_gaps_of_order(tested_cluster &tested);
   cluster_row row_of_test(const cluster_test &test) const;
   void print_contig_into_common_files(const tested_cluster &tested, const std::string &row, run_reports &reports);

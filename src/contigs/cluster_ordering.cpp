@@ -19,50 +19,53 @@ bool class_contig_adapt_clust::is_to_be_ordered(const cluster_test &test) const 
 }
 
 void class_contig_adapt_clust::report_tested_clusters(run_reports &reports) {
-  if (!order_tested_clusters()) {
-    tested_.clear();
-    return;
+  std::vector<std::size_t> to_be_ordered; // places in tested_
+  std::vector<ordering_task> tasks;
+  for (std::size_t i = 0; i < tested_.size(); ++i) {
+    if (!tested_[i].to_be_ordered)
+      continue;
+    to_be_ordered.push_back(i);
+    tasks.push_back(tested_[i].contig->detail_control_task(static_cast<std::uint64_t>(tested_[i].row.id)));
   }
-  for (const tested_cluster &tested : tested_) {
-    const std::string row = cluster_row_text(tested.row);
-    reports.clusters.line(row);
-    if (tested.analysed)
-      print_contig_into_common_files(tested, row, reports);
-  }
-  reports.flush();
+  std::size_t reported = 0; // of tested_, in their sequence
+  const auto report_up_to = [&](std::size_t end) {
+    for (; reported < end; ++reported)
+      if (!tested_[reported].to_be_ordered || tested_[reported].is_ordered)
+        report_cluster(tested_[reported], reports);
+    reports.flush();
+  };
+  class_clone_ord_and_verif orderer(signif_->context(), &signif_->net(), files_.ordering);
+  std::vector<ordering_work> works;
+  if (!tasks.empty())
+    orderer.compute_all(tasks, works, [&](std::size_t k) {
+      tested_cluster &tested = tested_[to_be_ordered[k]];
+      take_order(orderer, works[k], tested);
+      report_up_to(to_be_ordered[k] + 1);
+    });
+  report_up_to(tested_.size());
   tested_.clear();
+  n_to_be_ordered_ = 0;
 }
 
-// False when the user stopped.
-bool class_contig_adapt_clust::order_tested_clusters() {
-  const metric_context &context = signif_->context();
-  std::vector<tested_cluster *> clusters;
-  std::vector<ordering_task> tasks;
-  for (tested_cluster &tested : tested_) {
-    if (!tested.to_be_ordered)
-      continue;
-    clusters.push_back(&tested);
-    tasks.push_back(tested.contig->detail_control_task(static_cast<std::uint64_t>(tested.row.id)));
-  }
-  n_to_be_ordered_ = 0;
-  if (tasks.empty())
-    return !stopped();
-  class_clone_ord_and_verif orderer(context, &signif_->net(), files_.ordering);
-  std::vector<ordering_work> works;
-  if (!orderer.compute_all(tasks, works))
-    return false;
+void class_contig_adapt_clust::report_cluster(const tested_cluster &tested, run_reports &reports) {
+  const std::string row = cluster_row_text(tested.row);
+  reports.clusters.line(row);
+  if (tested.analysed)
+    print_contig_into_common_files(tested, row, reports);
+}
+
+void class_contig_adapt_clust::take_order(class_clone_ord_and_verif &orderer, const ordering_work &work,
+                                          tested_cluster &tested) {
   std::filesystem::path file_order;
-  for (std::size_t i = 0; i < works.size(); ++i) {
-    orderer.write(works[i], file_order);
-    clusters[i]->contig->detail_control_done(works[i]);
-    count_gaps_of_order(*clusters[i]);
-    if (works[i].in_windows() && clusters[i]->analysed) {
-      ++result_.windows.n_contigs;
-      result_.windows.n_joins += static_cast<std::int32_t>(works[i].windows.size()) - 1;
-      result_.windows.n_weak_joins += works[i].n_weak_joins();
-    }
-  }
-  return !stopped();
+  orderer.write(work, file_order);
+  tested.contig->detail_control_done(work);
+  count_gaps_of_order(tested);
+  tested.is_ordered = true;
+  if (!work.in_windows() || !tested.analysed)
+    return;
+  ++result_.windows.n_contigs;
+  result_.windows.n_joins += static_cast<std::int32_t>(work.windows.size()) - 1;
+  result_.windows.n_weak_joins += work.n_weak_joins();
 }
 
 void class_contig_adapt_clust::count_gaps_of_order(tested_cluster &tested) {

@@ -13,7 +13,12 @@ public:
   // `classes`: reads the class frequencies in place of the real ones, as the swap of both would, without touching the
   // database that other threads read. Null: the real ones.
   explicit band_frequencies(const class_DB_of_clones &database, const class_usable_values *classes = nullptr)
-      : database_(database), classes_(classes) {}
+      : database_(database), classes_(classes), bins_(database.index_of_band_type_get() != 0),
+        tolerance_(list_tolerance(database)) {}
+  // With another tolerance than the database's, which other threads read meanwhile.
+  band_frequencies(const class_DB_of_clones &database, const class_usable_values *classes, std::int32_t tolerance,
+                   bool bins)
+      : database_(database), classes_(classes), bins_(bins), tolerance_(bins ? 0 : tolerance) {}
 
   // 0 for a band that the statistics don't know.
   double of_band(band_value band) const {
@@ -27,7 +32,7 @@ public:
   // The frequency of two similar bands: the larger one; that of band 1 for bin numbers, where both are the same band.
   double of_pair(band_value band_1, band_value band_2) const {
     const double f1 = of_band(band_1);
-    if (database_.index_of_band_type_get() != 0)
+    if (bins_)
       return f1;
     const double f2 = of_band(band_2);
     return f1 < f2 ? f2 : f1;
@@ -48,7 +53,7 @@ public:
   void weighted_common(std::span<const band_value> list_1, std::span<const band_value> list_2, double &k,
                        double &weighted_k) const {
     k = weighted_k = 0;
-    merge_bands(list_1, list_2, list_tolerance(database_), [&](band_value a, band_value b) {
+    merge_bands(list_1, list_2, tolerance_, [&](band_value a, band_value b) {
       k += 1;
       weighted_k += weight(of_pair(a, b));
     });
@@ -57,6 +62,8 @@ public:
 private:
   const class_DB_of_clones &database_;
   const class_usable_values *classes_;
+  bool bins_;              // bands are numbers of bins
+  std::int32_t tolerance_; // of lists
 };
 
 } // namespace orb

@@ -16,43 +16,31 @@ void class_clone_dist_calc::start_of_distance_calculation(clone_number clone_1, 
 void class_clone_dist_calc::start_of_distance_calculation_alternative_tollerance(clone_number clone_1,
                                                                                  clone_number clone_2, bool alternative,
                                                                                  std::int16_t alternative_t) {
-  class_DB_of_clones &database = context_->database;
+  const class_DB_of_clones &database = context_->database;
   clone_1_ = clone_1;
   clone_2_ = clone_2;
-  const std::int16_t t = database.tollerance_get();
   const std::int16_t index = database.taking_tollerance_into_account_index_get();
-  const std::int16_t band_type = database.index_of_band_type_get();
-  if (!alternative) {
-    count_common_bands(t, index, weights_, false);
-    return;
-  }
-  // The other tolerance holds for this one call, whatever way it ends.
-  struct restored_parameters {
-    class_DB_of_clones &database;
-    std::int16_t t, index, band_type;
-    ~restored_parameters() {
-      database.tollerance_parameters_set(t, index);
-      database.index_of_band_type_set(band_type);
-    }
-  } restored{database, t, index, band_type};
-  database.tollerance_parameters_set(alternative_t, index);
-  count_common_bands(alternative_t, index, weights_, false);
+  const bool bins = database.index_of_band_type_get() != 0;
+  if (!alternative)
+    count_common_bands({database.tollerance_get(), index, bins}, weights_, false);
+  else // the other tolerance is as if it were set in the database, where the index says what bands hold
+    count_common_bands({alternative_t, index, index == 0 || (index != 1 && bins)}, weights_, false);
 }
 
-void class_clone_dist_calc::count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool weights,
-                                               bool class_frequencies) {
+void class_clone_dist_calc::count_common_bands(const band_comparison &how, bool weights, bool class_frequencies) {
   const class_DB_of_clones &database = context_->database;
   counts_.weight1 = counts_.weight2 = 0;
   if (weights) {
-    count_with_weights(class_frequencies);
+    count_with_weights(how, class_frequencies);
   } else {
-    if (tolerance_index <= 0)
+    if (how.index <= 0)
       database.number_of_band_overlaps_fast_index0(clone_1_, clone_2_, counts_.n1, counts_.n2, counts_.x_iid);
     else if (context_->usable_values.JK_on_bands_get())
-      database.number_of_band_overlaps_fast_tolr_index1_JK(clone_1_, clone_2_, counts_.n1, counts_.n2, counts_.x_iid, t,
-                                                           context_->usable_values);
+      database.number_of_band_overlaps_fast_tolr_index1_JK(clone_1_, clone_2_, counts_.n1, counts_.n2, counts_.x_iid,
+                                                           how.tolerance, context_->usable_values);
     else
-      database.number_of_band_overlaps_fast_tolr_index1(clone_1_, clone_2_, counts_.n1, counts_.n2, counts_.x_iid, t);
+      database.number_of_band_overlaps_fast_tolr_index1(clone_1_, clone_2_, counts_.n1, counts_.n2, counts_.x_iid,
+                                                        how.tolerance);
     counts_.x_fr = counts_.x_iid;
   }
   const double most = database.total_number_of_different_bands_get();
@@ -60,7 +48,7 @@ void class_clone_dist_calc::count_common_bands(std::int32_t t, std::int16_t tole
   counts_.x_fr = std::min(counts_.x_fr, most);
 }
 
-void class_clone_dist_calc::count_with_weights(bool class_frequencies) {
+void class_clone_dist_calc::count_with_weights(const band_comparison &how, bool class_frequencies) {
   const class_DB_of_clones &database = context_->database;
   class_clone_serv::read_ListOfBands_from_real_database(clone_1_, counts_.n1, list_1_, database,
                                                         context_->usable_values);
@@ -68,7 +56,8 @@ void class_clone_dist_calc::count_with_weights(bool class_frequencies) {
                                                         context_->usable_values);
   const auto bands_1 = std::span(std::as_const(list_1_).members()).first(static_cast<std::size_t>(counts_.n1));
   const auto bands_2 = std::span(std::as_const(list_2_).members()).first(static_cast<std::size_t>(counts_.n2));
-  const band_frequencies frequencies(database, class_frequencies ? &context_->usable_values : nullptr);
+  const band_frequencies frequencies(database, class_frequencies ? &context_->usable_values : nullptr, how.tolerance,
+                                     how.bins);
   try {
     frequencies.weighted_common(bands_1, bands_2, counts_.x_iid, counts_.x_fr);
     counts_.weight1 = frequencies.weight_of_list(bands_1);
@@ -115,7 +104,8 @@ double class_clone_dist_calc::minus_log10_p_value_of_clone_overlapping(clone_num
   // These two count with the class frequencies, which are read where they stand instead of being swapped in and out.
   const bool class_frequencies = distance_index == family::DISTANCE_INDEX_LnnSulston_get() ||
                                  distance_index == family::DISTANCE_INDEX_LnnCuted_get();
-  count_common_bands(database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
+  count_common_bands({database.tollerance_get(), database.taking_tollerance_into_account_index_get(),
+                      database.index_of_band_type_get() != 0},
                      weights_ || family::need_take_band_abundances_into_account_get(distance_index), class_frequencies);
   return minus_log10_p_value_of_clone_overlapping_no_clones(n_common_markers, distance_index);
 }

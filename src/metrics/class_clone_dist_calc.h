@@ -49,8 +49,13 @@ public:
   double minus_log10_p_value_of_clone_overlapping_no_clones(std::int32_t n_common_markers, std::int16_t distance_index);
 
 private:
-  void count_common_bands(std::int32_t t, std::int16_t tolerance_index, bool weights, bool class_frequencies);
-  void count_with_weights(bool class_frequencies);
+  struct band_comparison {
+    std::int32_t tolerance;
+    std::int16_t index; // of the tolerance: 0 compares numbers of bins
+    bool bins;          // bands are such numbers
+  };
+  void count_common_bands(const band_comparison &how, bool weights, bool class_frequencies);
+  void count_with_weights(const band_comparison &how, bool class_frequencies);
 
   const metric_context *context_;
   bool weights_;

@@ -77,59 +77,62 @@ bool class_clone_ord_and_verif::run_batch(std::int64_t n,
 // Every run of every contig is a piece of work, and every window of a long one; the largest come first, so that none is
 // left for the end.
 std::vector<class_clone_ord_and_verif::search_piece>
-class_clone_ord_and_verif::pieces_of(std::vector<ordering_work> &works) const {
+class_clone_ord_and_verif::pieces_of(const std::vector<ordering_work> &works) const {
   std::vector<search_piece> pieces;
-  for (ordering_work &work : works)
-    for (std::int32_t r = 0; r <= work.n_jackknife(); ++r) {
-      if (!work.in_windows())
-        pieces.push_back({&work, r});
-      for (std::int32_t window = 0; window < static_cast<std::int32_t>(work.windows.size()); ++window)
-        pieces.push_back({&work, r, window});
+  for (std::size_t i = 0; i < works.size(); ++i)
+    for (std::int32_t r = 0; r <= works[i].n_jackknife(); ++r) {
+      if (!works[i].in_windows())
+        pieces.push_back({i, r});
+      for (std::int32_t window = 0; window < static_cast<std::int32_t>(works[i].windows.size()); ++window)
+        pieces.push_back({i, r, window});
     }
-  const auto size_of = [](const search_piece &piece) {
-    return piece.window == search_piece::whole ? piece.work->n_used()
-                                               : piece.work->windows[place(piece.window)].count();
+  const auto size_of = [&works](const search_piece &piece) {
+    const ordering_work &work = works[piece.work];
+    return piece.window == search_piece::whole ? work.n_used() : work.windows[place(piece.window)].count();
   };
   std::stable_sort(pieces.begin(), pieces.end(),
                    [&](const search_piece &x, const search_piece &y) { return size_of(x) > size_of(y); });
   return pieces;
 }
 
-bool class_clone_ord_and_verif::search_all(std::vector<ordering_work> &works,
-                                           const std::vector<search_piece> &pieces) const {
-  process_frame &frame = context_->frame;
-  const std::int32_t N = std::max(options_.t_JK_N, 0);
-  const auto n_pieces = static_cast<std::int64_t>(pieces.size());
-  const bool runs_only = works.size() == 1 && !works.front().in_windows();
-  if (N >= 1)
-    frame.step_text_set("JK from " + std::to_string(N));
-  const bool done = run_batch(
-      n_pieces,
-      [&](std::int64_t item, const std::atomic<bool> &stop) {
-        const search_piece &piece = pieces[static_cast<std::size_t>(item) - 1];
-        if (piece.window != search_piece::whole)
-          compute_window(*piece.work, piece.r, piece.window, &stop);
-        else if (piece.work->runs[place(piece.r)].failure.empty())
-          compute_run(*piece.work, piece.r, &stop);
-      },
-      [&](std::int64_t n_done) {
-        frame.progress(n_done, n_pieces);
-        frame.local_process_text_set(runs_only
-                                         ? "JK" + std::to_string(std::max<std::int64_t>(n_done - 1, 0))
-                                         : "Orders " + std::to_string(n_done) + " from " + std::to_string(n_pieces));
-      });
-  for (const ordering_work &work : works)
-    for (const ordering_run &run : work.runs) {
-      if (!run.failure.empty())
-        frame.program_end_now(run.failure, run.failure_status);
-      for (const window_search &window : run.windows)
-        if (!window.failure.empty())
-          frame.program_end_now(window.failure, window.failure_status);
-    }
-  return done;
+class_clone_ord_and_verif::open_searches::open_searches(const std::vector<ordering_work> &works)
+    : pieces(works.size()), runs(works.size()) {
+  for (std::size_t i = 0; i < works.size(); ++i) {
+    runs[i] = static_cast<std::int32_t>(works[i].runs.size());
+    pieces[i] = std::vector<std::atomic<std::int32_t>>(works[i].runs.size());
+    for (std::atomic<std::int32_t> &of_run : pieces[i])
+      of_run = std::max(static_cast<std::int32_t>(works[i].windows.size()), 1);
+  }
 }
 
-bool class_clone_ord_and_verif::compute_all(std::span<const ordering_task> tasks, std::vector<ordering_work> &works) {
+// On a worker thread. Whoever does the last window of a run joins them. What was told to stop stays open.
+void class_clone_ord_and_verif::search(std::vector<ordering_work> &works, const search_piece &piece,
+                                       open_searches &open, const std::atomic<bool> &stop) const {
+  ordering_work &work = works[piece.work];
+  if (piece.window != search_piece::whole)
+    compute_window(work, piece.r, piece.window, &stop);
+  else if (work.runs[place(piece.r)].failure.empty())
+    compute_run(work, piece.r, &stop);
+  if (stop || --open.pieces[piece.work][place(piece.r)] > 0)
+    return;
+  if (work.in_windows())
+    join_run(work, piece.r, &stop);
+  if (!stop)
+    --open.runs[piece.work];
+}
+
+void class_clone_ord_and_verif::end_on_failure(const ordering_work &work) const {
+  for (const ordering_run &run : work.runs) {
+    if (!run.failure.empty())
+      context_->frame.program_end_now(run.failure, run.failure_status);
+    for (const window_search &window : run.windows)
+      if (!window.failure.empty())
+        context_->frame.program_end_now(window.failure, window.failure_status);
+  }
+}
+
+bool class_clone_ord_and_verif::compute_all(std::span<const ordering_task> tasks, std::vector<ordering_work> &works,
+                                            const std::function<void(std::size_t)> &finished) {
   process_frame &frame = context_->frame;
   works.assign(tasks.size(), {});
   const bool prepared = run_batch(
@@ -141,22 +144,35 @@ bool class_clone_ord_and_verif::compute_all(std::span<const ordering_task> tasks
   if (!prepared)
     return false;
   const std::vector<search_piece> pieces = pieces_of(works);
-  if (!search_all(works, pieces))
-    return false;
-  std::vector<search_piece> to_join;
-  std::copy_if(pieces.begin(), pieces.end(), std::back_inserter(to_join),
-               [](const search_piece &piece) { return piece.window == 0; });
-  const bool joined = run_batch(
-      static_cast<std::int64_t>(to_join.size()),
+  const auto n_pieces = static_cast<std::int64_t>(pieces.size());
+  const bool runs_only = works.size() == 1 && !works.front().in_windows();
+  open_searches open(works);
+  std::size_t next = 0;
+  const auto finish = [&](std::size_t i) {
+    end_on_failure(works[i]);
+    conclude(works[i]);
+    if (finished)
+      finished(i);
+  };
+  if (options_.t_JK_N >= 1)
+    frame.step_text_set("JK from " + std::to_string(options_.t_JK_N));
+  const bool done = run_batch(
+      n_pieces,
       [&](std::int64_t item, const std::atomic<bool> &stop) {
-        const search_piece &piece = to_join[static_cast<std::size_t>(item) - 1];
-        join_run(*piece.work, piece.r, &stop);
+        search(works, pieces[static_cast<std::size_t>(item) - 1], open, stop);
       },
-      [&](std::int64_t) { frame.yield(); });
-  for (ordering_work &work : works)
-    if (joined)
-      conclude(work);
-  return joined;
+      [&](std::int64_t n_done) {
+        frame.progress(n_done, n_pieces);
+        frame.local_process_text_set(runs_only
+                                         ? "JK" + std::to_string(std::max<std::int64_t>(n_done - 1, 0))
+                                         : "Orders " + std::to_string(n_done) + " from " + std::to_string(n_pieces));
+        while (next < works.size() && open.runs[next] == 0 && !frame.stop_requested_get())
+          finish(next++);
+      });
+  for (; next < works.size(); ++next)
+    if (open.runs[next] == 0)
+      finish(next);
+  return done;
 }
 
 // Adjacency over all runs and the consensus order from it.

@@ -111,7 +111,10 @@ public:
   // Orders all tasks on the worker threads of the settings while the calling thread polls the frame, which shows how
   // many searches are done in panels 2 and 3. False when the user stopped: works that aren't `completed` are to be
   // dropped. What ends the program on a worker thread ends it here.
-  bool compute_all(std::span<const ordering_task> tasks, std::vector<ordering_work> &works);
+  // `finished(i)`: on the calling thread, for each work from 0 as soon as it and all before it are completed; after a
+  // stop for those behind that are completed all the same.
+  bool compute_all(std::span<const ordering_task> tasks, std::vector<ordering_work> &works,
+                   const std::function<void(std::size_t)> &finished = {});
   // Writes the files of a work, shows its messages and logs its lines. The file of the order is given back; empty when
   // the work isn't completed. Throws file_error.
   void write(const ordering_work &work, std::filesystem::path &file_order);
@@ -160,15 +163,23 @@ public:
   static std::string tail_of_files(const ordering_work &work);
 
 private:
-  // A run of a work, whole or a window of it (from 0).
+  // A run of a work (both from 0), whole or a window of it (from 0).
   struct search_piece {
-    ordering_work *work;
+    std::size_t work;
     std::int32_t r, window = whole;
     static constexpr std::int32_t whole = -1;
   };
+  // What is left to be done: pieces of each run, and runs of each work.
+  struct open_searches {
+    explicit open_searches(const std::vector<ordering_work> &works);
+    std::vector<std::vector<std::atomic<std::int32_t>>> pieces;
+    std::vector<std::atomic<std::int32_t>> runs;
+  };
   void prepare(const ordering_task &task, ordering_work &work, const std::atomic<bool> *stop) const;
-  std::vector<search_piece> pieces_of(std::vector<ordering_work> &works) const;
-  bool search_all(std::vector<ordering_work> &works, const std::vector<search_piece> &pieces) const;
+  std::vector<search_piece> pieces_of(const std::vector<ordering_work> &works) const;
+  void search(std::vector<ordering_work> &works, const search_piece &piece, open_searches &open,
+              const std::atomic<bool> &stop) const;
+  void end_on_failure(const ordering_work &work) const;
   void compute_run(ordering_work &work, std::int32_t r, const std::atomic<bool> *stop) const;
   void compute_window(ordering_work &work, std::int32_t r, std::int32_t window, const std::atomic<bool> *stop) const;
   void join_run(ordering_work &work, std::int32_t r, const std::atomic<bool> *stop) const;

@@ -207,6 +207,30 @@ TEST(adaptive_clustering, stopped_run_keeps_what_was_finished) {
   }
 }
 
+// A contig is in the reports as soon as it has its order: a stop among the orders loses the unfinished ones only.
+TEST(adaptive_clustering, a_stop_among_the_orders_keeps_the_finished_contigs) {
+  library_data data;
+  for (int k = 0; k < 6; ++k)
+    add_chain(data, 1 + 300 * k, 12);
+  contig_session whole(data, 8);
+  make_run(whole, {}, true).adaptive_clustering_all_run(whole.database);
+  const lines all = lines_of_file(whole.run() / "report_contigs.txt");
+  ASSERT_EQ(all.size(), 7u);
+  contig_session session(data, 8);
+  bool stop = false;
+  session.on_panel = [&stop](const std::string &text) { stop = stop || text.starts_with("Orders "); };
+  session.on_yield = [&stop] { return stop; };
+  class_contig_adapt_clust run = make_run(session, {}, true);
+  run.adaptive_clustering_all_run(session.database);
+  EXPECT_TRUE(session.frame.was_stopped());
+  const lines kept = lines_of_file(session.run() / "report_contigs.txt");
+  EXPECT_GE(kept.size(), 2u) << "a header and what was finished";
+  EXPECT_TRUE(std::includes(all.begin() + 1, all.end(), kept.begin() + 1, kept.end(),
+                            [&all](const std::string &a, const std::string &b) { // by their places in the whole report
+                              return std::find(all.begin(), all.end(), a) < std::find(all.begin(), all.end(), b);
+                            }));
+}
+
 TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   library_data data;
   add_chain(data, 1, 8);
