@@ -111,8 +111,10 @@ void prepare_run_verb(verb_run &call, project_state &project) {
   call.step("contigs.load")->set("folder", folder.string());
   if (call.step("net.load"))
     take_net_of_run(call, record, results);
-  if (record.value("state", "") == "stopped")
-    project.frame().note("The run was stopped early: clones of clusters that it didn't reach stand alone.");
+  if (const std::string state = record.value("state", "");
+      state == "stopped" || state == "failed" || state == "running")
+    project.frame().alarm("The run is " + state +
+                          ", not complete: clones of clusters that it didn't reach stand alone.");
 }
 
 } // namespace orb

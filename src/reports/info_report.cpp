@@ -184,6 +184,18 @@ report report_on_fingerprints(const fs::path &path) {
   return made;
 }
 
+// By the record in the folder above, where it tells of this run: a run that didn't come to its end.
+static std::string early_end_of_run(const fs::path &folder) {
+  const fs::path run = fs::absolute(folder).lexically_normal();
+  const fs::path whole = run.has_filename() ? run : run.parent_path();
+  const auto record = run_record_read(whole.parent_path() / "run.json");
+  const nlohmann::json outputs = record ? record->value("outputs", nlohmann::json::object()) : nlohmann::json::object();
+  const bool is_its_own = outputs.is_object() && outputs.contains("run_folder") &&
+                          outputs["run_folder"].value("name", "") == whole.filename().string();
+  const std::string state = is_its_own ? record->value("state", "") : "";
+  return state.empty() || state == "complete" ? "" : state;
+}
+
 report report_on_run(process_frame &frame, const fs::path &folder) {
   report made = head_of_report(folder);
   run_folder run;
@@ -214,7 +226,10 @@ report report_on_run(process_frame &frame, const fs::path &folder) {
                      {"width", contig.width},
                      {"tiling path", contig.n_clones_MTP}});
   made["table of contigs"] = std::move(table);
-  made["check"] = "whole; lists, tiling paths and coordinates read back";
+  const std::string early = early_end_of_run(folder);
+  made["check"] =
+      (early.empty() ? "whole" : "NOT whole: the run is " + early + ", and clusters that it didn't reach lack") +
+      "; lists, tiling paths and coordinates read back";
   return made;
 }
 
