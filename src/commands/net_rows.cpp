@@ -105,6 +105,24 @@ void answer_ahead_of_text_net(project_state &project, const text_net_parameters 
   answer_ahead(project, "All overlaps?", true);
 }
 
+// What a stopped run has written stays. Its last clone may lack some of its overlaps.
+void tell_unfinished_text(project_state &project, const text_net_parameters &p, command_result &result) {
+  std::error_code failed;
+  if (p.parts.value_or(false) || !fs::is_regular_file(p.out, failed))
+    return;
+  line_reader lines(p.out);
+  std::string_view line;
+  std::string last;
+  while (lines.next(line))
+    if (line.starts_with("clone\t"))
+      last = line.substr(6, line.find('\t', 6) - 6);
+  if (last.empty())
+    return;
+  result.file("text_net", p.out);
+  project.frame().alarm("Text net " + p.out.string() + " is written up to clone " + last + ". --start " + last +
+                        " with another --text goes on from there; orb textnet read joins both from one folder.");
+}
+
 // The long way over a text net, for resuming, merging and reading by people. The net is that text read back; a text
 // that began behind clone 1 has one only when the parts before lie in the same folder.
 command_result run_create_text(project_state &project, const text_net_parameters &p) {
@@ -121,8 +139,11 @@ command_result run_create_text(project_state &project, const text_net_parameters
     net_was_made(project, "net.create_text", project.rule());
     settle_use_of_net(project);
   }
-  if (!made || !summary.completed)
-    return stopped_or_failed(project);
+  if (!made || !summary.completed) {
+    command_result result = stopped_or_failed(project);
+    tell_unfinished_text(project, p, result);
+    return result;
+  }
   command_result result;
   result.file("text_net", summary.text_file);
   frame.note("Text net: " + summary.text_file.string());
