@@ -211,6 +211,7 @@ void process_frame::yield() {
 bool process_frame::long_time_question() {
   question asked;
   asked.text = "This process is long.\r\nIt can take some hours.\r\nContinue?";
+  asked.explanation = "Ctrl-C ends it later too; what is finished by then stays.";
   asked.by_default = answer::yes;
   return ask(asked) != answer::no;
 }

@@ -87,6 +87,8 @@ bool class_list_of_clones::run_reading_file_with_list_of_clones(std::filesystem:
     stop.text = "Clone (" + std::to_string(i) + ") " + names[i] + " not found!\rDo You want to stop the program?";
     stop.by_default = stop.to_go_on = answer::no;
     stop.marks_failure = true;
+    stop.explanation = "The list names a clone that the library doesn't have. No leaves the name out and goes on; the "
+                       "command ends with status 1 all the same.";
     if (frame_.yes(stop))
       throw program_end(stop.text, exit_status::run_failed);
     ++n_unknown;

@@ -162,13 +162,4 @@ std::string text_of_contigs(const contig_figures &figures, const std::string &ba
   return text;
 }
 
-void record_contigs(const contig_figures &figures, run_record &record) {
-  record.result_set("contigs", figures.contigs.size());
-  record.result_set("clones_in_contigs", figures.n_clones_in_contigs);
-  record.result_set("heaps", figures.n_heaps);
-  record.result_set("clones_in_heaps", figures.n_clones_in_heaps);
-  record.result_set("clones_alone", figures.n_clones_alone);
-  record.result_set("N50_bands", figures.N50_bands);
-}
-
 } // namespace orb

@@ -28,6 +28,5 @@ contig_figures contig_figures_of(const run_folder &run, std::int32_t min_size, s
 std::int32_t N50_of_lengths(std::vector<std::int32_t> lengths);
 // `band_length`: a line on the base pairs of a band; empty: none.
 std::string text_of_contigs(const contig_figures &figures, const std::string &band_length = {});
-void record_contigs(const contig_figures &figures, run_record &record);
 
 } // namespace orb

@@ -16,6 +16,7 @@ TEST_F(program_options, quiet_and_verbose_say_less_and_more) {
   EXPECT_TRUE(plain.err.starts_with("[1/2] load: 423 clones, 24,358 bands (57.6 a clone); tolerance 12, index 1, gel "
                                     "length 60000, n-bands 2250; exact copies dropped: 3 of 426 records ("))
       << plain.err;
+  EXPECT_NE(verbose.err.find("[1/2] load: 423 clones, "), std::string::npos) << verbose.err;
   EXPECT_EQ(std::count(plain.err.begin(), plain.err.end(), '\n'), 4) << "two stages, saved, closing: " << plain.err;
   EXPECT_NE(plain.err.find(closing), std::string::npos) << plain.err;
   const std::string in_detail[]{"Load DB from sizes folder\n", "library.load done\n",

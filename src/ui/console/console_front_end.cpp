@@ -70,7 +70,7 @@ std::string for_terminal(const std::string &text) {
 }
 
 console::console(const console_manner &manner, answer_book &book)
-    : manner_(manner), book_(book), stage_(manner.quiet || manner.verbose) {
+    : manner_(manner), book_(book), stage_(!manner.quiet, !manner.verbose) {
   std::ios::sync_with_stdio(false); // so that `in_avail` knows what was read ahead
 }
 

@@ -41,7 +41,8 @@ std::string clipped(const std::string &text, int columns) {
   return text.substr(0, end);
 }
 
-stage_line::stage_line(bool quiet) : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0) {}
+stage_line::stage_line(bool lines, bool progress)
+    : lines_(lines), progress_(lines && progress), terminal_(isatty(STDERR_FILENO) != 0) {}
 
 void stage_line::begin(int i, int n, const std::string &name) {
   label_ = fmt::format("[{}/{}] {}", i, n, name);
@@ -67,7 +68,7 @@ void stage_line::counter(const std::string &text) {
 
 void stage_line::end(const std::string &summary) {
   clear();
-  if (!quiet_ && !label_.empty())
+  if (lines_ && !label_.empty())
     std::fprintf(stderr, "%s: %s (%s)\n", label_.c_str(), summary.empty() ? "done" : summary.c_str(),
                  text_of_time(seconds_since(stage_began_)).c_str());
   label_.clear();
@@ -91,7 +92,7 @@ std::string stage_line::text_of_progress() const {
 }
 
 void stage_line::draw() {
-  if (quiet_ || label_.empty())
+  if (!progress_ || label_.empty())
     return;
   constexpr auto between_drawings = std::chrono::milliseconds(100);
   constexpr auto between_lines = std::chrono::minutes(1);

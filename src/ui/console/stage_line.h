@@ -10,7 +10,8 @@ namespace orb {
 
 class stage_line {
 public:
-  explicit stage_line(bool quiet);
+  // Neither when `lines` is off; without `progress` only the last line of each stage.
+  stage_line(bool lines, bool progress);
 
   // Stage i of n, both from 1.
   void begin(int i, int n, const std::string &name);
@@ -28,7 +29,7 @@ private:
   void draw();
   std::string text_of_progress() const;
 
-  bool quiet_, terminal_;
+  bool lines_, progress_, terminal_;
   bool is_open_ = false; // a line stands on the terminal
   std::string label_, counter_;
   std::int64_t done_ = 0, total_ = 0;
