@@ -8,6 +8,7 @@
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "contigs/run_folder.h"
+#include "contigs/run_reports.h"
 #include "database/class_DB_of_clones.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -303,9 +304,24 @@ private:
   command_result contigs() {
     stages_.begin("contigs");
     record_.stage_start("contigs");
+    // the folder is in the record before the first contig is in it, so that a killed run can be gone on with too
+    const fs::path folder = kept_run_folder();
+    record_.output_set("run_folder", folder);
+    record_file_.save(record_);
+    call_.step("contigs.assemble")->set("continue", folder.string());
     const command_result end = step("contigs.assemble");
     record_.stage_end();
     return end;
+  }
+
+  fs::path kept_run_folder() {
+    const nlohmann::json outputs = record_.json()["outputs"];
+    const auto entry = outputs.find("run_folder");
+    const std::string name = entry != outputs.end() ? entry->value("name", "") : "";
+    if (std::error_code failed; name.empty() || !fs::is_directory(out_ / name, failed))
+      return make_run_folder(project_.frame(), out_);
+    project_.frame().note("Contigs that are finished in " + name + " stay.");
+    return out_ / name;
   }
 
   void tell_kept(const std::string &what) {

@@ -99,7 +99,7 @@ namespace {
 // The form of adaptive clustering, with its own defaults.
 struct assemble_parameters {
   static constexpr std::int32_t any_number = std::numeric_limits<std::int32_t>::max();
-  fs::path out;
+  fs::path out, folder_to_continue;
   std::int32_t n_clones_max = 1200, minimal_cluster_size = 6, width_max = 1, n_steps = 6;
   double step_cutoff = 3;
   bool excluding_branching = false;
@@ -112,6 +112,10 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
   constexpr double most = 2000000000;
   const char *group = "Contigs";
   list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
+  list.add("continue", p.folder_to_continue,
+           "folder of the run in place of a new one; one where a run of the same library, net and parameters was "
+           "stopped is gone on with")
+      .type("RUN");
   list.add("max-clones", p.n_clones_max, "a larger cluster is cut")
       .captioned("N clones in cluster >")
       .limits(1, most)
@@ -171,6 +175,7 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
                             p.excluding_branching, p.rank_relative_to_diam_path, p.minimal_branch_size);
   clust.detail_control_set(!p.files.no_ordering);
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
+  clust.folder_to_continue_set(p.folder_to_continue);
   clust.adaptive_clustering_all_run(project.database());
   const adapt_clust_result &found = clust.result();
   contig_figures figures = contig_figures_of(found, p.minimal_cluster_size);

@@ -125,6 +125,7 @@ command_result evaluate(project_state &project, const evaluate_parameters &p) {
   if (!made.Q_file.empty())
     result.inputs.push_back(made.Q_file);
   result.parameter("run", made.run.folder.string());
+  tell_unfinished_run(frame, fs::absolute(sources.run).lexically_normal().parent_path());
   result.parameter("genome_length", sources.genome_length);
   if (!p.output.out.empty()) {
     if (!write_evaluation(frame, made))

@@ -134,6 +134,13 @@ fs::path folder_of_run(project_state &project, const fs::path &given) {
   return newest;
 }
 
+void tell_unfinished_run(process_frame &frame, const fs::path &folder) {
+  const auto record = run_record_read(folder / "run.json");
+  const std::string state = record ? record->value("state", "") : "";
+  if (state == "stopped" || state == "failed" || state == "running")
+    frame.alarm("The run is " + state + ", not complete: clones of clusters that it didn't reach stand alone.");
+}
+
 void describe_output(parameter_list &list, output_wishes &wishes, const char *type, bool needed) {
   parameter_row &out = list.add("out", wishes.out, "where the result goes").type(type);
   if (needed)

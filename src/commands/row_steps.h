@@ -45,6 +45,9 @@ bool is_as_recorded(project_state &project, const std::filesystem::path &file);
 // is neither. Throws file_error when nothing is there.
 std::filesystem::path folder_of_run(project_state &project, const std::filesystem::path &given);
 
+// Says so where the record in this folder tells of an assembly that is stopped, failed or running.
+void tell_unfinished_run(process_frame &frame, const std::filesystem::path &folder);
+
 // Answers a question of the work by an option.
 void answer_ahead(project_state &project, const char *prompt_start, bool yes);
 

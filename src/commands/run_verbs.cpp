@@ -111,10 +111,7 @@ void prepare_run_verb(verb_run &call, project_state &project) {
   call.step("contigs.load")->set("folder", folder.string());
   if (call.step("net.load"))
     take_net_of_run(call, record, results);
-  if (const std::string state = record.value("state", "");
-      state == "stopped" || state == "failed" || state == "running")
-    project.frame().alarm("The run is " + state +
-                          ", not complete: clones of clusters that it didn't reach stand alone.");
+  tell_unfinished_run(project.frame(), results);
 }
 
 } // namespace orb

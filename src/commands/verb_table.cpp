@@ -49,7 +49,7 @@ step net_save(std::optional<project_part> if_there = {}) {
 
 // A cluster is cut where it isn't linear, not for being large: the form's limit is one for slow machines.
 step contigs() {
-  return {"contigs.assemble", "contigs", {}, {}, {}, {}, {{"max-clones", "none"}}};
+  return {"contigs.assemble", "contigs", {{"continue", ""}}, {}, {}, {}, {{"max-clones", "none"}}};
 }
 
 std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {

@@ -87,8 +87,11 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
     frame.process_start(process_name);
     open_contig_folder_and_reports(reports);
     work(reports);
-    reports.close();
     ended_early = stopped();
+    if (ended_early)
+      reports.close();
+    else
+      reports.end_here();
   } catch (...) {
     frame.process_aborted();
     throw;
@@ -109,7 +112,7 @@ void class_contig_adapt_clust::in_a_process(const std::string &process_name, con
 }
 
 void class_contig_adapt_clust::open_contig_folder_and_reports(run_reports &reports) {
-  reports.open(signif_->context().frame);
+  reports.open(signif_->context().frame, folder_to_continue_);
   signif_->context().frame.working_folder_set(reports.folder_contigs);
   result_.folder = reports.folder_contigs;
 }

@@ -17,6 +17,7 @@
 #include "contigs/contig_tables.h"
 #include "contigs/retained_tiling_path.h"
 #include "contigs/run_reports.h"
+#include "ordering/found_order.h"
 
 namespace orb {
 
@@ -88,6 +89,9 @@ public:
                            std::int32_t rank_relative_to_diam_path, std::int32_t minimal_branch_size);
   void detail_control_set(bool on) { detail_control_ = on; }
   void print_all_dist_on_set(bool on) { print_all_dist_on_ = on; }
+  // The next run works in this folder, in which a stopped one of the same library, net and parameters may have left its
+  // files: it takes the orders that are there and makes all else again, so that all ends as if nothing had happened.
+  void folder_to_continue_set(std::filesystem::path folder) { folder_to_continue_ = std::move(folder); }
   double cutoff_curent_get(std::int32_t level) const;
 
   // The runs below do nothing while another process runs. All of them make a new folder with reports in the working
@@ -187,6 +191,8 @@ private:
   bool is_to_be_ordered(const cluster_test &test) const;
   void report_cluster(const tested_cluster &tested, run_reports &reports);
   void take_order(class_clone_ord_and_verif &orderer, const ordering_work &work, tested_cluster &tested);
+  void take_earlier_order(const ordering_task &task, tested_cluster &tested);
+  void note_order(const found_order &found, tested_cluster &tested);
   void count_gaps_of_order(tested_cluster &tested);
   cluster_row row_of_test(const cluster_test &test) const;
   void print_contig_into_common_files(const tested_cluster &tested, const std::string &row, run_reports &reports);
@@ -196,6 +202,7 @@ private:
   class_clone_net_signif *signif_;
   overlap_rule rule_; // of the run: with the cutoff of level 0
   contig_files files_;
+  std::filesystem::path folder_to_continue_;
   given_clusters_answers answers_;
   std::vector<tested_cluster> tested_;
   std::int32_t n_to_be_ordered_ = 0; // of these

@@ -240,10 +240,10 @@ ordering_task class_contig_analysis::detail_control_task(std::uint64_t number) c
   return task;
 }
 
-void class_contig_analysis::detail_control_done(const ordering_work &work) {
-  order_ORB_ = class_clone_ord_and_verif::order_of(work);
+void class_contig_analysis::detail_control_done(const found_order &found) {
+  order_ORB_ = found.order;
   class_clone_ord_and_verif::create_list_of_clones_after_ordering(list_of_clones_, list_of_clones_.count(),
-                                                                  work.clone_is_not_excluded, order_ORB_,
+                                                                  found.clone_is_not_excluded, order_ORB_,
                                                                   list_NoBuriedInit_, list_NoBuriedORB_);
   order_init_ = number_list::range(1, list_NoBuriedInit_.count());
 }
@@ -257,7 +257,7 @@ bool class_contig_analysis::detail_control_of_clone_ordering(const ordering_opti
     return false;
   std::filesystem::path file_order;
   orderer.write(works.front(), file_order);
-  detail_control_done(works.front());
+  detail_control_done(found_order_of(works.front()));
   return true;
 }
 

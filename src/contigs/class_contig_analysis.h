@@ -12,7 +12,7 @@
 #include "clustering/class_clustering.h"
 #include "metrics/overlap_rule.h"
 #include "net/class_clone_net_signif.h"
-#include "ordering/class_clone_ord_and_verif.h"
+#include "ordering/found_order.h"
 
 namespace orb {
 
@@ -97,7 +97,7 @@ public:
   // The same in two steps, so that contigs can be ordered side by side: what is to be computed, and what is done with
   // the result. `number`: of the contig, for its generators.
   ordering_task detail_control_task(std::uint64_t number) const;
-  void detail_control_done(const ordering_work &work);
+  void detail_control_done(const found_order &found);
   const number_list &list_NoBuriedInit() const { return list_NoBuriedInit_; }
   const number_list &list_NoBuriedORB() const { return list_NoBuriedORB_; }
 

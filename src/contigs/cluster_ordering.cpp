@@ -24,8 +24,13 @@ void class_contig_adapt_clust::report_tested_clusters(run_reports &reports) {
   for (std::size_t i = 0; i < tested_.size(); ++i) {
     if (!tested_[i].to_be_ordered)
       continue;
+    ordering_task task = tested_[i].contig->detail_control_task(static_cast<std::uint64_t>(tested_[i].row.id));
+    if (!folder_to_continue_.empty())
+      take_earlier_order(task, tested_[i]);
+    if (tested_[i].is_ordered)
+      continue;
     to_be_ordered.push_back(i);
-    tasks.push_back(tested_[i].contig->detail_control_task(static_cast<std::uint64_t>(tested_[i].row.id)));
+    tasks.push_back(std::move(task));
   }
   std::size_t reported = 0; // of tested_, in their sequence
   const auto report_up_to = [&](std::size_t end) {
@@ -58,14 +63,23 @@ void class_contig_adapt_clust::take_order(class_clone_ord_and_verif &orderer, co
                                           tested_cluster &tested) {
   std::filesystem::path file_order;
   orderer.write(work, file_order);
-  tested.contig->detail_control_done(work);
+  note_order(found_order_of(work), tested);
+}
+
+void class_contig_adapt_clust::take_earlier_order(const ordering_task &task, tested_cluster &tested) {
+  if (const auto found = read_found_order(task, signif_->context().database, files_.ordering.t_JK_N))
+    note_order(*found, tested);
+}
+
+void class_contig_adapt_clust::note_order(const found_order &found, tested_cluster &tested) {
+  tested.contig->detail_control_done(found);
   count_gaps_of_order(tested);
   tested.is_ordered = true;
-  if (!work.in_windows() || !tested.analysed)
+  if (found.n_windows == 0 || !tested.analysed)
     return;
   ++result_.windows.n_contigs;
-  result_.windows.n_joins += static_cast<std::int32_t>(work.windows.size()) - 1;
-  result_.windows.n_weak_joins += work.n_weak_joins();
+  result_.windows.n_joins += found.n_windows - 1;
+  result_.windows.n_weak_joins += found.n_weak_joins;
 }
 
 void class_contig_adapt_clust::count_gaps_of_order(tested_cluster &tested) {

@@ -35,23 +35,39 @@ std::vector<std::string_view> fields_of(std::string_view line) {
 
 } // namespace
 
-void run_reports::open(process_frame &frame) {
+std::filesystem::path make_run_folder(process_frame &frame, const std::filesystem::path &in) {
   const std::string base = "ORB_contigs_" + frame.clock().date_and_time_string();
   std::string name = base;
-  for (int k = 2; !create_new_folder(frame.working_folder_get() / name); ++k)
+  for (int k = 2; !create_new_folder(in / name); ++k)
     name = base + "_" + std::to_string(k);
-  folder_contigs = frame.working_folder_get() / name;
   frame.log_line("Contigs folder created: " + name);
+  return in / name;
+}
+
+void run_reports::open(process_frame &frame, const std::filesystem::path &folder) {
+  folder_contigs = folder.empty() ? make_run_folder(frame, frame.working_folder_get()) : folder;
+  create_folder(folder_contigs);
   folder_heaps = folder_contigs / heaps_folder_name;
   create_new_folder(folder_heaps);
-  contigs = growing_file(folder_contigs / report_contigs_name, true);
+  if (!folder.empty())
+    for (const auto &entry : std::filesystem::directory_iterator(folder))
+      if (entry.is_directory())
+        remove_stale_temporaries(entry.path());
+  open_files(!folder.empty());
   contigs.line(cluster_report_header());
-  clusters = growing_file(folder_contigs / report_clusters_name, true);
   clusters.line(cluster_report_header());
-  clones_in_MTP = growing_file(folder_contigs / "clones_in_MTP.txt", true);
-  clones_in_MTP_details = growing_file(folder_contigs / "clones_in_MTP_details.txt", true);
-  clones_in_MTP_and_bridges = growing_file(folder_contigs / "clones_in_MTP_and_bridges.txt", true);
   flush();
+}
+
+void run_reports::open_files(bool continued) {
+  const auto opened = [&](const char *name) {
+    return continued ? growing_file::continued(folder_contigs / name) : growing_file(folder_contigs / name, true);
+  };
+  contigs = opened(report_contigs_name);
+  clusters = opened(report_clusters_name);
+  clones_in_MTP = opened("clones_in_MTP.txt");
+  clones_in_MTP_details = opened("clones_in_MTP_details.txt");
+  clones_in_MTP_and_bridges = opened("clones_in_MTP_and_bridges.txt");
 }
 
 void run_reports::flush() {
@@ -64,6 +80,11 @@ void run_reports::close() {
   for (growing_file *file : {&contigs, &clusters, &clones_in_MTP, &clones_in_MTP_details, &clones_in_MTP_and_bridges})
     if (file->is_open())
       file->close();
+}
+
+void run_reports::end_here() {
+  for (growing_file *file : {&contigs, &clusters, &clones_in_MTP, &clones_in_MTP_details, &clones_in_MTP_and_bridges})
+    file->end_here();
 }
 
 std::string cluster_report_header() {

@@ -24,12 +24,19 @@ struct run_reports {
   std::filesystem::path folder_heaps;   // in it, for clusters below the minimal size
   growing_file contigs, clusters, clones_in_MTP, clones_in_MTP_details, clones_in_MTP_and_bridges;
 
-  // Makes a new folder "ORB_contigs_" + date in the working folder, with "_2" and so on when there is one already.
-  // Throws file_error.
-  void open(process_frame &frame);
+  // In a new folder; or, when `folder` isn't empty, in this one, where a stopped run may have left its reports: they
+  // are continued. Throws file_error.
+  void open(process_frame &frame, const std::filesystem::path &folder = {});
   void flush(); // after each cluster
-  void close();
+  void close(); // of a run that was stopped: what an earlier one wrote behind its end stays
+  void end_here();
+
+private:
+  void open_files(bool continued);
 };
+
+// Makes a folder "ORB_contigs_" + date in a folder, with "_2" and so on when there is one already. Throws file_error.
+std::filesystem::path make_run_folder(process_frame &frame, const std::filesystem::path &in);
 
 // Cluster report: header, a row, and a row read back (false: damaged; `why` says what is wrong with it).
 std::string cluster_report_header();

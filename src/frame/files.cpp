@@ -154,22 +154,38 @@ growing_file::growing_file(const std::filesystem::path &path, bool buffered) : p
     fail("can't write", path_, errno);
 }
 
+growing_file growing_file::continued(const std::filesystem::path &path) {
+  growing_file file;
+  file.path_ = path;
+  file.buffered_ = true;
+  file.descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  if (file.descriptor_ < 0)
+    fail("can't write", path, errno);
+  file.former_ = file_bytes(path);
+  return file;
+}
+
 growing_file::~growing_file() {
   if (descriptor_ < 0)
     return;
-  write_whole(descriptor_, buffer_); // `close` is for those who want to know whether it worked
+  try {
+    flush(); // `close` is for those who want to know whether it worked
+  } catch (const file_error &) {
+  }
   ::close(descriptor_);
 }
 
 growing_file::growing_file(growing_file &&other) noexcept
     : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)), buffered_(other.buffered_),
-      buffer_(std::move(other.buffer_)) {}
+      buffer_(std::move(other.buffer_)), former_(std::move(other.former_)), n_passed_(other.n_passed_) {}
 
 growing_file &growing_file::operator=(growing_file &&other) noexcept {
   std::swap(path_, other.path_);
   std::swap(descriptor_, other.descriptor_);
   std::swap(buffered_, other.buffered_);
   std::swap(buffer_, other.buffer_);
+  std::swap(former_, other.former_);
+  std::swap(n_passed_, other.n_passed_);
   return *this;
 }
 
@@ -185,10 +201,36 @@ void growing_file::line(std::string_view text) {
 void growing_file::flush() {
   if (descriptor_ < 0)
     fail("can't write", path_, EBADF);
+  if (!former_.empty())
+    pass_over_what_is_there();
   const int error = write_whole(descriptor_, buffer_);
   buffer_.clear();
   if (error != 0)
     fail("can't write", path_, error);
+}
+
+void growing_file::pass_over_what_is_there() {
+  const std::size_t n = std::min(buffer_.size(), former_.size() - n_passed_);
+  const auto begin = former_.begin() + static_cast<std::ptrdiff_t>(n_passed_);
+  const auto differs = std::mismatch(begin, begin + static_cast<std::ptrdiff_t>(n), buffer_.begin()).second;
+  n_passed_ += static_cast<std::size_t>(differs - buffer_.begin());
+  buffer_.erase(buffer_.begin(), differs);
+  if (buffer_.empty() && n_passed_ < former_.size())
+    return;
+  cut(n_passed_);
+}
+
+void growing_file::cut(std::size_t length) {
+  former_.clear();
+  if (::ftruncate(descriptor_, static_cast<off_t>(length)) != 0)
+    fail("can't write", path_, errno);
+}
+
+void growing_file::end_here() {
+  flush();
+  if (!former_.empty())
+    cut(n_passed_);
+  close();
 }
 
 void growing_file::close() {

@@ -69,10 +69,13 @@ private:
 
 // A file that grows while a run goes on (run reports, text net): every line is on disk when `line` returns, unless
 // `buffered` is asked for, in which case `flush` and the end of its life see to it.
+// One that is `continued` holds what a stopped run wrote. The run that goes on writes all of it again: what is there
+// already is passed over, so that nothing is ever missing, and from the first difference on the file is written anew.
 class growing_file {
 public:
   growing_file() = default;
   explicit growing_file(const std::filesystem::path &path, bool buffered = false); // emptied when it exists
+  static growing_file continued(const std::filesystem::path &path);                // buffered; made when it isn't there
   ~growing_file();
   growing_file(growing_file &&) noexcept;
   growing_file &operator=(growing_file &&) noexcept;
@@ -81,12 +84,18 @@ public:
   void line(std::string_view text); // text and CR LF
   void flush();
   void close();
+  void end_here(); // nothing of an earlier run stands behind what was written; then closes
 
 private:
+  void pass_over_what_is_there();
+  void cut(std::size_t length);
+
   std::filesystem::path path_;
   int descriptor_ = -1;
   bool buffered_ = false;
   std::string buffer_;
+  std::string former_;       // bytes of an earlier run
+  std::size_t n_passed_ = 0; // of these
 };
 
 // A file that is needed for a while: gone with the object. An empty path is none.

@@ -160,7 +160,7 @@ public:
   static std::string print_order_control(const ordering_work &work, std::int32_t r, const class_DB_of_clones &database);
   static std::string solution_text(const ordering_work &work, const class_DB_of_clones &database);
   // NAME_METRIC_CfCUTOFF_pABSORB.txt
-  static std::string tail_of_files(const ordering_work &work);
+  static std::string tail_of_files(const ordering_task &task);
 
 private:
   // A run of a work (both from 0), whole or a window of it (from 0).

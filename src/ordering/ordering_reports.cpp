@@ -133,9 +133,9 @@ void write_text(const std::filesystem::path &path, const std::string &text) {
 
 } // namespace
 
-std::string class_clone_ord_and_verif::tail_of_files(const ordering_work &work) {
-  return work.task.name + "_" + class_clone_dist_general::name_of_cutoff_distance(work.task.rule.distance_index) +
-         "_Cf" + number_text(work.task.rule.cutoff, 1) + "_p" + number_text(work.task.rule.burying, 2) + ".txt";
+std::string class_clone_ord_and_verif::tail_of_files(const ordering_task &task) {
+  return task.name + "_" + class_clone_dist_general::name_of_cutoff_distance(task.rule.distance_index) + "_Cf" +
+         number_text(task.rule.cutoff, 1) + "_p" + number_text(task.rule.burying, 2) + ".txt";
 }
 
 std::string class_clone_ord_and_verif::print_order_control(const ordering_work &work, std::int32_t r,
@@ -210,7 +210,7 @@ void class_clone_ord_and_verif::write(const ordering_work &work, std::filesystem
     if (!run.report.message.empty())
       frame.message(run.report.message);
   }
-  const std::string tail = tail_of_files(work);
+  const std::string tail = tail_of_files(work.task);
   const class_DB_of_clones &database = context_->database;
   if (work.task.flag)
     write_distance_files(work, folder);

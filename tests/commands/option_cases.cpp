@@ -538,6 +538,7 @@ run: contigs.assemble
 [small new-net]
 run: contigs.assemble ordering-steps=1000
   out=o -> folder
+  continue=o -> folder
   no-ordering=yes -> folder
   no-pair-tables=yes -> folder
   from-net-only=yes -> *All_dist_cl_1.txt

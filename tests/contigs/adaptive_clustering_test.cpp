@@ -231,6 +231,82 @@ TEST(adaptive_clustering, a_stop_among_the_orders_keeps_the_finished_contigs) {
                             }));
 }
 
+// Contigs and heaps that touch nothing, chains too wide for one level, and a contig long enough for windows.
+library_data mixed_library() {
+  library_data data;
+  for (int k = 0; k < 5; ++k)
+    add_chain(data, 1 + 400 * k, 12);
+  add_chain(data, 2501, 4);
+  for (int twist = 0; twist < 3; ++twist)
+    add_chain(data, 3001 + 7 * twist, 9, 20, 4 + twist);
+  add_chain(data, 5001, 520, 40, 5);
+  return data;
+}
+
+std::map<std::string, std::string> bytes_of_files(const std::filesystem::path &run) {
+  std::map<std::string, std::string> found;
+  for (const auto &entry : std::filesystem::recursive_directory_iterator(run))
+    if (entry.is_regular_file())
+      found[std::filesystem::relative(entry.path(), run).string()] = orb::file_bytes(entry.path());
+  return found;
+}
+
+std::map<std::string, std::filesystem::file_time_type> times_of_orders(const std::filesystem::path &run) {
+  std::map<std::string, std::filesystem::file_time_type> found;
+  for (const auto &entry : std::filesystem::recursive_directory_iterator(run))
+    if (entry.path().filename().string().starts_with("ORB_order_"))
+      found[entry.path().filename()] = entry.last_write_time();
+  return found;
+}
+
+// Whatever a run was doing when it was stopped, the one that goes on in its folder leaves what an undisturbed one does,
+// takes each order that is there, and loses no row meanwhile.
+TEST(adaptive_clustering, a_stopped_run_is_gone_on_with) {
+  const pinned_clock clock(1700000000);
+  const library_data data = mixed_library();
+  slow_parameters parameters;
+  parameters.n_clones_max = 1000;
+  contig_session whole(data, 8);
+  class_contig_adapt_clust undisturbed = make_run(whole, parameters, true);
+  undisturbed.adaptive_clustering_all_run(whole.database);
+  ASSERT_TRUE(undisturbed.result().completed);
+  ASSERT_GE(undisturbed.result().windows.n_contigs, 1);
+  const auto wanted = bytes_of_files(whole.run());
+  bool came_to_its_end = false;
+  for (int n_yields = 2; !came_to_its_end; n_yields = n_yields * 5 / 3 + 1) {
+    contig_session session(data, 8);
+    int yields = 0;
+    session.on_yield = [&] { return ++yields > n_yields; };
+    make_run(session, parameters, true).adaptive_clustering_all_run(session.database);
+    const std::filesystem::path folder = session.run();
+    came_to_its_end = !session.frame.was_stopped();
+    if (came_to_its_end)
+      for (const auto &entry : std::filesystem::directory_iterator(folder / "cl_2"))
+        if (entry.path().filename().string().starts_with("ORB_order_"))
+          std::filesystem::remove(entry.path()); // as if killed before it
+    const auto rows = [&folder] { return lines_of_file(folder / "report_clusters.txt").size(); };
+    const std::size_t n_rows = rows();
+    std::size_t least_rows = n_rows;
+    const auto orders = times_of_orders(folder);
+    contig_session later(data, 8); // as if in another process
+    later.on_panel = [&](const std::string &) { least_rows = std::min(least_rows, rows()); };
+    class_contig_adapt_clust run = make_run(later, parameters, true);
+    run.folder_to_continue_set(folder);
+    run.adaptive_clustering_all_run(later.database);
+    ASSERT_TRUE(run.result().completed) << n_yields;
+    EXPECT_EQ(least_rows, n_rows) << n_yields;
+    const auto orders_now = times_of_orders(folder);
+    for (const auto &[name, time] : orders)
+      EXPECT_TRUE(orders_now.at(name) == time) << name << " was searched again";
+    EXPECT_EQ(run.result().windows.n_joins, undisturbed.result().windows.n_joins);
+    EXPECT_EQ(run.result().windows.n_weak_joins, undisturbed.result().windows.n_weak_joins);
+    const auto found = bytes_of_files(folder);
+    EXPECT_EQ(found.size(), wanted.size());
+    for (const auto &[name, bytes] : wanted)
+      EXPECT_TRUE(found.contains(name) && found.at(name) == bytes) << name << " after " << n_yields;
+  }
+}
+
 TEST(adaptive_clustering, a_failing_file_leaves_cutoff_and_process_in_order) {
   library_data data;
   add_chain(data, 1, 8);

@@ -166,6 +166,30 @@ TEST(growing_file, lines_are_on_disk_at_once_unless_buffered) {
   EXPECT_THROW(buffered.line("3"), file_error);
 }
 
+TEST(growing_file, continued_it_passes_over_what_is_there) {
+  const temporary_folder folder;
+  const auto continued = [&](const std::string &former, const std::vector<std::string> &lines, bool to_its_end) {
+    const std::filesystem::path path = folder.write("g", former);
+    growing_file file = growing_file::continued(path);
+    for (const std::string &line : lines) {
+      file.line(line);
+      file.flush();
+    }
+    if (to_its_end)
+      file.end_here();
+    else
+      file.close();
+    return file_bytes(path);
+  };
+  const std::string both = "one\r\ntwo\r\n";
+  for (const char *former : {"", "o", "one\r", "one\r\n", "one\r\ntw", "one\r\ntwo\r\n", "other\r\nthing\r\nmore\r\n"})
+    for (const bool to_its_end : {false, true})
+      EXPECT_EQ(continued(former, {"one", "two"}, to_its_end), both) << former;
+  EXPECT_EQ(continued(both + "three\r\n", {"one"}, false), both + "three\r\n") << "stopped again";
+  EXPECT_EQ(continued(both + "three\r\n", {"one"}, true), "one\r\n");
+  EXPECT_EQ(continued(both, {}, true), "");
+}
+
 TEST(checksums, known_value_and_continuation) {
   const temporary_folder folder;
   const file_checksum sum = checksum_of_file(folder.write("c", "123456789"));

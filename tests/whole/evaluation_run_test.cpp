@@ -96,6 +96,11 @@ TEST_F(evaluation, damage_is_noticed_and_named) {
       << without.out;
   write_bytes(folder / "Q", "EC001D05\n");
   EXPECT_EQ(measures("made", "--q-clones Q")["measures"]["Q_clones"]["listed"], 1);
+  std::string record = bytes_of(folder / "made/run.json");
+  record.replace(record.find("\"complete\""), 10, "\"stopped\"");
+  write_bytes(folder / "made/run.json", record);
+  const outcome stopped = orb("evaluate made --truth " + example + "/truth.tsv");
+  EXPECT_NE(stopped.err.find("The run is stopped, not complete"), std::string::npos) << stopped.err;
 }
 
 TEST_F(evaluation, wrong_inputs_are_refused) {

@@ -143,6 +143,36 @@ TEST_F(kept_results, a_killed_assembly_goes_on_to_the_same_bytes) {
   EXPECT_GE(n_killed, 3);
 }
 
+TEST_F(kept_results, an_assembly_killed_among_its_contigs_goes_on_in_their_folder) {
+  const auto all_files = [](const fs::path &place) {
+    std::map<std::string, std::string> files;
+    for (const fs::directory_entry &entry : fs::recursive_directory_iterator(place))
+      if (const std::string name = entry.path().filename().string();
+          entry.is_regular_file() && name != "run.json" && name != "ORB.log")
+        files[fs::relative(entry.path(), place).string()] = bytes_of(entry.path());
+    return files;
+  };
+  ASSERT_EQ(orb("assemble " + example + " --out whole", pinned).status, 0);
+  const auto wanted = all_files(folder / "whole");
+  std::vector<std::string> moments;
+  for (const auto &[name, bytes] : wanted)
+    if (name.find("ORB_order_") != std::string::npos || name.find("/report_") != std::string::npos)
+      moments.push_back(name);
+  ASSERT_GE(moments.size(), 4u);
+  int n_killed = 0;
+  for (const std::string &moment : moments) {
+    fs::remove_all(folder / "d");
+    const outcome killed = orb("assemble " + example + " --out d",
+                               "true; (for i in $(seq 4000); do [ -e 'd/" + moment +
+                                   "' ] && break; sleep 0.001; done; kill -9 $$) & " + pinned + " exec");
+    n_killed += killed.status == 256 + 9;
+    const outcome resumed = orb("assemble " + example + " --out d --resume", pinned);
+    EXPECT_EQ(resumed.status, 0) << moment << resumed.err;
+    EXPECT_TRUE(all_files(folder / "d") == wanted) << moment;
+  }
+  EXPECT_GE(n_killed, 2);
+}
+
 TEST_F(kept_results, what_was_changed_beside_its_record_is_refused) {
   library_and_net();
   ASSERT_EQ(orb("assemble l.ORBdb --out d" + quick).status, 0);
