@@ -12,7 +12,8 @@ endif()
 
 add_library(orb_flags INTERFACE)
 target_compile_features(orb_flags INTERFACE cxx_std_20)
-target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wno-restrict -Werror=return-type)
+target_compile_options(orb_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion
+                       $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> -Werror=return-type)
 target_link_libraries(orb_flags INTERFACE Threads::Threads)
 if(ORB_WERROR)
   target_compile_options(orb_flags INTERFACE -Werror)

@@ -39,6 +39,7 @@ void add_list_rows(command_rows &rows);
 void add_net_rows(command_rows &rows);
 void add_net_analysis_rows(command_rows &rows);
 void add_revision_rows(command_rows &rows);
+void add_supercontig_rows(command_rows &rows);
 void add_contig_rows(command_rows &rows);
 void add_registry_rows(command_rows &rows);
 void add_order_rows(command_rows &rows);
@@ -47,5 +48,7 @@ void add_pvalue_rows(command_rows &rows);
 void add_simulation_rows(command_rows &rows);
 void add_report_rows(command_rows &rows);
 void add_export_rows(command_rows &rows);
+void add_map_rows(command_rows &rows);
+void add_viewer_rows(command_rows &rows);
 
 } // namespace orb

@@ -1,4 +1,6 @@
 // Markers of clones: loading in each form, positions, saving, tables.
+#include <fmt/format.h>
+
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
 #include "database/class_markers.h"
@@ -83,6 +85,20 @@ void check_save(const project_state &project, const parts_there &, const save_pa
   check_output(project, p.output.out, p.output.force);
 }
 
+// Commas part the markers of a clone in this form.
+void save_line_a_clone(project_state &project, const fs::path &out) {
+  const class_markers &markers = project.database().markers();
+  std::int32_t n = 0, last = 0;
+  for (std::int32_t marker = 1; marker <= markers.total_number_of_markers_get(); ++marker)
+    if (markers.name_of_marker_get(marker).find(',') != std::string::npos)
+      ++n, last = marker;
+  if (n > 0)
+    project.frame().warn(fmt::format("Names of markers with a comma, which are read back as several names: {}, such as "
+                                     "\"{}\".",
+                                     n, markers.name_of_marker_get(last)));
+  markers.file_with_list_of_markers_for_each_clone_save(project.frame(), project.database(), out);
+}
+
 command_result run_save(project_state &project, const save_parameters &p) {
   work_in(project, folder_of(p.output.out));
   const class_markers &markers = project.database().markers();
@@ -93,7 +109,7 @@ command_result run_save(project_state &project, const save_parameters &p) {
   if (p.form == "native")
     markers.file_about_markers_ORB_format_save(project.frame(), project.database(), p.output.out);
   else
-    markers.file_with_list_of_markers_for_each_clone_save(project.frame(), project.database(), p.output.out);
+    save_line_a_clone(project, p.output.out);
   command_result result;
   result.file("markers", p.output.out);
   result.lines.push_back(p.output.out.string());

@@ -81,6 +81,7 @@ const std::vector<menu_entry> &table_of_menu_entries() {
       entry{"mnu_Edit_Clusters_UserRemark", "Edit|Clusters", "User remarks from markers", "contigs.remarks", {}},
       entry{"mnu_Edit_Clusters_FPC", "Edit|Clusters", "Print .fpc files", "contigs.fpc", {}},
       entry{"mnu_Edit_Clusters_Export", "Edit|Clusters", "Export contigs", "contigs.export", {}},
+      entry{"mnu_Edit_Clusters_Map", "Edit|Clusters", "Draw contigs", "contigs.draw_map", {}},
       entry{"mnu_Edit_Clusters_Print", "Edit|Clusters", "Print contigs", "contigs.lists", {}},
       entry{"mnu_Edit_Clusters_N50", "Edit|Clusters", "N50 statistics", "contigs.statistics", {}},
       entry{"mnu_Edit_Clusters_Coordinates", "Edit|Clusters", "Coordinates of clones", "contigs.coordinates", {}},

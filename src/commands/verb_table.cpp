@@ -70,6 +70,14 @@ void run_options(parameter_list &list, verb_run &call) {
   list.add("library", call.library, "library of the run").type("LIB").unset("by its run.json");
 }
 
+void picture_options(parameter_list &list, verb_run &call) {
+  list.add("run", call.run_folder, "a drawn net, or the folder of a run or of an assembly")
+      .type("FILE.net|RUN")
+      .needed();
+  list.add("library", call.library, "library of the run").type("LIB").unset("by its run.json");
+  list.add("net", call.net, "net of the run").type("NET").unset("by its run.json");
+}
+
 void retain_options(parameter_list &list, verb_run &call) {
   run_options(list, call);
   list.add("net", call.net, "net of the run").type("NET").unset("by its run.json");
@@ -202,6 +210,32 @@ void add_stage_verbs(std::vector<verb> &table) {
                              place::in_folder, scored_library_and({options(), net(), contigs()}), {"out"}));
 }
 
+// Pictures of a run need its library and contigs, those of a drawing need nothing.
+void add_viewer_verbs(std::vector<verb> &table, const verb &exported) {
+  verb picture = plain_verb("picture", "FILE.net|RUN --out FILE.png|.svg|.pdf",
+                            "a picture of a drawn net, or of the nets of contigs of a finished run",
+                            "orb picture results/ecoli536 --contig cl_3 --out cl_3.png", {"run"}, place::beside_file,
+                            {exported.steps.begin(), exported.steps.end() - 1});
+  for (step &loads : picture.steps)
+    if (loads.when.empty())
+      loads.when = "library";
+  picture.steps.push_back({"contigs.picture", "picture", {}, "library", {}, {}});
+  picture.steps.push_back({"net.picture", "picture", {{"file", ""}}, "!library", {}, {}});
+  picture.extra = picture_options;
+  picture.prepare = prepare_picture_verb;
+  picture.needed = {"out"};
+  picture.says_saved = true;
+  table.push_back(picture);
+  verb layout = plain_verb("layout", "FILE.net --out FILE.net|.tsv", "places for the nodes of a drawn net",
+                           "orb layout contig.net --out places.tsv", {"file"}, place::beside_file,
+                           {{"net.layout", "layout", {}, {}, {}, {}}});
+  layout.says_saved = true;
+  table.push_back(layout);
+  table.push_back(plain_verb("view", "FILE.net --do CONTROL", "the viewer of nets without its window",
+                             "orb view contig.net --do mnuSelectAll --do mnuOptions_Multilevel --out unfolded.net",
+                             {"file"}, place::beside_file, {{"net.view", "view", {}, {}, {}, {}}}));
+}
+
 void add_list_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb(
       "order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
@@ -271,6 +305,16 @@ void add_list_verbs(std::vector<verb> &table) {
   exported.prepare = prepare_run_verb;
   exported.says_saved = true;
   table.push_back(exported);
+  verb map = plain_verb(
+      "map", "RUN --contig NAME|--overview --out FILE.png|.svg|.pdf",
+      "a picture of a contig of a finished run, or of all of them",
+      "orb map results/ecoli536 --contig cl_3 --out cl_3.png", {"run"}, place::beside_file,
+      joined({exported.steps.begin(), exported.steps.end() - 1}, {{"contigs.draw_map", "map", {}, {}, {}, {}}}));
+  map.extra = retain_options;
+  map.prepare = prepare_map_verb;
+  map.says_saved = true;
+  table.push_back(map);
+  add_viewer_verbs(table, exported);
   table.push_back(plain_verb("list sort", "LIB LIST --out LIST", "a list in the order of the library, without repeats",
                              "orb list sort library.ORBdb contig.txt --out sorted.txt", {"input", "list"},
                              place::beside_file, library_and({{"list.sort", "list", {}, {}, {}, {}}}), {"out"}));
@@ -331,6 +375,13 @@ void add_net_verbs(std::vector<verb> &table) {
       plain_verb("contamination", "LIB NET --out DIR", "clones of neighbouring wells of a plate that overlap strongly",
                  "orb contamination library.ORBdb net.ORBns --out tables --wells-cutoff 40 --wells 2", {"input", "net"},
                  place::in_folder, library_and({net(), {"net.contamination", "search", {}, {}, {}, {}}}), {"out"}));
+  verb supercontigs = plain_verb(
+      "supercontigs", "LIB NET DIR --out NET2", "take contigs that were joined or mended in the viewer back into a net",
+      "orb supercontigs library.ORBdb net.ORBns joined/ --out net_superctg.ORBns", {"input", "net", "nets"},
+      place::beside_file, library_and({net(), {"net.supercontigs", "supercontigs", {{"recluster", ""}}, {}, {}, {}}}),
+      {"nets", "out"});
+  supercontigs.says_saved = true;
+  table.push_back(supercontigs);
   table.push_back(plain_verb("repeats", "LIB [--file FINGERPRINTS --out FILE]",
                              "count clones whose name an earlier one has; the records of the others, when wanted",
                              "orb repeats library.ORBdb --file plates/ --out unique.sizes", {"input"},

@@ -160,5 +160,7 @@ exit_status run_assemble_verb(verb_run &call, project_state &project, const comm
 exit_status run_menu_verb(verb_run &call, project_state &project, const command_streams &streams);
 exit_status run_script_verb(verb_run &call, project_state &project, const command_streams &streams);
 void prepare_run_verb(verb_run &call, project_state &project);
+void prepare_map_verb(verb_run &call, project_state &project);
+void prepare_picture_verb(verb_run &call, project_state &project);
 
 } // namespace orb

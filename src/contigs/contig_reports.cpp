@@ -29,14 +29,14 @@ void print_list_of_clones_MTP(const class_contig_analysis &contig, const std::fi
 void print_list_of_clones_unoverlapped_with_diam_path(const class_contig_analysis &contig,
                                                       const std::filesystem::path &file) {
   if (!contig.list_of_clones_far().empty())
-    print_list(contig, contig.list_of_clones_far(), report_path(contig, file, "far_from_MTP_"));
+    print_list(contig, contig.list_of_clones_far(), report_path(contig, file, far_clones_start));
 }
 
 // The same file as above: it replaces the former. Deliberate.
 void print_list_of_clones_unoverlapped_with_diam_path_NewCutoff(const class_contig_analysis &contig,
                                                                 const std::filesystem::path &file) {
   if (!contig.list_of_clones_far_NewCutoff().empty())
-    print_list(contig, contig.list_of_clones_far_NewCutoff(), report_path(contig, file, "far_from_MTP_"));
+    print_list(contig, contig.list_of_clones_far_NewCutoff(), report_path(contig, file, far_clones_start));
 }
 
 void print_list_of_clones_with_coordinates(const class_contig_analysis &contig, const std::filesystem::path &file) {

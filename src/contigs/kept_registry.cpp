@@ -20,15 +20,16 @@ const char *truth_text(bool is_true) {
 void keep_clones(const class_FPCto_import &registry, const class_DB_of_clones &database, cluster_id id,
                  result_file &file) {
   const std::string start = std::to_string(id) + '\t';
-  std::map<clone_number, std::int32_t> place_on_path;
-  for (std::int32_t k = 1; k <= registry.tiling_path_get(id).count(); ++k)
-    place_on_path[registry.tiling_path_get(id)(k)] = k;
+  std::map<clone_number, std::string> places_on_path; // a clone may stand there twice
+  for (std::int32_t k = 1; k <= registry.tiling_path_get(id).count(); ++k) {
+    std::string &places = places_on_path[registry.tiling_path_get(id)(k)];
+    places += (places.empty() ? "" : ",") + std::to_string(k);
+  }
   for (const clone_number clone : registry.clones_of_cluster(id)) {
-    const auto on_path = place_on_path.find(clone);
+    const auto on_path = places_on_path.find(clone);
     file.line(start + std::to_string(clone) + '\t' + number_text_shortest(registry.clone_coor_left(clone)) + '\t' +
               number_text_shortest(registry.clone_coor_right(clone)) + '\t' +
-              (on_path == place_on_path.end() ? "" : std::to_string(on_path->second)) + '\t' +
-              database.name_of_clone_get(clone));
+              (on_path == places_on_path.end() ? "" : on_path->second) + '\t' + database.name_of_clone_get(clone));
   }
 }
 
@@ -68,6 +69,20 @@ public:
     std::int32_t number = 0;
     wrong = wrong || !whole_number_parse(fields_[i], number) || number < least;
     return number;
+  }
+  // With commas between them; none of an empty field.
+  std::vector<std::int32_t> whole_numbers(std::size_t i, std::int32_t least, bool &wrong) const {
+    std::vector<std::int32_t> numbers;
+    for (std::string_view rest = fields_[i]; !rest.empty() || !numbers.empty();) {
+      const std::size_t end = rest.find(',');
+      std::int32_t number = 0;
+      wrong = wrong || !whole_number_parse(rest.substr(0, end), number) || number < least;
+      numbers.push_back(number);
+      if (wrong || end == std::string_view::npos)
+        break;
+      rest.remove_prefix(end + 1);
+    }
+    return numbers;
   }
   double number(std::size_t i, bool &wrong) const {
     double number = 0;
@@ -124,10 +139,11 @@ bool read_clones(table_reader &table, clone_finder &finder, std::vector<kept_clu
     bool wrong = false;
     const std::int32_t id = table.whole_number(0, 1, wrong), proposed = table.whole_number(1, 1, wrong);
     const double left = table.number(2, wrong), right = table.number(3, wrong);
-    const std::int32_t place = table.field(4).empty() ? 0 : table.whole_number(4, 1, wrong);
+    const std::vector<std::int32_t> places = table.whole_numbers(4, 1, wrong);
     if (wrong || static_cast<std::size_t>(id) >= clusters.size())
-      return table.refuse("A row is the number of a cluster, of a clone, its two ends, its place on the tiling path or "
-                          "nothing, and its name.");
+      return table.refuse(
+          "A row is the number of a cluster, of a clone, its two ends, its places on the tiling path or "
+          "nothing, and its name.");
     const std::string name(table.field(5));
     const clone_number clone = finder.take(name, proposed);
     if (clone < 1)
@@ -135,8 +151,9 @@ bool read_clones(table_reader &table, clone_finder &finder, std::vector<kept_clu
                                     : "Clone " + name + " lies in two clusters of the run.");
     kept_cluster &cluster = clusters[static_cast<std::size_t>(id)];
     cluster.clones.add(clone);
-    if (place > 0 && !cluster.path.emplace(place, clone).second)
-      return table.refuse("Two clones have one place on the tiling path.");
+    for (const std::int32_t place : places)
+      if (!cluster.path.emplace(place, clone).second)
+        return table.refuse("Two clones have one place on the tiling path.");
     registry.clone_coordinates_set(clone, left, right);
   }
   return !table.refused();

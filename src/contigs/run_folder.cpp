@@ -34,6 +34,21 @@ std::filesystem::path folder_of_cluster(const std::filesystem::path &run, const 
   return is_file(heaps / (cluster_file_name(name) + ".txt")) ? heaps : run / cluster_file_name(name);
 }
 
+bool refuse_at(process_frame &frame, const std::string &text, const std::string &place) {
+  return frame.refuse(text + "\r\n" + place);
+}
+
+bool read_list_of_names(process_frame &frame, const std::filesystem::path &file, std::vector<std::string> &names) {
+  line_reader reader(file);
+  std::string_view line;
+  while (reader.next(line)) {
+    if (line.empty())
+      return refuse_at(frame, "An empty line stands in a list of clones.", reader.place());
+    names.emplace_back(line);
+  }
+  return true;
+}
+
 // Reads one folder into one run_folder; every refusal is a message with file and line.
 class run_folder_reader {
 public:
@@ -43,10 +58,9 @@ public:
 private:
   enum class verdict { final, cut_again, damaged };
 
-  bool refuse(const std::string &text, const std::string &place) { return frame_.refuse(text + "\r\n" + place); }
+  bool refuse(const std::string &text, const std::string &place) { return refuse_at(frame_, text, place); }
   bool read_row(const line_reader &reader, std::string_view line);
   verdict verdict_of_row(const cluster_row &row, std::filesystem::path &folder) const;
-  bool read_names(const std::filesystem::path &file, std::vector<std::string> &names);
   bool read_cluster(const cluster_row &row, const std::filesystem::path &folder);
   bool check_path(const std::filesystem::path &file, const std::vector<std::string> &path,
                   const std::vector<std::string> &clones);
@@ -109,29 +123,19 @@ run_folder_reader::verdict run_folder_reader::verdict_of_row(const cluster_row &
   return row.remark.empty() && folder.filename() == heaps_folder_name ? verdict::final : verdict::cut_again;
 }
 
-bool run_folder_reader::read_names(const std::filesystem::path &file, std::vector<std::string> &names) {
-  line_reader reader(file);
-  std::string_view line;
-  while (reader.next(line)) {
-    if (line.empty())
-      return refuse("An empty line stands in a list of clones.", reader.place());
-    names.emplace_back(line);
-  }
-  return true;
-}
-
 bool run_folder_reader::read_cluster(const cluster_row &row, const std::filesystem::path &folder) {
   const std::string name = cluster_file_name(row.name) + ".txt";
   std::vector<std::string> clones, path;
   std::vector<run_folder::coordinate> coordinates;
-  if (!read_names(folder / name, clones))
+  if (!read_list_of_names(frame_, folder / name, clones))
     return false;
   if (clones.size() != static_cast<std::size_t>(row.n_clones))
     return refuse("Cluster " + row.name + " has " + std::to_string(row.n_clones) +
                       " clones by the cluster report, but its list holds " + std::to_string(clones.size()) + ".",
                   line_of(folder / name, clones.size()));
   if (is_file(folder / ("MTP_" + name))) {
-    if (!read_names(folder / ("MTP_" + name), path) || !check_path(folder / ("MTP_" + name), path, clones))
+    if (!read_list_of_names(frame_, folder / ("MTP_" + name), path) ||
+        !check_path(folder / ("MTP_" + name), path, clones))
       return false;
   }
   if (is_file(folder / ("coor_" + name)) && !read_coordinates(folder / ("coor_" + name), clones, coordinates))
@@ -198,12 +202,14 @@ bool run_folder_reader::read_pair(const std::filesystem::path &file, const std::
     if (!reader.next(line) || !line.starts_with(start) ||
         class_serv_raznoe::cut_string(line.substr(start.size()), fields) < 3)
       return refuse("The table of a cluster of two clones doesn't follow its list.", reader.place());
-    if (fields[0] == "Unknown")
+    if (fields[0] == "Unknown" && coordinates.empty())
       return true;
     std::int32_t place = 0;
     if (!number_parse(fields[0], row.left) || !number_parse(fields[1], row.right) ||
         (fields[2] != "False" && (!whole_number_parse(fields[2], place) || place < 1 || place > 2)))
       return refuse("Behind a clone stand its two ends and its place on the tiling path or False.", reader.place());
+    if (place > 0 && !on_path[static_cast<std::size_t>(place) - 1].empty())
+      return refuse("Both clones have one place on the tiling path.", reader.place());
     if (place > 0)
       on_path[static_cast<std::size_t>(place) - 1] = clones[i];
     coordinates.push_back(std::move(row));
@@ -306,6 +312,13 @@ bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, 
     return false;
   run = std::move(read);
   return true;
+}
+
+bool read_far_clones(process_frame &frame, const std::filesystem::path &folder, const std::string &cluster,
+                     std::vector<std::string> &names) {
+  const std::filesystem::path file =
+      folder_of_cluster(folder, cluster) / (far_clones_start + cluster_file_name(cluster) + ".txt");
+  return !is_file(file) || read_list_of_names(frame, file, names);
 }
 
 bool read_run_folder_into_registry(process_frame &frame, const project_settings &settings,

@@ -37,6 +37,10 @@ struct run_folder {
 bool is_run_folder(const std::filesystem::path &folder);
 // Reads the reports of a run; needs no library. False with messages (file and line) when something is damaged.
 bool read_run_folder(process_frame &frame, const std::filesystem::path &folder, run_folder &run);
+// The clones that lie far from the tiling path of a cluster of the run; none when it has no list of them. Throws
+// file_error. False after a message.
+bool read_far_clones(process_frame &frame, const std::filesystem::path &folder, const std::string &cluster,
+                     std::vector<std::string> &names);
 // Puts a run into the registry of the database, as the run left it; of a run without kept_registry.h's tables the
 // clusters that its reports tell of, with long names, coordinates, tiling paths. The registry stays as it was when a
 // clone is unknown or the folder is damaged.

@@ -15,6 +15,7 @@ namespace orb {
 inline constexpr const char *report_contigs_name = "report_contigs.txt";
 inline constexpr const char *report_clusters_name = "report_clusters.txt";
 inline constexpr const char *heaps_folder_name = "Heaps";
+inline constexpr const char *far_clones_start = "far_from_MTP_"; // of the name of a contig's list
 inline constexpr const char *remark_not_connected = "Not connected";
 inline constexpr const char *remark_too_large = "Too large";
 inline constexpr const char *coordinates_header = "clone\tcoor_left\tcoor_right";

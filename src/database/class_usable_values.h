@@ -54,8 +54,10 @@ public:
                            std::filesystem::path adresses = {});
   // clone_in_lists.txt of the working folder; nothing unless the record was made for the present clones.
   void clone_in_lists_print(process_frame &frame, const class_DB_of_clones &database) const;
-  const std::string &clone_in_lists_get(std::int32_t clone) const {
-    return clone_in_lists_[static_cast<std::size_t>(clone)];
+  const std::string &clone_in_lists_get(std::int32_t clone) const { // empty: in none
+    static const std::string none;
+    return static_cast<std::size_t>(clone) < clone_in_lists_.size() ? clone_in_lists_[static_cast<std::size_t>(clone)]
+                                                                    : none;
   }
 
 private:

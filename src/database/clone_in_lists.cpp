@@ -16,6 +16,17 @@ void class_usable_values::clone_in_lists_clear(process_frame &frame, class_DB_of
   clone_in_lists_.assign(static_cast<std::size_t>(database.total_number_of_clones_get()) + 1, {});
 }
 
+// What several files bring is taken when all of them can be read.
+template <class Work> static void whole_or_as_before(std::vector<std::string> &lists, const Work &work) {
+  std::vector<std::string> before = lists;
+  try {
+    work();
+  } catch (...) {
+    lists = std::move(before);
+    throw;
+  }
+}
+
 // Names stand between line ends, commas, blanks and tabs. Returns the number of names.
 std::int32_t class_usable_values::clone_in_lists_add_file(process_frame &frame, const project_settings &settings,
                                                           const fs::path &file, class_DB_of_clones &database) {
@@ -60,8 +71,10 @@ void class_usable_values::clone_in_lists_add_folder_of_lists(process_frame &fram
   if (file.empty())
     return;
   const fs::path folder = fs::is_directory(file) ? file : file.parent_path();
-  for (const std::string &name : class_serv_raznoe::create_ordered_list_of_files_in_folder(folder, "txt"))
-    clone_in_lists_add_file(frame, settings, folder / name, database);
+  whole_or_as_before(clone_in_lists_, [&] {
+    for (const std::string &name : class_serv_raznoe::create_ordered_list_of_files_in_folder(folder, "txt"))
+      clone_in_lists_add_file(frame, settings, folder / name, database);
+  });
 }
 
 void class_usable_values::clone_in_lists_read(process_frame &frame, const project_settings &settings,
@@ -70,20 +83,22 @@ void class_usable_values::clone_in_lists_read(process_frame &frame, const projec
     adresses = frame.open_file_dialog("Open file adresses of clones in lists");
   if (adresses.empty())
     return;
-  clone_in_lists_clear(frame, database);
   line_reader lines(adresses);
-  std::string_view line;
-  std::vector<std::string> fields;
-  while (lines.next(line)) {
-    class_serv_raznoe::cut_string(line, fields);
-    if (fields[0].empty())
-      continue;
-    const fs::path list = fs::path(fields[0]).is_absolute() ? fs::path(fields[0]) : adresses.parent_path() / fields[0];
-    const std::int32_t n_names = clone_in_lists_add_file(frame, settings, list, database);
-    std::int32_t told = 0;
-    if (fields.size() > 1 && whole_number_parse(fields[1], told) && told != n_names)
-      frame.alarm("Incorrect number of clones in list! " + std::to_string(told) + "=/=" + std::to_string(n_names));
-  }
+  whole_or_as_before(clone_in_lists_, [&] {
+    clone_in_lists_clear(frame, database);
+    std::vector<std::string> fields;
+    for (std::string_view line; lines.next(line);) {
+      class_serv_raznoe::cut_string(line, fields);
+      if (fields[0].empty())
+        continue;
+      const fs::path list =
+          fs::path(fields[0]).is_absolute() ? fs::path(fields[0]) : adresses.parent_path() / fields[0];
+      const std::int32_t n_names = clone_in_lists_add_file(frame, settings, list, database);
+      std::int32_t told = 0;
+      if (fields.size() > 1 && whole_number_parse(fields[1], told) && told != n_names)
+        frame.alarm("Incorrect number of clones in list! " + std::to_string(told) + "=/=" + std::to_string(n_names));
+    }
+  });
 }
 
 void class_usable_values::clone_in_lists_print(process_frame &frame, const class_DB_of_clones &database) const {

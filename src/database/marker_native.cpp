@@ -125,7 +125,10 @@ bool native_marker_reader::read(class_markers &fresh) {
   if (!count_behind(n_with_markers_head, n_with_) || !count_behind(n_markers_head, n_markers_) ||
       !count_behind(array_head, array_length))
     return false;
-  fresh.redim_private_arrays(n_clones, n_markers_, array_length);
+  const auto room = [this](std::int32_t claimed) { // each number takes a line
+    return static_cast<std::int32_t>(std::min<std::int64_t>(claimed, lines_.size()));
+  };
+  fresh.redim_private_arrays(n_clones, room(n_markers_), room(array_length));
   if (!read_clones(fresh) || !read_names(fresh) || !read_places() || !read_sets(fresh))
     return false;
   fresh.finish_of_adding();

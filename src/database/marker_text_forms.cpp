@@ -345,8 +345,9 @@ bool class_markers::read_file_with_marker_position(process_frame &frame, const c
       question go_on;
       go_on.text = "New marker " + name + ". Continue to say about this problem?";
       go_on.by_default = go_on.to_go_on = answer::yes; // whoever can't be asked reads all of them
-      go_on.explanation = "The file gives a position to a marker that no clone bears; the line is passed over. No keeps "
-                          "silent about further ones.";
+      go_on.explanation =
+          "The file gives a position to a marker that no clone bears; the line is passed over. No keeps "
+          "silent about further ones.";
       frame.doubt("New marker " + name, lines.place(i));
       tell_unknown = frame.yes(go_on);
     }

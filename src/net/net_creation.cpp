@@ -61,8 +61,9 @@ public:
                     ") has too many (" + std::to_string(n) +
                     ") significant overlaps at selected cutoff level.\r Continue with this cutoff?";
     too_many.by_default = too_many.to_go_on = answer::yes;
-    too_many.explanation = "A clone with hundreds of overlaps is often one of repeats, or the cutoff is too low for the "
-                           "library. Yes keeps its overlaps; no ends the work, so that the cutoff can be raised.";
+    too_many.explanation =
+        "A clone with hundreds of overlaps is often one of repeats, or the cutoff is too low for the "
+        "library. Yes keeps its overlaps; no ends the work, so that the cutoff can be raised.";
     if (frame_.yes(too_many))
       return true;
     frame_.alarm("NB! Process was stopped!");

@@ -54,6 +54,7 @@ public:
   class_DB_of_clones &database() { return database_; }
   const class_DB_of_clones &database() const { return database_; }
   class_usable_values &usable_values() { return usable_values_; }
+  const class_usable_values &usable_values() const { return usable_values_; }
   class_clone_dist_table &pvalue_tables() { return table_; }
   const class_clone_dist_table &pvalue_tables() const { return table_; }
   metric_context &context() { return context_; }

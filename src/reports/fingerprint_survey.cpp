@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <unordered_map>
 
+#include "database/band_statistics.h"
 #include "database/fingerprint_records.h"
 #include "database/record_doubts.h"
 #include "frame/files.h"
@@ -147,6 +148,11 @@ parameter_proposal proposed_parameters(const fingerprint_survey &survey) {
     return proposal;
   }
   proposal.fields = *parameters_of_kind(4);
+  if (largest > LARGEST_band_axis) {
+    proposal.reason = fmt::format("the largest band, {}, is beyond the longest gel, {}, and can't be read",
+                                  number_text_shortest(largest), number_text_shortest(LARGEST_band_axis));
+    return proposal;
+  }
   const double longer = std::ceil(largest / 1000) * 1000;
   proposal.fields.n_bands = static_cast<std::int32_t>(proposal.fields.n_bands * longer / proposal.fields.gel_length);
   proposal.fields.gel_length = longer;

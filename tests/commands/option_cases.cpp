@@ -526,6 +526,22 @@ run: net.contamination
   out=o -> folder
   wells-cutoff=40 -> figures
   wells=1 -> figures
+[library net]
+run: net.supercontigs
+fails
+  nets=in/supercontigs -> figures
+[library net]
+run: net.supercontigs nets=in/supercontigs
+  out=n.ORBns -> n.ORBns
+[library net]
+before: list.sort list=in/list.txt out=n.ORBns
+run: net.supercontigs nets=in/supercontigs out=n.ORBns
+fails
+  force=yes -> n.ORBns
+[library net]
+before: contigs.load_folder folder=in/lists
+run: net.supercontigs nets=in/supercontigs out=n.ORBns
+  recluster=yes -> figures
 [library raw-net]
 run: net.characteristics clone=EC001D05
   rank=2 -> figures
@@ -673,6 +689,23 @@ before: list.sort list=in/list.txt out=m.cor
 run: contigs.export to=fpc out=m.fpc
 fails
   force=yes -> m.cor
+[library contigs]
+run: contigs.draw_map overview=yes
+fails
+  out=m.png -> m.png
+[library contigs markers]
+run: contigs.draw_map overview=yes out=m.svg
+  size=700x500 -> m.svg
+[library net contigs markers]
+run: contigs.draw_map out=m.svg
+fails
+  overview=yes -> m.svg
+  contig=cl_3 -> m.svg
+[library contigs]
+before: list.sort list=in/list.txt out=m.pdf
+run: contigs.draw_map overview=yes out=m.pdf
+fails
+  force=yes -> m.pdf
 [library contigs]
 run: contigs.fpc
   out=o -> folder

@@ -109,6 +109,10 @@ private:
     write_list("scattered.txt", scattered);
     write_list("one.txt", part(0, 1));
     write_list("other.txt", part(8, 16));
+    std::string joined = "*Network n\n*Vertices 6\n";
+    for (int i = 0; i < 6; ++i)
+      joined += std::to_string(i + 1) + " \"" + list[static_cast<std::size_t>(i)] + "\"\n";
+    folder_.write("supercontigs/joined.net", joined);
     folder_.write("addresses.txt", "lists/a.txt\nlists/b.txt\n");
     folder_.write("columns.txt", list[0] + "," + list[1] + "\n" + list[2] + "\n");
     folder_.write("exclude.txt", list[1] + "\n");

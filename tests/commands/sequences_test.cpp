@@ -72,6 +72,20 @@ TEST_F(sequences, what_was_stopped_is_done_the_second_time) {
   EXPECT_EQ(bytes_of(path("verb.ORBns")), net);
 }
 
+TEST_F(sequences, a_stopped_picture_leaves_no_file) {
+  session run;
+  run.done({load(), "contigs.load_folder folder=" + text("lists")});
+  stop_at(run, "contigs.draw_map", 1);
+  const std::string line = "contigs.draw_map overview=yes out=";
+  for (const char *name : {"m.png", "m.svg", "m.pdf"}) {
+    EXPECT_EQ(run.run(line + text(name)).status, exit_status::stopped);
+    EXPECT_FALSE(fs::exists(path(name)));
+  }
+  run.on_yield = nullptr;
+  EXPECT_EQ(run.run(line + text("m.png")).status, exit_status::done);
+  EXPECT_TRUE(fs::exists(path("m.png")));
+}
+
 TEST_F(sequences, a_failed_load_leaves_the_library_whole) {
   session run;
   run.done({load() + " tolerance=9 capacity=1000", "markers.load file=" + text("markers.txt"), "metric.set cutoff=10",

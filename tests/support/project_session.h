@@ -112,7 +112,60 @@ private:
   orb::temporary_folder working_folder_;
 };
 
-// All that a project holds, as text: two projects that hold the same have the same one.
+inline std::string text_of_markers(const class_markers &markers, clone_number clone) {
+  std::string text;
+  number_list list;
+  markers.list_of_markers_in_clone_get(clone, list);
+  for (const std::int32_t marker : list.members())
+    text += " " + markers.name_of_marker_get(marker) + "@" + markers.position_of_marker_get(marker);
+  return text;
+}
+
+inline void add_contigs(const class_FPCto_import &registry, std::ostringstream &text) {
+  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members()) {
+    text << registry.name_of_cluster_get(id) << ":";
+    for (const clone_number clone : registry.clones_of_cluster(id))
+      text << " " << clone << "@" << registry.clone_coor_left(clone) << "-" << registry.clone_coor_right(clone);
+    text << " path";
+    for (const clone_number clone : registry.tiling_path_get(id).members())
+      text << " " << clone;
+    text << "\n";
+  }
+}
+
+inline void add_tables(const class_clone_dist_table &table, std::ostringstream &text) {
+  text << table.is_loaded(0) << table.is_loaded(1) << "\n";
+  for (std::int32_t i = 0; i <= table.n_steps_get() && table.is_loaded(); ++i)
+    for (std::int32_t j = 0; j <= i; ++j)
+      for (const int mode : {0, 1})
+        if (const p_value_situation *at = table.situation(table.size(i), table.size(j), mode))
+          text << table.size(i) << "," << table.size(j) << ": " << at->a0 << " " << at->a1 << " " << at->a2 << "\n";
+}
+
+// The parts of a project as text: two projects that hold the same have the same one, wherever it came from.
+inline std::string text_of_parts(const project_state &project) {
+  const class_DB_of_clones &database = project.database();
+  std::ostringstream text;
+  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone) {
+    text << database.name_of_clone_get(clone);
+    for (const band_value band : database.bands_of_clone(clone))
+      text << " " << band;
+    if (database.markers().total_number_of_markers_get() > 0)
+      text << text_of_markers(database.markers(), clone);
+    text << "\n";
+  }
+  const class_net &net = project.signif().net();
+  for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v)
+    for (const auto &edge : net.edges_of_vertex(v))
+      text << v << "-" << edge.neighbour << " " << edge.value << " " << edge.index2 << "\n";
+  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone)
+    text << project.usable_values().clone_in_lists_get(clone) << ",";
+  add_contigs(*database.contigs(), text);
+  add_tables(project.pvalue_tables(), text);
+  return text.str();
+}
+
+// The same with settings, parameters and where each part came from.
 inline std::string text_of_project(const project_state &project) {
   const class_DB_of_clones &database = project.database();
   const project_settings &settings = project.settings();
@@ -123,35 +176,7 @@ inline std::string text_of_project(const project_state &project) {
        << database.max_number_of_real_clones_get() << "\n";
   for (const project_part part : all_project_parts)
     text << project.has(part) << project.origin(part).file << project.origin(part).made_by << "\n";
-  const class_markers &markers = database.markers();
-  for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone) {
-    text << database.name_of_clone_get(clone);
-    for (const band_value band : database.bands_of_clone(clone))
-      text << " " << band;
-    if (markers.total_number_of_markers_get() > 0) {
-      number_list list;
-      markers.list_of_markers_in_clone_get(clone, list);
-      for (const std::int32_t marker : list.members())
-        text << " " << markers.name_of_marker_get(marker) << "@" << markers.position_of_marker_get(marker);
-    }
-    text << "\n";
-  }
-  const class_net &net = project.signif().net();
-  for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v)
-    for (const auto &edge : net.edges_of_vertex(v))
-      text << v << "-" << edge.neighbour << " " << edge.value << " " << edge.index2 << "\n";
-  const class_FPCto_import &registry = *database.contigs();
-  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members()) {
-    number_list list;
-    registry.list_of_clones_get(id, list);
-    text << registry.name_of_cluster_get(id) << ":";
-    for (const clone_number clone : list.members())
-      text << " " << clone;
-    text << "\n";
-  }
-  const class_clone_dist_table &table = project.pvalue_tables();
-  text << table.is_loaded(0) << table.is_loaded(1) << "\n";
-  return text.str();
+  return text.str() + text_of_parts(project);
 }
 
 // Each test has a folder with small inputs: neighbouring clones of the example, lists of them, markers.

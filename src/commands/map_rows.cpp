@@ -1,0 +1,209 @@
+// Pictures of contigs.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "clustering/contig_map.h"
+#include "commands/command_table.h"
+#include "commands/picture_size.h"
+#include "commands/row_steps.h"
+#include "commands/verbs.h"
+#include "contigs/run_folder.h"
+#include "drawing/cairo_surface.h"
+#include "reports/contig_layout.h"
+#include "reports/overview_picture.h"
+
+namespace orb {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct map_parameters {
+  std::string contig;
+  bool overview = false;
+  std::string size = "1400x990"; // the shape of a landscape sheet of A4
+  output_wishes output;
+};
+
+void describe_map(parameter_list &list, map_parameters &p) {
+  list.add("contig", p.contig, "the contig to be drawn");
+  list.add("overview", p.overview, "all contigs on one sheet, to scale");
+  list.add("size", p.size, "width of the picture and height of a PDF's page, pixels; PNG and SVG are as high as needed")
+      .type("WxH");
+  describe_output(list, p.output, "FILE.png|.svg|.pdf");
+}
+
+// ---- checks ----
+
+map_format format_of(const map_parameters &p) {
+  const surface_size size = picture_size_of(p.size);
+  return {size.width, size.height, picture_form_of(p.output.out) == picture_form::pdf};
+}
+
+std::vector<std::string> names_of_contigs(const class_FPCto_import &registry) {
+  std::vector<std::string> names;
+  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members())
+    if (registry.cluster_is_contig_get(id))
+      names.push_back(registry.name_of_cluster_get(id));
+  return names;
+}
+
+std::string text_of_some(const std::vector<std::string> &names) {
+  constexpr std::size_t most = 5;
+  if (names.empty())
+    return "There are no contigs.";
+  std::string text = names.size() > 1 ? "Contigs are " : "The only contig is ";
+  for (std::size_t i = 0; i < names.size() && i < most; ++i)
+    text += (i > 0 ? ", " : "") + names[i];
+  return text + (names.size() > most ? fmt::format(" and {} more.", names.size() - most) : ".");
+}
+
+[[noreturn]] void refuse_no_wish(const std::vector<std::string> &names) {
+  throw usage_error("one of --contig NAME and --overview is needed. " + text_of_some(names));
+}
+
+void check_contig(const map_parameters &p, const class_FPCto_import &registry) {
+  const std::vector<std::string> names = names_of_contigs(registry);
+  if (p.contig.empty())
+    refuse_no_wish(names);
+  if (std::find(names.begin(), names.end(), p.contig) != names.end())
+    return;
+  const std::string near = nearest_word(p.contig, names);
+  throw usage_error("there is no contig " + p.contig + (near.empty() ? ". " : "; is " + near + " meant? ") +
+                    text_of_some(names));
+}
+
+void check_map(const project_state &project, const parts_there &, const map_parameters &p) {
+  if (!picture_form_of(p.output.out))
+    throw usage_error("--out " + p.output.out.string() +
+                      ": the ending tells the form of the picture: .png, .svg or .pdf");
+  format_of(p);
+  if (p.overview && !p.contig.empty())
+    throw usage_error("--contig and --overview are two pictures: give one of them");
+  if (!p.overview && project.has(project_part::contigs))
+    check_contig(p, *project.database().contigs());
+  check_output(project, p.output.out, p.output.force);
+}
+
+// ---- drawing ----
+
+// By the run's own list. False after a message: a clone of the list isn't in the contig.
+bool find_far_clones(project_state &project, const mapped_contig &contig, std::vector<clone_number> &far) {
+  std::vector<std::string> names;
+  const fs::path run = project.origin(project_part::contigs).file;
+  if (!read_far_clones(project.frame(), run, contig.name, names))
+    return false;
+  std::unordered_map<std::string_view, clone_number> clone_of_name;
+  for (const clone_number clone : contig.clones)
+    clone_of_name.emplace(project.database().name_of_clone_get(clone), clone);
+  for (const std::string &name : names) {
+    const auto found = clone_of_name.find(name);
+    if (found == clone_of_name.end())
+      return project.frame().refuse("Clone " + name + " of the run's list of far clones isn't in contig " +
+                                    contig.name + ".");
+    far.push_back(found->second);
+  }
+  std::sort(far.begin(), far.end());
+  return true;
+}
+
+// Page by page into the file; false when stopped.
+template <class Page>
+bool draw_pages(process_frame &frame, picture_file &picture, const std::vector<Page> &pages,
+                void (*draw)(const Page &, const drawing_surface &)) {
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    frame.progress(static_cast<std::int64_t>(i), static_cast<std::int64_t>(pages.size()));
+    if (!frame.goes_on())
+      return false;
+    picture.start_page(pages[i].size);
+    draw(pages[i], picture.surface());
+  }
+  picture.commit();
+  return true;
+}
+
+command_result ended(project_state &project, const map_parameters &p, bool drawn, std::size_t n_pages) {
+  if (!drawn)
+    return stopped_or_failed(project);
+  command_result result;
+  result.parameter("size", p.size);
+  result.file("map", p.output.out);
+  result.figure("pages", n_pages);
+  return result;
+}
+
+command_result draw_overview(project_state &project, const map_parameters &p, const contig_map &map) {
+  const overview_values values = overview_values_of(map);
+  picture_file picture(p.output.out);
+  const std::vector<overview_page> pages = lay_out_overview(values, format_of(p), picture.surface().text_width);
+  command_result result =
+      ended(project, p, draw_pages(project.frame(), picture, pages, draw_overview_page), pages.size());
+  result.figure("contigs", values.contigs.size());
+  return result;
+}
+
+command_result draw_contig(project_state &project, const map_parameters &p, const contig_map &map) {
+  const auto found = std::find_if(map.contigs.begin() + 1, map.contigs.end(),
+                                  [&p](const mapped_contig &contig) { return contig.name == p.contig; });
+  if (found == map.contigs.end()) // its clones lie in other ones too
+    return command_result::ended(exit_status::run_failed, "Contig " + p.contig + " has no clones of its own.");
+  const mapped_contig &contig = *found;
+  const auto c = static_cast<std::size_t>(found - map.contigs.begin());
+  if (!contig.is_placed)
+    return command_result::ended(exit_status::run_failed,
+                                 "Contig " + contig.name + " has no coordinates: there is nothing to draw.");
+  std::vector<clone_number> far;
+  if (!find_far_clones(project, contig, far))
+    return stopped_or_failed(project);
+  if (!project.has(project_part::net))
+    project.frame().note("No net is known: nothing is said of buried clones and Q-clones.");
+  picture_file picture(p.output.out);
+  const std::vector<map_page> pages =
+      lay_out_contig(contig_values_of(project.database(), map, c, far), format_of(p), picture.surface().text_width);
+  command_result result = ended(project, p, draw_pages(project.frame(), picture, pages, draw_map_page), pages.size());
+  result.parameter("contig", p.contig);
+  result.figure("clones", contig.clones.size());
+  return result;
+}
+
+command_result run_map(project_state &project, const map_parameters &p) {
+  const class_DB_of_clones &database = project.database();
+  contig_map map;
+  if (!make_contig_map(project.frame(), database, *database.contigs(),
+                       project.has(project_part::net) ? &project.signif().net() : nullptr, map))
+    return stopped_or_failed(project);
+  return (p.overview ? draw_overview : draw_contig)(project, p, map);
+}
+
+} // namespace
+
+// What is to be drawn is asked for before anything is loaded.
+void prepare_map_verb(verb_run &call, project_state &project) {
+  prepare_run_verb(call, project);
+  if (call.is_given("contig") || call.flag("overview"))
+    return;
+  run_folder run;
+  if (!read_run_folder(project.frame(), call.step("contigs.load")->parameters().find("folder")->text(), run))
+    throw program_end("a damaged run", exit_status::run_failed); // told already
+  std::vector<std::string> names;
+  for (const cluster_row &cluster : run.clusters)
+    if (cluster.n_clones > 1)
+      names.push_back(cluster.name);
+  refuse_no_wish(names);
+}
+
+void add_map_rows(command_rows &rows) {
+  rows.push_back(command_maker<map_parameters>("contigs.draw_map")
+                     .captioned("Draw contigs")
+                     .purpose("a picture of a contig, or of all of them")
+                     .example("contigs.draw_map contig=cl_3 out=cl_3.png")
+                     .needs({project_part::library, project_part::contigs})
+                     .parameters(describe_map)
+                     .checked_by(check_map)
+                     .runs(run_map)
+                     .row());
+}
+
+} // namespace orb

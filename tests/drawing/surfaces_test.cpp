@@ -1,0 +1,167 @@
+// Surfaces: rows of bars, lines and circles in pixels against slow twins, and pictures that take any place and any
+// name.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+
+#include "drawing/cairo_surface.h"
+#include "drawing/interval_rows.h"
+#include "frame/failures.h"
+#include "frame/random_source.h"
+#include "support/temporary_folder.h"
+
+namespace {
+
+using namespace orb;
+
+TEST(interval_rows, are_as_few_as_intervals_lie_over_each_other_and_cover_nothing_twice) {
+  random_source chance(7);
+  for (int run = 0; run < 200; ++run) {
+    std::vector<std::int32_t> left, right;
+    for (int i = chance.number_up_to(40); i > 0; --i) {
+      left.push_back(chance.number_up_to(60) - 30);
+      right.push_back(left.back() + chance.number_up_to(run % 2 ? 30 : 5) - 1);
+    }
+    const std::vector<std::int32_t> rows = rows_of_intervals(left, right);
+    std::int64_t deepest = 0;
+    for (std::int32_t at = -30; at < 70; ++at) {
+      std::map<std::int32_t, int> in_row;
+      for (std::size_t i = 0; i < left.size(); ++i)
+        if (left[i] <= at && at <= right[i]) {
+          EXPECT_EQ(++in_row[rows[i]], 1);
+        }
+      deepest = std::max<std::int64_t>(deepest, static_cast<std::int64_t>(in_row.size()));
+    }
+    EXPECT_EQ(*std::max_element(rows.begin(), rows.end()), deepest);
+  }
+}
+
+constexpr int width = 90, height = 60;
+constexpr colour_value white = 0xFFFFFF, red = 0x0000FF, green = 0x00FF00;
+
+std::vector<surface_point> coloured(const raster_picture &picture, colour_value colour) {
+  std::vector<surface_point> found;
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      if (picture.pixel(x, y) == colour)
+        found.push_back({static_cast<float>(x), static_cast<float>(y)});
+  return found;
+}
+
+// Each pixel lies within one of the line, and there is one for each step of its longer way within the picture.
+TEST(plain_pixels, lines_are_where_they_should_be) {
+  random_source chance(3);
+  for (int run = 0; run < 500; ++run) {
+    const int spread = run < 250 ? 0 : 200; // beyond the picture on each side
+    const auto place = [&](int side) { return chance.uniform() * (side + 2 * spread) - spread; };
+    const double x1 = place(width), y1 = place(height), x2 = place(width), y2 = place(height);
+    raster_picture picture(width, height);
+    picture.surface().smooth(false);
+    const surface_line line{{static_cast<float>(x1), static_cast<float>(y1)},
+                            {static_cast<float>(x2), static_cast<float>(y2)}};
+    picture.surface().lines({red, 1, line_pattern::solid}, std::span(&line, 1));
+    const std::vector<surface_point> found = coloured(picture, red);
+    const double dx = x2 - x1, dy = y2 - y1, length = std::hypot(dx, dy);
+    for (const surface_point &pixel : found)
+      EXPECT_LT(std::abs((pixel.x + 0.5 - x1) * dy - (pixel.y + 0.5 - y1) * dx) / length, 1.5);
+    int within = 0; // a twin in a thousand steps a pixel
+    double last = -9;
+    for (int i = 0, n = static_cast<int>(length * 1000); i <= n; ++i) {
+      const double x = x1 + dx * i / n, y = y1 + dy * i / n, at = std::floor(std::abs(dx) >= std::abs(dy) ? x : y);
+      if (x >= 0 && x < width && y >= 0 && y < height && at != last) {
+        last = at;
+        ++within;
+      }
+    }
+    EXPECT_NEAR(static_cast<double>(found.size()), within, 1) << x1 << " " << y1 << " " << x2 << " " << y2;
+  }
+}
+
+TEST(plain_pixels, circles_are_discs_with_a_rim) {
+  raster_picture picture(width, height);
+  picture.surface().smooth(false);
+  const std::vector<surface_box> circles{{{20.5, 20.5}, {7, 0}}, {{-2, 30}, {5, 0}}, {{500, 500}, {9, 0}}};
+  picture.surface().circles({red, green, true, true}, circles);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      const double inside = std::min(std::hypot(x - 20, y - 20) - 7, std::hypot(x + 2, y - 30) - 5);
+      EXPECT_EQ(picture.pixel(x, y) == white, inside > 0) << x << " " << y;
+      if (inside < -1.5 || (inside <= 0 && inside > -0.9)) {
+        EXPECT_EQ(picture.pixel(x, y), inside < -1.5 ? red : green);
+      }
+    }
+}
+
+// Places far outside and places that are no numbers, names of any bytes.
+void draw_anything(const drawing_surface &surface) {
+  const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
+  const float values[]{0, 30, -7, 1e4f, -1e9f, 3e38f, -3e38f, inf, -inf, nan};
+  const surface_look look{red, green, true, true};
+  for (const bool smooth : {true, false}) {
+    surface.smooth(smooth);
+    for (const float a : values)
+      for (const float b : values)
+        for (const float c : values) {
+          const surface_line lines[]{{{a, b}, {c, 30}}, {{30, c}, {a, b}}};
+          const surface_box box{{a, b}, {c, a}};
+          const surface_point corners[]{{a, b}, {c, b}, {30, 30}};
+          const surface_text text{{a, b}, "EC\xFF\xC3(\xE2\x82\x01\n\x80", c, red, text_anchor::middle};
+          for (const line_pattern pattern : {line_pattern::solid, line_pattern::dots, line_pattern::dashed})
+            surface.lines({green, c, pattern}, lines);
+          surface.boxes(look, std::span(&box, 1));
+          surface.circles(look, std::span(&box, 1));
+          surface.polygons(look, 3, corners);
+          surface.texts(std::span(&text, 1));
+        }
+  }
+  const surface_text plain{{5, 40}, std::string_view("EC001\0A01", 9), 10, 0, text_anchor::left};
+  surface.texts(std::span(&plain, 1));
+}
+
+TEST(pictures, take_any_place_and_any_name_and_are_the_same_twice) {
+  const temporary_folder folder;
+  raster_picture picture(width, height);
+  draw_anything(picture.surface());
+  EXPECT_FALSE(coloured(picture, red).empty());
+  for (const auto &[name, start] : {std::pair{"a.png", "\x89PNG\r\n"}, {"a.svg", "<?xml "}, {"a.PDF", "%PDF-1."}}) {
+    std::string bytes[2];
+    for (std::string &made : bytes) {
+      picture_file file(folder.path() / name);
+      file.start_page({width, height});
+      draw_anything(file.surface());
+      if (picture_form_of(name) == picture_form::pdf)
+        file.start_page({2 * width, height});
+      EXPECT_GT(file.surface().text_width("\xFF\xFE name", 10), 20);
+      EXPECT_FALSE(std::filesystem::exists(folder.path() / name));
+      file.commit();
+      made = folder.bytes(name);
+      std::filesystem::remove(folder.path() / name);
+    }
+    EXPECT_TRUE(bytes[0].starts_with(start)) << name;
+    EXPECT_TRUE(bytes[0] == bytes[1]) << name;
+    EXPECT_EQ(bytes[0].find("CreationDate"), std::string::npos);
+  }
+}
+
+TEST(pictures, are_whole_or_not_at_all) {
+  const temporary_folder folder;
+  EXPECT_THROW(picture_file(folder.path() / "none" / "a.png"), file_error);
+  {
+    picture_file given_up(folder.path() / "a.svg");
+    given_up.start_page({width, height});
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+  for (const char *name : {"b.png", "b.svg", "b.pdf"}) {
+    std::filesystem::create_symlink("/dev/full", folder.path() / name);
+    picture_file full(folder.path() / name);
+    full.start_page({1000, 1000});
+    EXPECT_THROW(full.commit(), file_error) << name;
+  }
+  picture_file large(folder.path() / "c.png");
+  EXPECT_THROW(large.start_page({10, largest_raster_side + 1.f}), std::length_error);
+}
+
+} // namespace
