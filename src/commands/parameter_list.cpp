@@ -271,7 +271,7 @@ std::vector<std::string> parameter_list::keys() const {
 
 std::string parameter_list::missing() const {
   for (const parameter_row &row : rows_)
-    if (row.required && !row.is_given())
+    if (row.required && (!row.is_given() || row.text().empty()))
       return row.key;
   return {};
 }

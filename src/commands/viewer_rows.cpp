@@ -86,7 +86,7 @@ bool lay_out(class_net_elng &net, const layout_parameters &p, double aspect, pro
     lay_out_on_circle(net); // nodes without a cluster stay on it
     lay_out_by_clusters(net, chance);
   } else if (p.layout == "multilevel" || !net.coor_are_known_get())
-    return lay_out_multilevel(net, aspect, chance.next(), threads, project.frame());
+    return lay_out_multilevel(net, aspect, project.settings().seed, threads, project.frame());
   return true;
 }
 
@@ -169,8 +169,8 @@ struct picture_parameters {
 void describe_picture(parameter_list &list, picture_parameters &p) {
   describe_layout(list, p.layout);
   list.add("size", p.size, "width and height in pixels").type("WxH");
-  list.add("scale", p.scale, "how much larger nodes, lines and letters are").limits(0.1, 20);
-  list.add("no-captions", p.no_captions, "no names beside the nodes");
+  list.add("scale", p.scale, "how much larger nodes, lines and letters are").limits(1, 20);
+  list.add("no-captions", p.no_captions, "no names and scores");
   list.add("edge-captions", p.edge_captions, "scores beside the edges");
   list.add("edges-above", p.edges_above, "only edges of at least this score").limits(-1e9, 1e9);
   list.add("edges-below", p.edges_below, "only edges of at most this score").limits(-1e9, 1e9);
@@ -186,7 +186,8 @@ void check_picture(const picture_parameters &p) {
 
 net_picture look_of(const picture_parameters &p) {
   net_picture look;
-  look.show_node_captions = !p.no_captions;
+  look.show_node_captions = true;
+  look.no_captions = p.no_captions;
   look.show_edge_captions = p.edge_captions;
   look.captions_apart = true;
   edge_display &edges = look.edges;
@@ -200,10 +201,11 @@ net_picture look_of(const picture_parameters &p) {
   return look;
 }
 
-// Nodes of a file are as large as their factors say, which the reader takes for their size: 1. A picture wants to see
-// them.
-void draw_picture(project_state &project, const class_net_elng &net, const net_sheet &sheet,
-                  const picture_parameters &p, const fs::path &file) {
+void draw_picture(project_state &project, const class_net_elng &net, net_sheet sheet, const picture_parameters &p,
+                  const fs::path &file) {
+  constexpr std::int32_t many = 1500; // nodes that would hide each other
+  if (net.n_vertices_get() > many)
+    sheet.look.least_half_size = 1.5f;
   picture_file picture(file);
   picture.start_page(picture_size_of(p.size));
   const paint_faults faults =
@@ -315,22 +317,38 @@ private:
   const class_net_elng &net_;
 };
 
+// Overlaps step back behind what the colours tell.
+void quiet_edges(class_net_elng &net) {
+  constexpr colour_value light = rgb(206, 210, 214);
+  for (std::int32_t e = 1; e <= net.n_edges_get(); ++e) {
+    edge_elng edge = net.edges()[static_cast<std::size_t>(e)];
+    edge.c = light;
+    edge.is_marked = false;
+    edge.mark_caption.clear();
+    net.edge_set(e, edge);
+  }
+}
+
 void colour_nodes(class_net_elng &net, const contig_map &map, const std::string &wanted, net_sheet &sheet) {
+  constexpr std::int16_t half_size = 5;
   const clone_colours colours(map, wanted, net);
   for (vertex_number n = 1; n <= net.n_vertices_get(); ++n) {
-    node_elng node = net.nodes()[static_cast<std::size_t>(n)];
-    if (node.clone_id < 1)
+    const node_elng &of = net.nodes()[static_cast<std::size_t>(n)];
+    const auto entry = of.clone_id < 1 ? std::nullopt : colours.of(of);
+    if (!entry)
       continue;
-    const auto entry = colours.of(net.nodes()[static_cast<std::size_t>(n)]);
-    node.is_marked = false; // overlays of the net's marks would hide them
-    if (entry) {
-      node.ic = entry->fill;
-      if (std::none_of(sheet.legend.begin(), sheet.legend.end(),
-                       [&](const legend_entry &known) { return known.text == entry->text; }))
-        sheet.legend.push_back(*entry);
-    }
+    node_elng node = of;
+    node.is_marked = false;
+    node.size = half_size;
+    node.ic = entry->fill;
+    node.show_caption = map.clones[static_cast<std::size_t>(node.clone_id)].place_on_path > 0; // above the others
     net.node_set(n, node);
+    if (std::none_of(sheet.legend.begin(), sheet.legend.end(),
+                     [&](const legend_entry &known) { return known.text == entry->text; }))
+      sheet.legend.push_back(*entry);
   }
+  if (wanted != "score")
+    quiet_edges(net);
 }
 
 class contig_pictures {

@@ -9,10 +9,16 @@ namespace orb {
 
 namespace {
 
-constexpr float least_half_size = 3, half_size_of_others = 4;
+constexpr float half_size_of_others = 4;
 constexpr float width_of_overlay = 5;
 constexpr float caption_size = 10;
 constexpr colour_value blue = 255 * 65536, black = 0;
+
+// Crowded pictures have smaller nodes, never larger ones.
+float half_size_of(std::int16_t size, const net_picture &picture) {
+  return picture.least_half_size < 3 ? picture.least_half_size
+                                     : std::max(static_cast<float>(size), picture.least_half_size);
+}
 
 bool is_place(const surface_point &point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
@@ -58,16 +64,17 @@ net_painter::shape_run &net_painter::shapes_of(const surface_look &look, int cor
 // Shapes 2 and up have one size. A cross has one stroke in the border's colour and one in black; "empty" is nothing.
 void net_painter::add_marker(const marker &drawn) {
   const std::int32_t shape = drawn.shape < 0 || drawn.shape >= n_shapes ? 0 : drawn.shape;
-  const float s = shape >= 2 ? half_size_of_others : drawn.s;
+  const float s = shape >= 2 ? half_size_of_others : drawn.s < 3 ? drawn.s : std::trunc(drawn.s);
   const auto [x, y] = drawn.at;
-  const surface_look look{drawn.fill, drawn.border};
+  const bool is_small = drawn.s < 3; // its border would be all that is seen of it
+  const surface_look look{drawn.fill, drawn.border, true, !is_small};
   const auto polygon = [&](std::initializer_list<surface_point> corners) {
     auto &points = shapes_of(look, static_cast<int>(corners.size())).points;
     points.insert(points.end(), corners);
   };
   switch (shape) {
   case 0:
-    shapes_of(look, 0).boxes.push_back({drawn.at, {std::trunc(s), std::trunc(s)}});
+    shapes_of(look, 0).boxes.push_back({drawn.at, {s, s}});
     break;
   case 1:
     shapes_of(look, 1).boxes.push_back({{x - s, y - s}, {2 * s, 2 * s}});
@@ -90,11 +97,12 @@ void net_painter::add_marker(const marker &drawn) {
   }
 }
 
-void net_painter::add_caption(std::string text, surface_point at, colour_value colour, text_anchor anchor) {
+void net_painter::add_caption(std::string text, surface_point at, colour_value colour, bool comes_first) {
   if (text.empty())
     return;
   captions_.push_back(std::move(text));
-  texts_.push_back({at, {}, caption_size, colour, anchor}); // its text follows when all are there
+  comes_first_.push_back(comes_first ? 1 : 0);
+  texts_.push_back({at, {}, caption_size, colour, text_anchor::left}); // its text follows when all are there
 }
 
 bool net_painter::add_edge(const edge_elng &edge, const net_picture &picture) {
@@ -110,7 +118,7 @@ bool net_painter::add_edge(const edge_elng &edge, const net_picture &picture) {
   if (picture.show_edge_captions || edge.show_caption)
     add_caption(edge.caption + (edge.mark_caption.empty() ? "" : " (" + edge.mark_caption + ")"),
                 {(places_[from].x + places_[to].x) / 2, (places_[from].y + places_[to].y) / 2}, colour,
-                text_anchor::left);
+                edge.show_caption);
   return true;
 }
 
@@ -128,25 +136,25 @@ bool net_painter::add_node(const node_elng &node, vertex_number n, const net_pic
   if (is_drawn_[at] == 0)
     return !node.is_coor_known;
   const colour_value fill = node.ic < 0 ? blue : node.ic;
-  const float s = std::max(static_cast<float>(node.size), least_half_size);
+  const float s = half_size_of(node.size, picture);
   add_marker({places_[at], s, node.shape, node.is_selected ? palette_colour(palette_selection_colour).value : fill,
               node.bc < 0 ? black : node.bc});
   if (picture.show_node_captions || node.show_caption) {
     const float right = node.shape >= 2 ? half_size_of_others : s;
     add_caption(table != nullptr && table->is_loaded() ? table->sCaptionForNode(node.caption) : node.caption,
-                {places_[at].x + right, places_[at].y - right}, fill, text_anchor::left);
+                {places_[at].x + right, places_[at].y - right}, fill, node.show_caption);
   }
   return true;
 }
 
-void net_painter::add_overlay(const node_elng &node, vertex_number n) {
+void net_painter::add_overlay(const node_elng &node, vertex_number n, const net_picture &picture) {
   const auto at = static_cast<std::size_t>(n);
   if (!node.is_marked || is_drawn_[at] == 0)
     return;
-  const float s = std::max(static_cast<float>(node.mark_size), least_half_size);
+  const float s = half_size_of(node.mark_size, picture);
   add_marker({places_[at], s, node.mark_shape, node.mark_ic < 0 ? blue : node.mark_ic,
               node.mark_bc < 0 ? black : node.mark_bc});
-  add_caption(node.mark_caption, {places_[at].x + s, places_[at].y - s}, node.mark_ic, text_anchor::left);
+  add_caption(node.mark_caption, {places_[at].x + s, places_[at].y - s}, node.mark_ic, true);
 }
 
 void net_painter::flush_lines(const drawing_surface &surface) {
@@ -169,43 +177,83 @@ void net_painter::flush_shapes(const drawing_surface &surface) {
   flush_lines(surface); // of crosses
 }
 
-// The first of several stays. What is taken up is noted by cells of a grid.
-void net_painter::leave_out_covering(const drawing_surface &surface) {
-  constexpr float cell = 4;
-  const surface_size size = surface.size();
-  const auto columns = static_cast<std::int64_t>(size.width / cell) + 1,
-             rows = static_cast<std::int64_t>(size.height / cell) + 1;
-  std::vector<bool> taken(static_cast<std::size_t>(columns * rows), false);
-  const auto place = [](float at, std::int64_t n) {
-    return std::clamp<std::int64_t>(static_cast<std::int64_t>(std::clamp(at, -1e6f, 1e6f) / cell), 0, n - 1);
-  };
-  std::size_t kept = 0;
-  for (const surface_text &text : texts_) {
-    const auto x1 = place(text.at.x, columns), y1 = place(text.at.y - text.size, rows), y2 = place(text.at.y, rows),
-               x2 = place(text.at.x + surface.text_width(text.text, text.size) + cell, columns);
-    bool is_free = true;
+namespace {
+
+// What texts take up of a picture, by cells of a grid.
+class taken_cells {
+public:
+  explicit taken_cells(const surface_size &size)
+      : columns_(static_cast<std::int64_t>(size.width / cell) + 1),
+        rows_(static_cast<std::int64_t>(size.height / cell) + 1),
+        taken_(static_cast<std::size_t>(columns_ * rows_), false) {}
+
+  // False, and nothing is taken, when another text is there.
+  bool take(const surface_text &text, float width) {
+    const auto x1 = place(text.at.x, columns_), x2 = place(text.at.x + width + cell, columns_),
+               y1 = place(text.at.y - text.size, rows_), y2 = place(text.at.y, rows_);
     for (auto y = y1; y <= y2; ++y)
       for (auto x = x1; x <= x2; ++x)
-        is_free = is_free && !taken[static_cast<std::size_t>(y * columns + x)];
-    if (!is_free)
-      continue;
+        if (taken_[static_cast<std::size_t>(y * columns_ + x)])
+          return false;
     for (auto y = y1; y <= y2; ++y)
       for (auto x = x1; x <= x2; ++x)
-        taken[static_cast<std::size_t>(y * columns + x)] = true;
-    texts_[kept++] = text;
+        taken_[static_cast<std::size_t>(y * columns_ + x)] = true;
+    return true;
   }
-  texts_.resize(kept);
+
+private:
+  static constexpr float cell = 4; // pixels
+  static std::int64_t place(float at, std::int64_t n) {
+    return std::clamp<std::int64_t>(static_cast<std::int64_t>(std::clamp(at, -1e6f, 1e6f) / cell), 0, n - 1);
+  }
+  std::int64_t columns_, rows_;
+  std::vector<bool> taken_;
+};
+
+} // namespace
+
+void net_painter::leave_out_covering(const drawing_surface &surface) {
+  constexpr colour_value dark = 0x333333;
+  taken_cells taken(surface.size());
+  std::vector<surface_text> kept;
+  for (const int first : {1, 0})
+    for (std::size_t k = 0; k < texts_.size(); ++k)
+      if (comes_first_[k] == first && taken.take(texts_[k], surface.text_width(texts_[k].text, texts_[k].size))) {
+        kept.push_back(texts_[k]);
+        kept.back().colour = dark;
+      }
+  texts_ = std::move(kept);
 }
 
 void net_painter::flush_texts(const net_picture &picture, const drawing_surface &surface) {
   for (std::size_t k = 0; k < texts_.size(); ++k)
     texts_[k].text = captions_[k];
-  if (picture.captions_apart)
+  if (picture.no_captions)
+    texts_.clear();
+  else if (picture.captions_apart)
     leave_out_covering(surface);
   if (!texts_.empty())
     surface.texts(texts_);
   texts_.clear();
   captions_.clear();
+  comes_first_.clear();
+}
+
+paint_faults net_painter::add_nodes(const class_net_elng &net, const net_picture &picture,
+                                    const class_net_elng_clust *table, const drawing_surface &surface) {
+  paint_faults faults;
+  const auto nodes = net.nodes();
+  for (std::size_t n = 1; n < nodes.size(); ++n)
+    add_overlay(nodes[n], static_cast<vertex_number>(n), picture);
+  flush_shapes(surface);
+  for (const bool above : {false, true}) {
+    for (std::size_t n = 1; n < nodes.size(); ++n)
+      if ((picture.captions_apart && nodes[n].show_caption) == above &&
+          !add_node(nodes[n], static_cast<vertex_number>(n), picture, table) && faults.n_vertices++ == 0)
+        faults.first_vertex = static_cast<std::int32_t>(n);
+    flush_shapes(surface);
+  }
+  return faults;
 }
 
 paint_faults net_painter::redraw_net(const class_net_elng &net, const view_geometry &geometry,
@@ -230,13 +278,9 @@ paint_faults net_painter::redraw_net(const class_net_elng &net, const view_geome
   }
   flush_lines(surface);
   flush_texts(picture, surface);
-  for (std::size_t n = 1; n < nodes.size(); ++n)
-    add_overlay(nodes[n], static_cast<vertex_number>(n));
-  flush_shapes(surface);
-  for (std::size_t n = 1; n < nodes.size(); ++n)
-    if (!add_node(nodes[n], static_cast<vertex_number>(n), picture, table) && faults.n_vertices++ == 0)
-      faults.first_vertex = static_cast<std::int32_t>(n);
-  flush_shapes(surface);
+  const paint_faults of_nodes = add_nodes(net, picture, table, surface);
+  faults.n_vertices = of_nodes.n_vertices;
+  faults.first_vertex = of_nodes.first_vertex;
   flush_texts(picture, surface);
   return faults;
 }

@@ -18,8 +18,11 @@ struct net_picture {
   colour_value background = 256 * 256 * 255 + 256 * 255 + 255;
   bool show_node_captions = false, show_edge_captions = false;
   edge_display edges;
-  bool moves = false;          // draw fast: thin lines, no smoothed edges
-  bool captions_apart = false; // a caption that would cover another one is left out
+  bool moves = false; // draw fast: thin lines, no smoothed edges
+  // For a picture that nobody can zoom: nodes that show their captions anyway lie above the others; a caption that
+  // would cover another one is left out, theirs come first, and all are dark.
+  bool captions_apart = false, no_captions = false;
+  float least_half_size = 3; // of nodes
 };
 
 // Numbers of what couldn't be drawn: a place that is no number.
@@ -56,11 +59,13 @@ private:
   std::vector<surface_line> &lines_of(const surface_pen &pen);
   shape_run &shapes_of(const surface_look &look, int corners);
   void add_marker(const marker &drawn);
-  void add_caption(std::string text, surface_point at, colour_value colour, text_anchor anchor);
+  paint_faults add_nodes(const class_net_elng &net, const net_picture &picture, const class_net_elng_clust *table,
+                         const drawing_surface &surface);
+  void add_caption(std::string text, surface_point at, colour_value colour, bool comes_first);
   bool add_edge(const edge_elng &edge, const net_picture &picture);
   void add_overlay(const edge_elng &edge);
   bool add_node(const node_elng &node, vertex_number n, const net_picture &picture, const class_net_elng_clust *table);
-  void add_overlay(const node_elng &node, vertex_number n);
+  void add_overlay(const node_elng &node, vertex_number n, const net_picture &picture);
   void flush_lines(const drawing_surface &surface);
   void flush_shapes(const drawing_surface &surface);
   void flush_texts(const net_picture &picture, const drawing_surface &surface);
@@ -74,6 +79,7 @@ private:
   std::size_t n_lines_ = 0, n_shapes_ = 0; // runs in use
   std::vector<surface_text> texts_;
   std::vector<std::string> captions_;
+  std::vector<char> comes_first_; // of these
 };
 
 } // namespace orb

@@ -803,6 +803,86 @@ before: list.sort list=in/list.txt out=d.net
 run: draw.list list=in/list.txt out=d.net
 fails
   force=yes -> d.net
+[]
+run: net.picture file=in/drawn.net
+fails
+  out=m.png -> m.png
+[]
+run: net.picture out=m.svg
+fails
+  file=in/drawn.net -> m.svg
+[]
+run: net.picture file=in/drawn.net out=m.svg
+  size=700x500 -> m.svg
+  scale=2 -> m.svg
+  layout=circle -> m.svg
+  no-captions=yes -> m.svg
+  edge-captions=yes -> m.svg
+  edges-above=15 -> m.svg
+  edges-below=25 -> m.svg
+[library net]
+before: list.sort list=in/list.txt out=m.pdf
+run: net.picture file=in/drawn.net out=m.pdf
+fails
+  force=yes -> m.pdf
+[library net contigs]
+run: contigs.picture out=m.svg
+fails
+  contig=cl_4 -> m.svg
+  all=yes -> m_cl_4.svg
+  list=in/list.txt -> m.svg
+[library net contigs]
+run: contigs.picture contig=cl_4
+fails
+  out=m.svg -> m.svg
+[library net contigs]
+run: contigs.picture contig=cl_4 out=m.svg
+  colours=burial -> m.svg
+  layout=circle -> m.svg
+  size=700x500 -> m.svg
+  scale=2 -> m.svg
+  no-captions=yes -> m.svg
+  edge-captions=yes -> m.svg
+  edges-above=40 -> m.svg
+  edges-below=40 -> m.svg
+[library net contigs]
+before: list.sort list=in/list.txt out=m.pdf
+run: contigs.picture contig=cl_4 out=m.pdf
+fails
+  force=yes -> m.pdf
+[]
+run: net.layout out=m.tsv
+fails
+  file=in/drawn.net -> m.tsv
+[]
+run: net.layout file=in/drawn.net
+fails
+  out=m.tsv -> m.tsv
+[]
+run: net.layout file=in/drawn.net out=m.tsv
+  layout=own -> m.tsv
+[library net]
+before: list.sort list=in/list.txt out=m.tsv
+run: net.layout file=in/drawn.net out=m.tsv
+fails
+  force=yes -> m.tsv
+[]
+run: net.view
+fails
+  file=in/drawn.net -> figures
+[]
+run: net.view file=in/drawn.net do=mnuOptions_Multilevel picture=v.svg
+  do=mnuSelectAll -> figures
+  size=700x500 -> v.svg
+  out=v.net -> v.net
+[]
+run: net.view file=in/drawn.net
+  picture=v.svg -> v.svg
+[library net]
+before: list.sort list=in/list.txt out=v.net
+run: net.view file=in/drawn.net out=v.net
+fails
+  force=yes -> v.net
 [library net]
 run: draw.marked
 fails

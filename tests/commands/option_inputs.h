@@ -113,6 +113,7 @@ private:
     for (int i = 0; i < 6; ++i)
       joined += std::to_string(i + 1) + " \"" + list[static_cast<std::size_t>(i)] + "\"\n";
     folder_.write("supercontigs/joined.net", joined);
+    folder_.write("drawn.net", joined + "*Edges 3\n1 2 20 l \"20.00\"\n2 3 9 l \"9.00\"\n3 4 30 l \"30.00\"\n");
     folder_.write("addresses.txt", "lists/a.txt\nlists/b.txt\n");
     folder_.write("columns.txt", list[0] + "," + list[1] + "\n" + list[2] + "\n");
     folder_.write("exclude.txt", list[1] + "\n");
