@@ -33,5 +33,6 @@ using fuzz_table = std::vector<fuzz_target>;
 void add_database_targets(fuzz_table &table);
 void add_net_and_run_targets(fuzz_table &table);
 void add_other_targets(fuzz_table &table);
+void add_viewer_targets(fuzz_table &table);
 
 } // namespace fuzz_test

@@ -344,6 +344,7 @@ const std::vector<fuzz_target> &fuzz_targets() {
     add_database_targets(made);
     add_net_and_run_targets(made);
     add_other_targets(made);
+    add_viewer_targets(made);
     return made;
   }();
   return table;
