@@ -142,8 +142,8 @@ public:
   // Printing.
   // One row for each clone of the list.
   void print_coordinates_of_clones(const number_list &list, const std::filesystem::path &file);
-  // contig_statistics_<band size>.txt in the working folder.
-  void print_N50_statistics();
+  // contig_statistics_<band size>.txt in the working folder; the name of the file.
+  std::filesystem::path print_N50_statistics();
   // The tables below have a header line and fields separated by tabs unless another form is named; empty paths get the
   // default names in the working folder. Clusters are those in use, coordinates are in bands with three decimals.
   //

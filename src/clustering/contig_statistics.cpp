@@ -65,16 +65,18 @@ private:
 
 } // namespace
 
-void class_FPCto_import::print_N50_statistics() {
+std::filesystem::path class_FPCto_import::print_N50_statistics() {
   const std::string text = frame_->input({"Virtual band size (bp, for contig length calculation):", "", "1200"});
   double band_size = standard_band_size;
   if (!number_parse(text, band_size) || !(band_size >= 1 && band_size <= largest_band_size))
     band_size = standard_band_size;
-  statistics_table table(
-      frame_->path_in_working_folder("\\contig_statistics_" + number_text_shortest(band_size) + ".txt"), band_size);
+  const std::filesystem::path file =
+      frame_->path_in_working_folder("\\contig_statistics_" + number_text_shortest(band_size) + ".txt");
+  statistics_table table(file, band_size);
   for (std::int32_t n_clones_min = 2; n_clones_min <= 11; ++n_clones_min)
     table.contigs_of_at_least(n_clones_min, *this);
   table.commit();
+  return file;
 }
 
 void class_FPCto_import::print_coordinates_of_clones(const number_list &list, const std::filesystem::path &path) {

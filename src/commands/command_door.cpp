@@ -128,7 +128,12 @@ command_result run_command(project_state &project, const bound_command &command)
   });
   if (in_hand.is_outermost() && result.completed)
     remove_old_records(result);
-  return logged.completed || !result.completed ? result : logged;
+  if (!logged.completed && result.completed) { // what it made stays named
+    result.completed = false;
+    result.status = logged.status;
+    result.why = logged.why;
+  }
+  return result;
 }
 
 } // namespace orb

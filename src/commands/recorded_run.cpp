@@ -98,6 +98,22 @@ void recorded_run::begin() {
   begun_ = true;
 }
 
+void recorded_run::take(const command_result &result) {
+  const std::vector<fs::path> &foreseen = project_.files().results();
+  bool is_new = false;
+  for (const named_file &file : result.files) {
+    std::error_code failed;
+    if (!begun_ || folder_of(file.path) != folder_of(file_.path()) || !fs::is_regular_file(file.path, failed) ||
+        std::find(foreseen.begin(), foreseen.end(), file.path) != foreseen.end())
+      continue;
+    record_.makes_add(file.path.filename().string());
+    is_new = true;
+  }
+  record_result(result, record_);
+  if (is_new)
+    file_.save(record_);
+}
+
 void recorded_run::stage(const std::string &name) {
   if (name == stage_)
     return;

@@ -30,6 +30,9 @@ public:
   void let_leftovers_give_way();
   // Takes the outputs for this run and writes the record. Throws file_error when they aren't to be had.
   void begin();
+  // Keeps what a step found. A result whose name showed only when it was made is told at once, in case that the run is
+  // killed.
+  void take(const command_result &result);
   void stage(const std::string &name);
   void end(const command_result &end, const command_streams &streams);
 

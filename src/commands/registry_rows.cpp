@@ -74,8 +74,8 @@ void check_statistics(const project_state &project, const parts_there &, const s
 command_result run_statistics(project_state &project, const statistics_wishes &p) {
   work_in(project, p.folder.out);
   const auto band_length = answer_band_lengths_ahead(project, p.lengths);
-  registry_of(project).print_N50_statistics();
   command_result result;
+  result.file("statistics", registry_of(project).print_N50_statistics());
   result.findings = *band_length;
   return result;
 }

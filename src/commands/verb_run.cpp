@@ -293,7 +293,7 @@ command_result run_steps(verb_run &call, project_state &project, recorded_run &r
     stages.begin(steps[i].stage);
     const command_result result = run_command(project, bound);
     stages.add(result);
-    record_result(result, recorded.record());
+    recorded.take(result);
     for (const project_part part : bound.row().makes)
       if (part == project_part::library && result.completed)
         recorded.record().library_set(project.database().total_number_of_clones_get(),

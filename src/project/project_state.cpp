@@ -1,6 +1,7 @@
 #include "project/project_state.h"
 
 #include "database/class_markers.h"
+#include "frame/failures.h"
 
 namespace orb {
 
@@ -31,8 +32,13 @@ void project_state::start() {
   frame_.log_line("Start of ORB program");
 }
 
+// All is done by then: a log that can't take its last line makes nothing fail.
 void project_state::finish() {
-  frame_.log_line("Exit the ORB program");
+  try {
+    frame_.log_line("Exit the ORB program");
+  } catch (const file_error &failed) {
+    frame_.note(failed.what());
+  }
 }
 
 bool project_state::has(project_part part) const {

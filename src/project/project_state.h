@@ -93,7 +93,7 @@ public:
 
   // "Start of ORB program" in the log, panels at rest.
   void start();
-  // "Exit the ORB program" in the log.
+  // "Exit the ORB program" in the log, where it takes it.
   void finish();
 
 private:

@@ -147,8 +147,7 @@ std::optional<json> run_record_read(const fs::path &file) {
   std::error_code failed;
   if (!fs::is_regular_file(file, failed))
     return std::nullopt;
-  std::ifstream in(file, std::ios::binary);
-  json read = json::parse(in, nullptr, false);
+  json read = json::parse(file_bytes(file), nullptr, false);
   if (read.is_discarded() || !read.is_object())
     return std::nullopt;
   return read;

@@ -40,6 +40,7 @@ public:
   void stage_end();
   // Names of the files beside its record that the run will make and that weren't there before it.
   void makes_set(const std::vector<std::string> &names) { json_["makes"] = names; }
+  void makes_add(const std::string &name) { json_["makes"].push_back(name); } // whose name showed only now
   // Those of them that are in the folder now: a run that failed lets the next one overwrite them as long as they stay.
   void leaves_set(const std::filesystem::path &folder);
   // A finished result of the run: a file with size and checksum, or a folder by name. Replaces an older entry of `key`.
@@ -83,7 +84,7 @@ private:
 // FILE.run.json.
 std::filesystem::path run_record_name(std::filesystem::path file);
 // The record beside a file (FILE.run.json, else run.json of its folder) or in a folder; nothing when there is none or
-// it can't be read as JSON.
+// it isn't JSON. Throws file_error when one is there and can't be read: what it says isn't passed over.
 std::optional<nlohmann::json> run_record_read(const std::filesystem::path &file);
 std::optional<nlohmann::json> run_record_beside(const std::filesystem::path &result);
 // Metric and cutoff that it names; nothing when one of them is missing or unknown.
