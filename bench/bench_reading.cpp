@@ -14,7 +14,7 @@
 #include "database/library_file.h"
 #include "frame/files.h"
 #include "library_arguments.h"
-#include "sizes_file.h"
+#include "support/sizes_file.h"
 #include "support/temporary_folder.h"
 
 namespace {
@@ -115,7 +115,7 @@ void write_library(benchmark::State &state) {
   class_DB_of_clones database;
   files().load(database);
   measure(state, "writing library file", files().library,
-          [&database] { DataBase_in_typical_file_print(files().folder / "written.ORBdb", database); });
+          [&database] { DataBase_in_typical_file_print(files().folder.path() / "written.ORBdb", database); });
 }
 
 BENCHMARK(lines_of_sizes)->Unit(benchmark::kMillisecond);

@@ -12,6 +12,7 @@
 #include "frame/numbers.h"
 #include "net/derived_nets.h"
 #include "net/net_as_text.h"
+#include "reports/clone_stacks.h"
 #include "reports/run_record.h"
 
 namespace orb {
@@ -37,6 +38,7 @@ void put_overlaps(project_state &project, command_result &result) {
   result.summary = fmt::format("{} overlaps between {} clones, at most {} of one clone",
                                number_text_thousands(net.number_of_edges_get() / 2),
                                number_text_thousands(net.number_of_vertices_get()), most);
+  result.findings = text_of_stacks(find_clone_stacks(net), project.database());
 }
 
 // A net of the same library is where work on a text net starts from; in memory it is always made anew.

@@ -12,6 +12,9 @@ constexpr double share_of_inside = 0.85;
 // next clone of the path explains.
 constexpr std::int32_t bands_to_go_outwards = 5;
 
+// In a dense heap a clone is compared with thousands.
+constexpr std::int64_t comparisons_between_looks = 100000;
+
 // Whether the clone leaves so many of its neighbour's bands unexplained that it lies on the outer side.
 bool goes_outwards(std::int32_t n_bands_neighbour, std::int32_t explained) {
   return n_bands_neighbour - bands_to_go_outwards > explained;
@@ -126,11 +129,18 @@ void contig_coordinates::make_coordinates_by_rank(const number_list &path, const
       of_rank[at(ranks(position))].push_back(position);
   }
   best_neighbour best;
+  std::int64_t n_compared = 0; // at the most
   first_relevant_ = 0;
   for (std::int32_t rank = 1; rank <= width; ++rank) {
     if (of_rank[at(rank)].empty())
       frame_.alarm("Error! list_of_vertices_next_rank(0) = 0");
     for (const std::int32_t position : of_rank[at(rank)]) {
+      n_compared += net.number_of_edges_for_vertex_total_get(vertex_of_position[at(position)]);
+      if (n_compared > comparisons_between_looks) {
+        n_compared = 0;
+        if (!frame_.goes_on())
+          return;
+      }
       find_best_neighbour(position, vertex_of_position[at(position)], ranks, net, net_list, best);
       if (best.position > 0)
         place_beside(position, best.position, path);

@@ -20,7 +20,8 @@ public:
 
   // path: positions along the diametric path, at least one. ranks: steps from the path, by position. width: the largest
   // of them. net: of the list at the current cutoff; net_list(v) is the position of its vertex v.
-  // Cost: one comparison of bands for each record that leads to a smaller rank.
+  // Cost: one comparison of bands for each record that leads to a smaller rank. A stop request leaves the rest
+  // unplaced.
   void make_clone_coordinates(number_list path, const number_list &ranks, std::int32_t width, const class_net &net,
                               const number_list &net_list);
   // Moves all clones so that the contig starts at 1, if it starts below; one that starts above stays. The extremes are

@@ -171,6 +171,10 @@ bool create_net_of_clusters(class_clone_net_signif &signif, const overlap_rule &
   result.files_written.push_back(save_in_text(frame, result.net, result.names, "\\net1.txt"));
   result.files_written.push_back(net_of_clusters_to_pajek(frame, result.net, result.names, ""));
   unite_clusters_along_liniar_parts(context, options, result);
+  if (frame.stop_requested_get()) {
+    frame.process_stopped_manually();
+    return false;
+  }
   frame.all_panels_reset();
   return true;
 }

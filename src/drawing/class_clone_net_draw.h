@@ -174,6 +174,7 @@ private:
   void add_vertices(const class_DB_of_clones &database);
   bool fill_drawing(double burying_border, drawing_kind kind, const class_DB_of_clones &database);
   void pairs_to_net(drawing_kind kind);
+  bool goes_on_with_pairs(std::int64_t n_more) const; // false after a stop request
   void computed_pairs_to_net(double burying_border, drawing_kind kind);
   void two_metrics_to_net(double burying_border);
   template <class pair_of_places> void for_pairs_of_loaded_net(pair_of_places pair) const;
@@ -184,7 +185,7 @@ private:
   void mark_burial(std::int32_t a, std::int32_t b, std::int16_t code);
   bool draw_one_metric(double burying_border, std::int16_t distance, double cutoff, bool nets_for_cutoffs,
                        drawing_kind kind, bool print_values, bool one_of_several, const class_DB_of_clones &database);
-  void write_drawing(double threshold, const series &wanted);
+  bool write_drawing(double threshold, const series &wanted);
   std::filesystem::path file_of_drawing(double threshold, const series &wanted, std::string_view extension) const;
   void start_quick_run(const number_list &list, const std::string &caption, const std::filesystem::path &folder);
   bool read_list(std::filesystem::path file, const std::string &dialog_title, number_list &list, std::string &pure_name,
@@ -206,6 +207,7 @@ private:
   std::vector<axis_place> places_; // from 0; empty: not known
   std::array<std::string, 3> mark_names_{"list 1", "list 2", "list 3"};
   std::string label_;
+  mutable std::int64_t n_pairs_since_look_ = 0; // at the stop flag
   std::vector<std::int32_t> quick_left_, quick_right_;
   std::vector<std::filesystem::path> files_written_;
 };

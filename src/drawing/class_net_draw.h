@@ -80,11 +80,14 @@ public:
     return edge.value >= threshold && edge.i >= 1 && edge.j >= 1 && edge.i <= private_n_vertices_ &&
            edge.j <= private_n_vertices_;
   }
+  // Asked behind each edge that is written; looks at the stop flag now and then.
+  bool goes_on_behind(std::size_t n_edges) const { return n_edges % 50000 != 0 || frame_->goes_on(); }
   std::int32_t n_shown(const draw_edges &edges, double threshold) const;
 
   // The file of the head of this header. Edges and arcs below the threshold are left out; -1 keeps all. An unknown
-  // colour or pattern is told once a file and written as Black or Solid. Throws file_error.
-  void print_net_pajek(const std::filesystem::path &file, double threshold, std::string_view title) const;
+  // colour or pattern is told once a file and written as Black or Solid. Throws file_error. False, and no file, after a
+  // stop request.
+  bool print_net_pajek(const std::filesystem::path &file, double threshold, std::string_view title) const;
   // All edges (no arcs) as a table: edge, i, name, j, name, val ("0.0"), label.
   void print_all_edges_values(const std::filesystem::path &file) const;
 

@@ -191,11 +191,14 @@ void print_vertex(xml_lines &xml, std::int32_t k, const draw_vertex &vertex, con
   xml.end();
 }
 
-void print_edges(xml_lines &xml, const class_net_draw &drawing, const draw_edges &edges, double threshold,
+bool print_edges(xml_lines &xml, const class_net_draw &drawing, const draw_edges &edges, double threshold,
                  bool are_arcs) {
+  std::size_t n_edges = 0;
   for (const draw_edge &edge : edges.items) {
     if (!drawing.is_shown(edge, threshold))
       continue;
+    if (!drawing.goes_on_behind(++n_edges))
+      return false;
     std::string_view pattern;
     line_pattern_name(edge.p, pattern);
     xml.begin();
@@ -216,6 +219,7 @@ void print_edges(xml_lines &xml, const class_net_draw &drawing, const draw_edges
     xml.plain("</edge>");
     xml.end();
   }
+  return true;
 }
 
 } // namespace
@@ -238,7 +242,7 @@ void xml_text_append(std::string &to, std::string_view text) {
   }
 }
 
-void print_net_graphml(const class_net_draw &drawing, const std::filesystem::path &file, double threshold,
+bool print_net_graphml(const class_net_draw &drawing, const std::filesystem::path &file, double threshold,
                        std::string_view title, const graphml_details &details) {
   const bool with_details = details.vertices.size() > static_cast<std::size_t>(drawing.n_vertices_get());
   bool with_positions = false;
@@ -249,11 +253,13 @@ void print_net_graphml(const class_net_draw &drawing, const std::filesystem::pat
   print_heads(xml, title, details, with_positions);
   for (std::int32_t k = 1; k <= drawing.n_vertices_get(); ++k)
     print_vertex(xml, k, drawing.vertex(k), with_details ? &details.vertices[static_cast<std::size_t>(k)] : nullptr);
-  print_edges(xml, drawing, drawing.vectors(), threshold, true);
-  print_edges(xml, drawing, drawing.edges(), threshold, false);
+  if (!print_edges(xml, drawing, drawing.vectors(), threshold, true) ||
+      !print_edges(xml, drawing, drawing.edges(), threshold, false))
+    return false;
   xml.line("</graph>");
   xml.line("</graphml>");
   out.commit();
+  return true;
 }
 
 } // namespace orb

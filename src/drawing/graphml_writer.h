@@ -38,8 +38,8 @@ struct graphml_details {
   std::vector<graphml_vertex> vertices; // from 1; empty: none
 };
 
-// Edges and arcs below the threshold are left out; -1 keeps all. Throws file_error.
-void print_net_graphml(const class_net_draw &drawing, const std::filesystem::path &file, double threshold,
+// Edges and arcs below the threshold are left out; -1 keeps all. Throws file_error. False, and no file, after a stop.
+bool print_net_graphml(const class_net_draw &drawing, const std::filesystem::path &file, double threshold,
                        std::string_view title, const graphml_details &details = {});
 
 // The text as the content of an XML element: markup characters, tabs and line ends escaped; characters that XML can't

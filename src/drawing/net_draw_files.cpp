@@ -82,7 +82,8 @@ bool class_clone_net_draw::draw_one_metric(double burying_border, std::int16_t d
   if (!fill_drawing(burying_border, kind, database))
     return false;
   for (const double threshold : wanted.thresholds)
-    write_drawing(threshold, wanted);
+    if (!write_drawing(threshold, wanted))
+      return false;
   if (print_values) {
     const std::string metric = class_clone_dist_general::name_of_cutoff_distance(metric_.distance_index_get());
     const std::filesystem::path table =
@@ -93,19 +94,22 @@ bool class_clone_net_draw::draw_one_metric(double burying_border, std::int16_t d
   return true;
 }
 
-void class_clone_net_draw::write_drawing(double threshold, const series &wanted) {
+bool class_clone_net_draw::write_drawing(double threshold, const series &wanted) {
   if (options_.write_pajek) {
     const std::filesystem::path file = file_of_drawing(threshold, wanted, ".net");
-    net_draw_.print_net_pajek(file, threshold, caption_of_net_);
+    if (!net_draw_.print_net_pajek(file, threshold, caption_of_net_))
+      return false;
     files_written_.push_back(file);
   }
   if (options_.write_graphml) {
     const std::filesystem::path file = file_of_drawing(threshold, wanted, ".graphml");
     details_.metric = class_clone_dist_general::name_of_cutoff_distance(metric_.distance_index_get());
     details_.cutoff = threshold;
-    print_net_graphml(net_draw_, file, threshold, caption_of_net_, details_);
+    if (!print_net_graphml(net_draw_, file, threshold, caption_of_net_, details_))
+      return false;
     files_written_.push_back(file);
   }
+  return true;
 }
 
 std::filesystem::path class_clone_net_draw::file_of_drawing(double threshold, const series &wanted,

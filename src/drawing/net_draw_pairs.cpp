@@ -70,9 +70,19 @@ void class_clone_net_draw::add_pair_of_metric(std::int32_t a, std::int32_t b, dr
 }
 
 void class_clone_net_draw::pairs_to_net(drawing_kind kind) {
-  for (std::int32_t a = 1; a <= n_clones_get(); ++a)
+  for (std::int32_t a = 1; a <= n_clones_get() && goes_on_with_pairs(n_clones_get()); ++a)
     for (std::int32_t b = a + 1; b <= n_clones_get(); ++b)
       add_pair_of_metric(a, b, kind);
+}
+
+// In a dense heap pairs come by the million.
+bool class_clone_net_draw::goes_on_with_pairs(std::int64_t n_more) const {
+  constexpr std::int64_t pairs_between_looks = 20000;
+  n_pairs_since_look_ += n_more;
+  if (n_pairs_since_look_ < pairs_between_looks)
+    return true;
+  n_pairs_since_look_ = 0;
+  return signif_->context().frame.goes_on();
 }
 
 // The pairs a < b of places whose clones have a record in the loaded net: a pair without one can't overlap there. A
@@ -99,6 +109,8 @@ template <class pair_of_places> void class_clone_net_draw::for_pairs_of_loaded_n
       for (std::int32_t b = first_place.get(edge.neighbour, 0); b > 0; b = next_place[static_cast<std::size_t>(b)])
         if (b > a)
           partners.push_back(b);
+    if (!goes_on_with_pairs(static_cast<std::int64_t>(partners.size())))
+      return;
     std::sort(partners.begin(), partners.end());
     for (const std::int32_t b : partners)
       pair(a, b);
@@ -110,7 +122,8 @@ void class_clone_net_draw::computed_pairs_to_net(double burying_border, drawing_
   class_net net;
   signif_->create_net_without_using_previous_net(list_of_clones_, n_clones_get(), metric_.distance_index_get(),
                                                  metric_.limit_r_get(), burying_border, net);
-  for (std::int32_t a = 1; a <= net.number_of_vertices_get(); ++a)
+  for (std::int32_t a = 1;
+       a <= net.number_of_vertices_get() && goes_on_with_pairs(net.number_of_edges_for_vertex_total_get(a)); ++a)
     for (const net_edge &edge : net.edges_of_vertex(a)) // ascending
       if (edge.neighbour > a)
         add_pair(a, edge.neighbour, kind, edge.value, edge.index2, true);
@@ -174,7 +187,7 @@ void class_clone_net_draw::two_metrics_to_net(double burying_border) {
   using metrics = class_clone_dist_general;
   const metric_context &context = signif_->context();
   class_clone_dist_calc calc(context, true); // both metrics on the same counts, and the first one needs weights
-  for (std::int32_t a = 1; a <= n_clones_get(); ++a)
+  for (std::int32_t a = 1; a <= n_clones_get() && goes_on_with_pairs(n_clones_get()); ++a)
     for (std::int32_t b = a + 1; b <= n_clones_get(); ++b) {
       const clone_number clone_a = list_of_clones_(a), clone_b = list_of_clones_(b);
       const double one =

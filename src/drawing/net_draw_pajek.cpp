@@ -43,13 +43,16 @@ private:
   std::vector<std::string> told_;
 };
 
-void print_edges(result_file &out, const class_net_draw &drawing, const draw_edges &edges, std::string_view head,
+bool print_edges(result_file &out, const class_net_draw &drawing, const draw_edges &edges, std::string_view head,
                  double threshold, name_lookup &names) {
   out.line(std::string(head) + std::to_string(drawing.n_shown(edges, threshold)));
   std::string line;
+  std::size_t n_edges = 0;
   for (const draw_edge &edge : edges.items) {
     if (!drawing.is_shown(edge, threshold))
       continue;
+    if (!drawing.goes_on_behind(++n_edges))
+      return false;
     line.clear();
     whole_number_append(line, edge.i);
     line += ' ';
@@ -65,6 +68,7 @@ void print_edges(result_file &out, const class_net_draw &drawing, const draw_edg
     line += '"';
     out.line(line);
   }
+  return true;
 }
 
 } // namespace
@@ -76,7 +80,7 @@ std::string text_in_quotes(std::string_view text) {
   return quoted;
 }
 
-void class_net_draw::print_net_pajek(const std::filesystem::path &file, double threshold,
+bool class_net_draw::print_net_pajek(const std::filesystem::path &file, double threshold,
                                      std::string_view title) const {
   name_lookup names(*frame_);
   result_file out(file);
@@ -101,9 +105,11 @@ void class_net_draw::print_net_pajek(const std::filesystem::path &file, double t
     line += names.color(at.bc);
     out.line(line);
   }
-  print_edges(out, *this, vectors_, "*Arcs ", threshold, names);
-  print_edges(out, *this, edges_, "*Edges ", threshold, names);
+  if (!print_edges(out, *this, vectors_, "*Arcs ", threshold, names) ||
+      !print_edges(out, *this, edges_, "*Edges ", threshold, names))
+    return false;
   out.commit();
+  return true;
 }
 
 void class_net_draw::print_all_edges_values(const std::filesystem::path &file) const {

@@ -54,7 +54,7 @@ std::vector<std::string> captions_with_super_clone(const class_DB_of_clones &dat
 
 } // namespace
 
-void plain_net_to_pajek(process_frame &frame, const class_net &net, const std::vector<std::string> &captions,
+bool plain_net_to_pajek(process_frame &frame, const class_net &net, const std::vector<std::string> &captions,
                         int decimals, std::string_view title, const std::filesystem::path &file) {
   const vertex_number n = net.number_of_vertices_get();
   class_net_draw drawing(frame);
@@ -76,7 +76,7 @@ void plain_net_to_pajek(process_frame &frame, const class_net &net, const std::v
       drawing.add_edge(std::min(v, edge.neighbour), std::max(v, edge.neighbour), edge.value, label, colour_black,
                        width_of_edge, pattern_solid, false);
     }
-  drawing.print_net_pajek(file, all_edges, title);
+  return drawing.print_net_pajek(file, all_edges, title);
 }
 
 bool create_sub_net_list_into_one_vertex_run(class_clone_net_signif &signif, const overlap_rule &rule,
@@ -101,8 +101,11 @@ bool create_sub_net_list_into_one_vertex_run(class_clone_net_signif &signif, con
   }
   net.create_sub_net_list_into_one_vertex(vertices, new_number, false, contracted);
   file = frame.path_in_working_folder("\\net_SuperClone.net");
-  plain_net_to_pajek(frame, contracted, captions_with_super_clone(context.database, all, new_number, vertices(1)), 2,
-                     "SuperClone", file);
+  if (!plain_net_to_pajek(frame, contracted, captions_with_super_clone(context.database, all, new_number, vertices(1)),
+                          2, "SuperClone", file)) {
+    frame.process_stopped_manually();
+    return false;
+  }
   frame.all_panels_reset();
   return true;
 }

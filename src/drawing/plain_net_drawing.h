@@ -17,7 +17,7 @@ namespace orb {
 // Writes a Pajek file. `captions` by vertex, element 0 unused. Each joined pair is one edge from the lower number to
 // the higher, also when only one of the two has the record; its label is the value with so many decimals. Throws
 // file_error.
-void plain_net_to_pajek(process_frame &frame, const class_net &net, const std::vector<std::string> &captions,
+bool plain_net_to_pajek(process_frame &frame, const class_net &net, const std::vector<std::string> &captions,
                         int decimals, std::string_view title, const std::filesystem::path &file);
 
 struct super_clone_options {

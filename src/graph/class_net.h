@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -51,6 +52,25 @@ public:
   void add_edge_fast(vertex_number vertex, vertex_number neighbour, double value, std::int16_t index1,
                      std::int16_t index2);
   void finish_of_adding();
+  // Before adding, where the number of records to come is no estimate but counted: memory is taken once.
+  void reserve_edges(std::int64_t n_edges) { edges_.reserve(static_cast<std::size_t>(n_edges) + 1); }
+  // In place of the protocol where runs fill side by side: `degree` by vertex, element 0 unused; each record is then
+  // put to its place, which is its own to find (adress_of_first_edge_get).
+  void inicializate_net_of_degrees(std::span<const std::int32_t> degree);
+  void place_edge(edge_adress e, const net_edge &edge) { edges_[static_cast<std::size_t>(e)] = edge; }
+
+  // Leaves records out where they stand, so that a large net isn't held twice: those for which `is_kept` answers false;
+  // it may change the others' value and codes.
+  void keep_edges(const std::function<bool(vertex_number, net_edge &)> &is_kept);
+  // The same for records named by ascending places; what was taken can be put back as long as nothing else was changed
+  // but marks of vertices, which become what they were.
+  struct edges_taken {
+    std::vector<edge_adress> places;
+    std::vector<net_edge> edges;
+    std::vector<net_vertex> vertices;
+  };
+  edges_taken take_out_edges(std::vector<edge_adress> places);
+  void put_back_edges(edges_taken taken);
 
   std::int32_t number_of_vertices_get() const { return private_n_vertices_; }
   std::int32_t number_of_edges_get() const { return private_n_edges_; } // directed records
@@ -138,11 +158,13 @@ public:
   // have its mirror.
   void edge_net_characteristic(vertex_number v, std::int32_t k, std::int32_t &n_clusters, std::int32_t n_rank,
                                net_workspace &workspace) const;
-  // `end_width` is filled for candidates; the others stay 0.
-  void calculate_net_diam_and_width_FindBestStartOfDiamPath_new(bool &connected, std::int32_t &radius,
-                                                                std::int32_t &diameter, vertex_number &start,
-                                                                bool use_end_width, number_list &end_width) const;
-  void calculate_net_diam_and_width_FindBestStartOfDiamPath(bool &connected, std::int32_t &radius,
+  // `end_width` is filled for candidates; the others stay 0. Polls the stop flag; what a stopped search gives is no
+  // result.
+  void calculate_net_diam_and_width_FindBestStartOfDiamPath_new(process_frame &frame, bool &connected,
+                                                                std::int32_t &radius, std::int32_t &diameter,
+                                                                vertex_number &start, bool use_end_width,
+                                                                number_list &end_width) const;
+  void calculate_net_diam_and_width_FindBestStartOfDiamPath(process_frame &frame, bool &connected, std::int32_t &radius,
                                                             std::int32_t &diameter, vertex_number &start,
                                                             bool use_end_width, number_list &end_width) const;
   void create_one_of_diam_path(process_frame &frame, vertex_number start, const number_list &weights, number_list &path,

@@ -13,9 +13,9 @@ void layer_walk::run(std::span<const vertex_number> starts, std::int32_t n_steps
     reached_.push_back(v);
   }
   layer_start_.assign({0, reached_.size()});
-  for (std::int32_t step = 0; step < n_steps; ++step) {
+  for (std::int32_t step = 0; step < n_steps && !reached_all(); ++step) {
     const std::size_t first = layer_start_[layer_start_.size() - 2], end = reached_.size();
-    for (std::size_t i = first; i < end; ++i)
+    for (std::size_t i = first; i < end && !reached_all(); ++i)
       for (const net_edge &edge : net_->edges_of_vertex(reached_[i])) {
         std::int32_t &rank_of_neighbour = rank_[static_cast<std::size_t>(edge.neighbour)];
         if (rank_of_neighbour >= 0 || (use_cutoff && edge.value < cutoff))

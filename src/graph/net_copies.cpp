@@ -15,6 +15,7 @@ namespace {
 template <class keep> void copy_with(const class_net &source, class_net &net, const keep &kept) {
   assert(&source != &net);
   net.inicializate_net(source.number_of_vertices_get(), source.number_of_edges_get());
+  net.reserve_edges(source.number_of_edges_get()); // pages that aren't written take no memory
   for (vertex_number v = 1; v <= source.number_of_vertices_get(); ++v) {
     net.add_vertex_fast(source.index_of_vertex_get(v));
     for (const net_edge &edge : source.edges_of_vertex(v))
@@ -60,6 +61,7 @@ void class_net::create_sub_net(number_list &list, std::int32_t n, bool list_is_s
     n_records += number_of_edges_for_vertex_total_get(list(i));
   }
   net.inicializate_net(n, n_records);
+  net.reserve_edges(n_records);
   for (std::int32_t i = 1; i <= n; ++i) {
     net.add_vertex_fast(index_of_vertex_get(list(i)));
     for (const net_edge &edge : edges_of_vertex(list(i)))

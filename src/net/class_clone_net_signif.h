@@ -148,11 +148,16 @@ private:
   void create_net(const number_list &list, std::int32_t n, const overlap_rule &rule, class_net &net,
                   number_list &net_list);
   void compare_list(const number_list &list, std::int32_t n, const overlap_rule &rule, class_net &net);
-  void create_sub_net_by_rule(const number_list &list, std::int32_t n, bool same_metric, const overlap_rule &rule,
-                              const class_net &net_in, class_net &net);
+  void bring_sub_net_to_rule(const number_list &list, std::int32_t n, bool same_metric, const overlap_rule &rule,
+                             class_net &net);
   void create_sub_net_plus_markers(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                    const class_net &net_in, class_net &net);
   void bring_net_to_rule(const overlap_rule &rule);
+  void find_Q_connections(const class_net &net, std::int32_t max_rank, bool print, const std::filesystem::path &file,
+                          std::vector<edge_adress> &found);
+  void find_Q_clones(const class_net &net, std::int32_t max_rank, std::optional<double> additional_cutoff, bool print,
+                     const std::filesystem::path &file_test, const std::filesystem::path &file_Q,
+                     std::vector<vertex_number> &found);
   void shape_of_list(const number_list &list, const overlap_rule &rule, bool use_end_width, bool with_status,
                      contig_shape &shape);
   void read_text_net_and_save(const text_net_reading &wanted, const std::filesystem::path &file, bool &ok);

@@ -12,6 +12,8 @@ bool shape_and_table_of_path(class_clone_net_signif &signif, const overlap_rule 
                              ranks_of_interesting_clones &result) {
   const metric_context &context = signif.context();
   signif.contigomer_clone_ordering_run(contig, rule, result.clones, true, true, result.shape, result.ranks);
+  if (context.frame.stop_requested_get())
+    return false;
   const auto table = context.frame.path_in_working_folder("\\Consec_dist_MTP_new.txt");
   std::vector<std::int32_t> gaps;
   const number_list &path = result.shape.path;

@@ -110,9 +110,8 @@ void class_clone_net_signif::create_net(const number_list &list, std::int32_t n,
     return;
   }
   number_list sorted = first_of(list, n);
-  class_net cut;
-  net_.create_sub_net(sorted, n, false, &net_list, cut, workspace_);
-  create_sub_net_by_rule(sorted, n, context_.settings.same_metric_as_net, rule, cut, net);
+  net_.create_sub_net(sorted, n, false, &net_list, net, workspace_);
+  bring_sub_net_to_rule(sorted, n, context_.settings.same_metric_as_net, rule, net);
 }
 
 void class_clone_net_signif::create_net_without_using_previous_net(const number_list &list, std::int32_t n,
@@ -133,37 +132,36 @@ void class_clone_net_signif::create_sub_net_different_metric_or_cutoff(const num
                                                                        bool same_metric, std::int16_t distance_index,
                                                                        double cutoff, double burying,
                                                                        const class_net &net_in, class_net &net) {
-  create_sub_net_by_rule(list, n, same_metric, rule_of_metric(distance_index, cutoff, burying), net_in, net);
+  class_net made;
+  net_in.create_net_copy(made);
+  bring_sub_net_to_rule(list, n, same_metric, rule_of_metric(distance_index, cutoff, burying), made);
+  net = std::move(made);
 }
 
-void class_clone_net_signif::create_sub_net_by_rule(const number_list &list, std::int32_t n, bool same_metric,
-                                                    const overlap_rule &rule, const class_net &net_in, class_net &net) {
+// Goes over the records in place; their values and codes are computed anew for another metric.
+void class_clone_net_signif::bring_sub_net_to_rule(const number_list &list, std::int32_t n, bool same_metric,
+                                                   const overlap_rule &rule, class_net &net) {
   process_frame &frame = context_.frame;
   if (n > clones_for_status)
     frame.step_text_set("creation of subnet");
   class_clone_dist_calc calc(context_, rule.weights);
-  class_net made;
-  made.inicializate_net(n, net_in.number_of_edges_get());
-  for (vertex_number v = 1; v <= n; ++v) {
-    made.add_vertex_fast(net_in.index_of_vertex_get(v));
-    for (const net_edge &edge : net_in.edges_of_vertex(v)) {
-      double value = edge.value;
-      std::int16_t code = edge.index2;
-      if (!same_metric) {
-        value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(edge.neighbour), rule.distance_index);
-        code = calc.burring_index_get(rule.burying);
-      }
-      if (value >= rule.cutoff)
-        made.add_edge_fast(v, edge.neighbour, value, edge.index1, code);
+  vertex_number n_shown = 0;
+  const auto show_up_to = [&](vertex_number done) {
+    for (; n > clones_for_status && n_shown + clones_for_status <= done; n_shown += clones_for_status) {
+      frame.progress(n_shown + clones_for_status, n);
+      frame.local_process_text_set(std::to_string(n_shown + clones_for_status) + " of " + std::to_string(n));
     }
-    if (n > clones_for_status && v % clones_for_status == 0) {
-      frame.progress(v, n);
-      frame.local_process_text_set(std::to_string(v) + " of " + std::to_string(n));
+  };
+  net.keep_edges([&](vertex_number v, net_edge &edge) {
+    show_up_to(v - 1);
+    if (!same_metric) {
+      edge.value = calc.minus_log10_p_value_of_clone_overlapping(list(v), list(edge.neighbour), rule.distance_index);
+      edge.index2 = calc.burring_index_get(rule.burying);
     }
-  }
-  made.finish_of_adding();
-  made.test_neighbours_sorted();
-  net = std::move(made);
+    return edge.value >= rule.cutoff;
+  });
+  show_up_to(n);
+  net.test_neighbours_sorted();
 }
 
 void class_clone_net_signif::create_sub_net_same_metric_plus_markers(const number_list &list, std::int32_t n,

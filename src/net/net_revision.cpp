@@ -122,6 +122,59 @@ std::string overlap_row(const class_net &net, const class_DB_of_clones &database
          "\t" + (edge.index2 >= 1 ? "abs" + std::to_string(edge.index2) : "") + "\t" + std::to_string(n_clusters);
 }
 
+// A net that is revised where it stands, and becomes what it was unless the revision is kept.
+class revision_in_place {
+public:
+  explicit revision_in_place(class_net &net) : net_(net) {}
+  ~revision_in_place() {
+    if (taken_.empty())
+      return;
+    for (; !taken_.empty(); taken_.pop_back())
+      net_.put_back_edges(std::move(taken_.back()));
+    net_.test_neighbours_sorted();
+  }
+  revision_in_place(const revision_in_place &) = delete;
+  revision_in_place &operator=(const revision_in_place &) = delete;
+
+  // The overlaps at these ascending places, and those that bore the mark before.
+  void take_out_overlaps(const std::vector<edge_adress> &found) {
+    auto next = found.begin();
+    take_out([&](vertex_number, edge_adress e, const net_edge &edge) {
+      const bool is_found = next != found.end() && *next == e;
+      next += is_found;
+      return is_found || edge.index1 == q_mark;
+    });
+  }
+  // These clones, and those that bore the mark before, stay as marked vertices without overlaps.
+  void disconnect(const std::vector<vertex_number> &found) {
+    std::vector<char> is_Q(static_cast<std::size_t>(net_.number_of_vertices_get()) + 1, 0);
+    for (vertex_number v = 1; v <= net_.number_of_vertices_get(); ++v)
+      is_Q[static_cast<std::size_t>(v)] = net_.index_of_vertex_get(v) == q_mark;
+    for (const vertex_number v : found)
+      is_Q[static_cast<std::size_t>(v)] = 1;
+    take_out([&](vertex_number v, edge_adress, const net_edge &edge) {
+      return is_Q[static_cast<std::size_t>(v)] != 0 || is_Q[static_cast<std::size_t>(edge.neighbour)] != 0;
+    });
+    for (const vertex_number v : found)
+      net_.change_vertex_index(v, q_mark);
+  }
+  void keep() { taken_.clear(); }
+
+private:
+  template <class function> void take_out(const function &is_wanted) {
+    std::vector<edge_adress> places;
+    edge_adress e = 0;
+    for (vertex_number v = 1; v <= net_.number_of_vertices_get(); ++v)
+      for (const net_edge &edge : net_.edges_of_vertex(v))
+        if (is_wanted(v, ++e, edge))
+          places.push_back(e);
+    taken_.push_back(net_.take_out_edges(std::move(places)));
+  }
+
+  class_net &net_;
+  std::vector<class_net::edges_taken> taken_;
+};
+
 struct clone_verdict {
   std::vector<std::int32_t> n_in_rank;
   std::int32_t n_clusters = 0;
@@ -172,16 +225,27 @@ std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overla
 void class_clone_net_signif::identify_all_Q_connections(const class_net &net, std::int32_t max_rank,
                                                         class_net &marked_net, std::int16_t index, bool print,
                                                         const std::filesystem::path &file, std::int32_t &n_Q) {
-  process_frame &frame = context_.frame;
-  frame.step_text_set("Test for Q-coonections");
+  std::vector<edge_adress> found;
+  find_Q_connections(net, max_rank, print, file, found);
+  n_Q = static_cast<std::int32_t>(found.size());
   class_net marked;
   net.create_net_copy(marked);
+  for (const edge_adress e : found)
+    marked.change_edge_index(e, index);
+  marked_net = std::move(marked);
+}
+
+// Places of the records, ascending; after a stop request those found by then.
+void class_clone_net_signif::find_Q_connections(const class_net &net, std::int32_t max_rank, bool print,
+                                                const std::filesystem::path &file, std::vector<edge_adress> &found) {
+  process_frame &frame = context_.frame;
+  frame.step_text_set("Test for Q-coonections");
   std::optional<result_file> report;
   if (print) {
     report.emplace(file.empty() ? frame.path_in_working_folder("\\Q_connections.txt") : file);
     report->line(overlaps_head);
   }
-  n_Q = 0;
+  found.clear();
   std::vector<std::vector<std::int32_t>> n_clusters(vertices_in_block);
   const std::int64_t n_edges = net.number_of_edges_get();
   const std::string of_edges = " of " + std::to_string(n_edges) + ", nQ=";
@@ -195,22 +259,21 @@ void class_clone_net_signif::identify_all_Q_connections(const class_net &net, st
         for (std::size_t k = 0; k < run.size(); ++k) {
           const edge_adress e = net.adress_of_first_edge_get(v) + static_cast<edge_adress>(k);
           if (n_clusters[place][k] != 1) {
-            ++n_Q;
-            marked.change_edge_index(e, index);
+            found.push_back(e);
             if (report)
-              report->line(overlap_row(net, context_.database, n_Q, v, run[k], n_clusters[place][k]));
+              report->line(overlap_row(net, context_.database, static_cast<std::int32_t>(found.size()), v, run[k],
+                                       n_clusters[place][k]));
           }
           if (e % status_stride == 0) {
             frame.progress(e, n_edges);
-            frame.local_process_text_set(std::to_string(e) + of_edges + std::to_string(n_Q));
+            frame.local_process_text_set(std::to_string(e) + of_edges + std::to_string(found.size()));
           }
         }
       });
   if (completed && report)
     report->commit();
   if (completed)
-    frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-connections found");
-  marked_net = std::move(marked);
+    frame.local_process_text_set("Finished, " + std::to_string(found.size()) + " Q-connections found");
 }
 
 void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::int32_t max_rank,
@@ -218,10 +281,23 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
                                                    std::int16_t index, bool print,
                                                    const std::filesystem::path &file_test,
                                                    const std::filesystem::path &file_Q, std::int32_t &n_Q) {
-  process_frame &frame = context_.frame;
-  frame.step_text_set("Test for Q-clones");
+  std::vector<vertex_number> found;
+  find_Q_clones(net, max_rank, additional_cutoff, print, file_test, file_Q, found);
+  n_Q = static_cast<std::int32_t>(found.size());
   class_net marked;
   net.create_net_copy(marked);
+  for (const vertex_number v : found)
+    marked.change_vertex_index(v, index);
+  marked_net = std::move(marked);
+}
+
+// Ascending; after a stop request those found by then.
+void class_clone_net_signif::find_Q_clones(const class_net &net, std::int32_t max_rank,
+                                           std::optional<double> additional_cutoff, bool print,
+                                           const std::filesystem::path &file_test, const std::filesystem::path &file_Q,
+                                           std::vector<vertex_number> &found) {
+  process_frame &frame = context_.frame;
+  frame.step_text_set("Test for Q-clones");
   std::optional<result_file> test_report, q_report;
   if (print) {
     test_report.emplace(file_test.empty() ? frame.path_in_working_folder("\\clone_connection_revision.txt")
@@ -230,7 +306,7 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
     test_report->line(clones_head(max_rank));
     q_report->line("k\t" + clones_head(max_rank));
   }
-  n_Q = 0;
+  found.clear();
   std::vector<clone_verdict> verdicts(vertices_in_block);
   const vertex_number n = net.number_of_vertices_get();
   const bool completed = for_all_vertices(
@@ -241,14 +317,13 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
       },
       [&](vertex_number v, std::size_t place) {
         const bool is_Q = verdicts[place].n_clusters >= 2;
-        n_Q += is_Q;
         if (is_Q)
-          marked.change_vertex_index(v, index);
+          found.push_back(v);
         if (print) {
           const std::string row = clone_row(context_.database, v, max_rank, verdicts[place]);
           test_report->line(row);
           if (is_Q)
-            q_report->line(std::to_string(n_Q) + "\t" + row);
+            q_report->line(std::to_string(found.size()) + "\t" + row);
         }
         if (v % status_stride == 0) {
           frame.progress(v, n);
@@ -260,8 +335,7 @@ void class_clone_net_signif::identify_all_Q_clones(const class_net &net, std::in
     q_report->commit();
   }
   if (completed)
-    frame.local_process_text_set("Finished, " + std::to_string(n_Q) + " Q-clones found");
-  marked_net = std::move(marked);
+    frame.local_process_text_set("Finished, " + std::to_string(found.size()) + " Q-clones found");
 }
 
 // Nothing when the form's rules refuse the options or no file was chosen.
@@ -285,38 +359,33 @@ bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const 
   if (max_rank < 1 || max_rank > largest_rank)
     max_rank =
         class_serv_raznoe::parameter_get_fromInputBox_Integer(frame, "max rank connections", "ORB", 1, 1, largest_rank);
-  // The current net and the file change only when all of the revision is done.
-  class_net marked, revised;
-  bool net_is_revised = false;
+  revision_in_place changed(net_);
   if (options.q_overlaps) {
-    std::int32_t n_Q = 0;
-    identify_all_Q_connections(net_, max_rank, marked, q_mark, true, folder / (base + overlaps_report), n_Q);
-    summary.n_q_overlaps = n_Q / 2; // both records of an overlap count
-    marked.create_sub_net_without_edges_index(q_mark, revised);
-    revised.test_neighbours_sorted();
-    net_is_revised = true;
+    std::vector<edge_adress> found;
+    find_Q_connections(net_, max_rank, true, folder / (base + overlaps_report), found);
+    summary.n_q_overlaps = static_cast<std::int32_t>(found.size()) / 2; // both records of an overlap count
+    changed.take_out_overlaps(found);
+    net_.test_neighbours_sorted();
   }
   if (options.q_clones && !frame.stop_requested_get()) {
-    identify_all_Q_clones(net_is_revised ? revised : net_, max_rank, form.QQ_additional_cutoff, marked, q_mark, true,
-                          folder / (base + test_report_of_clones), folder / (base + clones_report), summary.n_q_clones);
-    class_net without_Q;
-    marked.create_sub_net_with_disconnected_vertices_index(q_mark, without_Q);
-    revised = std::move(without_Q);
-    net_is_revised = true;
+    std::vector<vertex_number> found;
+    find_Q_clones(net_, max_rank, form.QQ_additional_cutoff, true, folder / (base + test_report_of_clones),
+                  folder / (base + clones_report), found);
+    summary.n_q_clones = static_cast<std::int32_t>(found.size());
+    changed.disconnect(found);
   }
   if (frame.stop_requested_get()) {
     frame.process_stopped_manually();
     return false;
   }
-  (net_is_revised ? revised : net_).save_net_type(frame, file);
+  net_.save_net_type(frame, file);
   frame.log_line("New net saved to file " + file.string());
-  bool ok = false;
-  net_.read_net_type(frame, file, ok, -1);
-  if (ok)
-    net_is_loaded_set();
+  changed.keep();
+  net_.title_of_net_set(file.stem().string()); // the net is what the file holds: reading it back would give no other
+  net_.FullFileNameSet(file.string());
+  net_.test_neighbours_sorted();
+  net_is_loaded_set();
   frame.all_panels_reset();
-  if (!ok)
-    return false;
   summary.completed = true;
   frame.message("Net of significant clone overlaps is revized");
   return true;

@@ -9,49 +9,56 @@ bool half_net::compare(overlap_rows &rows, std::int32_t n,
                        const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
                        const overlap_rows::go_on_function &go_on) {
   n_ = n;
-  first_.assign(static_cast<std::size_t>(n) + 2, 0);
-  records_.clear();
+  parts_.clear();
   return rows.run(
       1,
       [&](std::int32_t first, std::int32_t last) {
-        for (std::int32_t e = first; e <= last; ++e) {
-          const auto row = rows.row(e);
-          records_.insert(records_.end(), row.begin(), row.end());
-          first_[static_cast<std::size_t>(e) + 1] = records_.size();
-        }
+        part made{first, {0}, {}};
+        std::size_t n_records = 0;
+        for (std::int32_t e = first; e <= last; ++e)
+          made.begin.push_back(n_records += rows.row(e).size());
+        made.records.reserve(n_records);
+        for (std::int32_t e = first; e <= last; ++e)
+          made.records.insert(made.records.end(), rows.row(e).begin(), rows.row(e).end());
+        parts_.push_back(std::move(made));
         return chunk_done(first, last);
       },
       go_on);
 }
 
-bool half_net::mirrored_into(class_net &net, const std::function<double(double)> &stored) const {
-  const auto n = static_cast<std::size_t>(n_);
-  if (2 * records_.size() > static_cast<std::size_t>(std::numeric_limits<edge_adress>::max() - 2))
+// Elements come in ascending order: when the turn is at e, its run holds all of its neighbours of lower number, each
+// put there by that neighbour's row, and its own row follows.
+bool half_net::mirrored_into(class_net &net, const std::function<double(double)> &stored) {
+  std::size_t n_records = 0;
+  for (const part &one : parts_)
+    n_records += one.records.size();
+  if (2 * n_records > static_cast<std::size_t>(std::numeric_limits<edge_adress>::max() - 2))
     return false;
-  // Where the lower neighbours of each vertex stand: first[v] .. first[v + 1] - 1.
-  std::vector<std::size_t> first(n + 2, 0);
-  for (const pair_record &record : records_)
-    ++first[static_cast<std::size_t>(record.partner) + 1];
-  for (std::size_t v = 1; v < first.size(); ++v)
-    first[v] += first[v - 1];
-  std::vector<pair_record> lower(records_.size());
-  std::vector<std::size_t> next(first);
-  for (std::int32_t e = 1; e <= n_; ++e)
-    for (const pair_record &record : row(e))
-      lower[next[static_cast<std::size_t>(record.partner)]++] = {e, record.code_mirrored, record.code, record.value};
-  net.inicializate_net(n_, static_cast<std::int64_t>(2 * records_.size()));
-  for (std::int32_t vertex = 1; vertex <= n_; ++vertex) {
-    net.add_vertex_fast(0);
-    const auto add = [&](const pair_record &record) {
-      net.add_edge_fast(vertex, record.partner, stored ? stored(record.value) : record.value, 0, record.code);
-    };
-    const auto v = static_cast<std::size_t>(vertex);
-    for (std::size_t at = first[v]; at < first[v + 1]; ++at)
-      add(lower[at]);
-    for (const pair_record &record : row(vertex))
-      add(record);
+  std::vector<std::int32_t> degree(static_cast<std::size_t>(n_) + 1, 0);
+  for (const part &one : parts_) {
+    for (const pair_record &record : one.records)
+      ++degree[static_cast<std::size_t>(record.partner)];
+    for (std::int32_t e = one.first; e < one.first + one.n_rows(); ++e)
+      degree[static_cast<std::size_t>(e)] += static_cast<std::int32_t>(one.row(e).size());
   }
-  net.finish_of_adding();
+  net.inicializate_net_of_degrees(degree);
+  std::vector<edge_adress> next(degree.size(), 0);
+  for (std::int32_t v = 1; v <= n_; ++v)
+    next[static_cast<std::size_t>(v)] = net.adress_of_first_edge_get(v);
+  double value = 0, kept_value = stored ? stored(value) : value; // in a stack one value follows the other
+  for (part &one : parts_) {
+    for (std::int32_t e = one.first; e < one.first + one.n_rows(); ++e)
+      for (const pair_record &record : one.row(e)) {
+        if (record.value != value) {
+          value = record.value;
+          kept_value = stored ? stored(value) : value;
+        }
+        net.place_edge(next[static_cast<std::size_t>(e)]++, {record.partner, 0, record.code, kept_value});
+        net.place_edge(next[static_cast<std::size_t>(record.partner)]++, {e, 0, record.code_mirrored, kept_value});
+      }
+    one = {};
+  }
+  parts_.clear();
   net.test_neighbours_sorted();
   return true;
 }

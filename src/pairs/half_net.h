@@ -1,7 +1,8 @@
 // The upper half of a net while it is made: for each element its significant partners of higher number. Memory grows
-// with the overlaps only.
+// with the overlaps only, also while the half becomes the whole.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <vector>
@@ -19,17 +20,31 @@ public:
   bool compare(overlap_rows &rows, std::int32_t n, const std::function<bool(std::int32_t, std::int32_t)> &chunk_done,
                const overlap_rows::go_on_function &go_on);
   std::span<const pair_record> row(std::int32_t element) const {
-    const auto e = static_cast<std::size_t>(element);
-    return {records_.data() + first_[e], first_[e + 1] - first_[e]};
+    const auto behind = std::upper_bound(parts_.begin(), parts_.end(), element,
+                                         [](std::int32_t e, const part &one) { return e < one.first; });
+    return behind == parts_.begin() ? std::span<const pair_record>() : (behind - 1)->row(element);
   }
-  // The whole net with ascending runs; values pass through `stored`. False when it has more records than a net can
+  // Turns into the whole net with ascending runs; values pass through `stored`. Each part goes as soon as its records
+  // stand in the net, whose memory is taken once. False, and the half stays, when it has more records than a net can
   // address.
-  bool mirrored_into(class_net &net, const std::function<double(double)> &stored) const;
+  bool mirrored_into(class_net &net, const std::function<double(double)> &stored);
 
 private:
+  // Rows of some elements on end: what comes at once is kept as it comes, and never moved.
+  struct part {
+    std::int32_t first;
+    std::vector<std::size_t> begin; // of the rows of first, first + 1 .., and behind the last
+    std::vector<pair_record> records;
+    std::int32_t n_rows() const { return static_cast<std::int32_t>(begin.size()) - 1; }
+    std::span<const pair_record> row(std::int32_t element) const {
+      const auto at = static_cast<std::size_t>(element - first);
+      if (at + 1 >= begin.size())
+        return {};
+      return {records.data() + begin[at], begin[at + 1] - begin[at]};
+    }
+  };
   std::int32_t n_ = 0;
-  std::vector<std::size_t> first_; // 1..n+1
-  std::vector<pair_record> records_;
+  std::vector<part> parts_;
 };
 
 } // namespace orb

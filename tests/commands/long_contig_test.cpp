@@ -2,6 +2,7 @@
 // and a list that has no axis is refused when it is long.
 #include "support/library_generator.h"
 #include "support/project_session.h"
+#include "support/sizes_file.h"
 
 using namespace orb_test;
 
@@ -16,13 +17,7 @@ protected:
     class_usable_values usable_values;
     generate_library(frame, {.n_clones = n_clones, .bands_in_clone = 40, .spread = 0, .coverage = 12}, database,
                      usable_values);
-    std::ofstream file(path("clones.sizes"));
-    for (clone_number c = 1; c <= n_clones; ++c) {
-      file << database.name_of_clone_get(c) << "\t" << database.number_of_bands_in_clone_get(c) << "\tGel\n";
-      for (const band_value band : database.bands_of_clone(c))
-        file << band << "\n";
-      file << "-1\n\n";
-    }
+    write_sizes_file(path("clones.sizes"), database);
   }
 };
 

@@ -325,4 +325,28 @@ TEST(class_net, contraction_is_not_symmetric) {
   EXPECT_EQ(got.at({3, 2}).index2, 0);
 }
 
+TEST(class_net, records_go_and_come_back_in_place) {
+  random_source chance(11);
+  for (int round = 0; round < 30; ++round) {
+    const std::int32_t n = 1 + chance.number_up_to(20);
+    class_net net = net_of(n, random_edges(n, 2 * n, 4, 3, chance)), marked, wanted;
+    const class_net before = net;
+    net.create_net_copy(marked);
+    std::vector<edge_adress> places;
+    for (edge_adress e = 1; e <= net.number_of_edges_get(); ++e)
+      if (chance.number_up_to(5) <= round % 6) { // none to all
+        places.push_back(e);
+        marked.change_edge_index(e, -7);
+      }
+    marked.create_sub_net_without_edges_index(-7, wanted);
+    class_net::edges_taken taken = net.take_out_edges(places);
+    EXPECT_TRUE(same_records(net, wanted));
+    EXPECT_EQ(net.minimal_edge_value_get(), wanted.minimal_edge_value_get());
+    net.change_vertex_index(n, -7);
+    net.put_back_edges(std::move(taken));
+    EXPECT_TRUE(same_records(net, before));
+    EXPECT_EQ(net.minimal_edge_value_get(), before.minimal_edge_value_get());
+  }
+}
+
 } // namespace

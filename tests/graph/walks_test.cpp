@@ -198,6 +198,25 @@ plain_diameter plain_search(const class_net &net, bool all_vertices, bool use_en
   return found;
 }
 
+void expect_search_as_plain(const class_net &net, bool use_end_width) {
+  scripted_frame scripted;
+  for (const bool all : {true, false}) {
+    plain_diameter got;
+    if (all)
+      net.calculate_net_diam_and_width_FindBestStartOfDiamPath(scripted.frame, got.connected, got.radius, got.diameter,
+                                                               got.start, use_end_width, got.end_width);
+    else
+      net.calculate_net_diam_and_width_FindBestStartOfDiamPath_new(
+          scripted.frame, got.connected, got.radius, got.diameter, got.start, use_end_width, got.end_width);
+    const plain_diameter plain = plain_search(net, all, use_end_width);
+    EXPECT_EQ(got.connected, plain.connected);
+    EXPECT_EQ(got.radius, plain.radius);
+    EXPECT_EQ(got.diameter, plain.diameter);
+    EXPECT_EQ(got.start, plain.start);
+    EXPECT_EQ(got.end_width, plain.end_width);
+  }
+}
+
 TEST_P(random_nets, diametric_search_and_path) {
   // joined into one component, so that most nets have a path at all; and as it is
   edge_map joined = edges_of(net_);
@@ -206,21 +225,7 @@ TEST_P(random_nets, diametric_search_and_path) {
       join(joined, v, v + 1);
   for (const class_net &net : {net_of(n_, joined), net_})
     for (const bool use_end_width : {true, false}) {
-      for (const bool all : {true, false}) {
-        plain_diameter got;
-        if (all)
-          net.calculate_net_diam_and_width_FindBestStartOfDiamPath(got.connected, got.radius, got.diameter, got.start,
-                                                                   use_end_width, got.end_width);
-        else
-          net.calculate_net_diam_and_width_FindBestStartOfDiamPath_new(got.connected, got.radius, got.diameter,
-                                                                       got.start, use_end_width, got.end_width);
-        const plain_diameter plain = plain_search(net, all, use_end_width);
-        EXPECT_EQ(got.connected, plain.connected);
-        EXPECT_EQ(got.radius, plain.radius);
-        EXPECT_EQ(got.diameter, plain.diameter);
-        EXPECT_EQ(got.start, plain.start);
-        EXPECT_EQ(got.end_width, plain.end_width);
-      }
+      expect_search_as_plain(net, use_end_width);
       scripted_frame scripted;
       const plain_diameter plain = plain_search(net, false, use_end_width);
       std::int32_t radius = 0, diameter = 0, width = 0;
@@ -261,6 +266,71 @@ TEST_P(random_nets, diametric_search_and_path) {
           plain_far.add(v);
       EXPECT_EQ(far_vertices, plain_far);
     }
+}
+
+// A net of heaps: each vertex of a small net stands for many clones, joined with each other or not, whose neighbours
+// are the same but for a few. More starts than are walked from at once.
+TEST(walks, diametric_search_in_heaps) {
+  for (std::uint64_t seed = 1; seed <= 12; ++seed) {
+    random_source chance(3, seed);
+    const std::int32_t n_heaps = 2 + chance.number_up_to(6), n = 70 + chance.number_up_to(20);
+    std::vector<std::int32_t> heap(static_cast<std::size_t>(n) + 1);
+    for (std::int32_t &one : heap)
+      one = std::min(chance.number_up_to(n_heaps), chance.number_up_to(n_heaps)); // some are large
+    const edge_map of_heaps = random_edges(n_heaps, 2 * n_heaps, 1, chance.number_up_to(2) - 1, chance);
+    const bool joined = seed % 3 != 0;
+    edge_map edges;
+    for (vertex_number a = 1; a <= n; ++a)
+      for (vertex_number b = a + 1; b <= n; ++b) {
+        const std::int32_t x = heap[static_cast<std::size_t>(a)], y = heap[static_cast<std::size_t>(b)];
+        const bool wanted = x == y ? joined : of_heaps.contains({x, y});
+        if (wanted && (seed % 2 == 0 || chance.number_up_to(20) > 1))
+          join(edges, a, b);
+      }
+    expect_search_as_plain(net_of(n, edges), true);
+  }
+}
+
+// Spiders: from the body nothing is farther than the feet, some of which are joined, while feet are farther from each
+// other. The body comes first, so that its end width counts though it is no end.
+TEST(walks, diametric_search_from_the_body_of_a_spider) {
+  for (std::uint64_t seed = 1; seed <= 20; ++seed) {
+    random_source chance(5, seed);
+    const std::int32_t n_legs = 3 + chance.number_up_to(6);
+    edge_map edges;
+    for (std::int32_t leg = 1; leg <= n_legs; ++leg) {
+      join(edges, 1, 1 + leg);
+      join(edges, 1 + leg, 1 + n_legs + leg);
+      if (leg > 1 && chance.number_up_to(2) == 1)
+        join(edges, 1 + n_legs + leg, 1 + n_legs + chance.number_up_to(leg - 1));
+    }
+    expect_search_as_plain(net_of(1 + 2 * n_legs, edges), true);
+  }
+}
+
+// A row of cliques: the search has something to do between two looks, and ends at the first that says so.
+TEST(walks, diametric_search_stops) {
+  constexpr std::int32_t in_clique = 200, n = 5 * in_clique;
+  class_net net;
+  net.inicializate_net(n, 1);
+  for (vertex_number v = 1; v <= n; ++v) {
+    net.add_vertex_fast(0);
+    for (vertex_number w = 1; w <= n; ++w)
+      if (v != w && std::abs((v - 1) / in_clique - (w - 1) / in_clique) <= 1)
+        net.add_edge_fast(v, w, 20, 0, 0);
+  }
+  net.finish_of_adding();
+  for (const bool stops : {false, true}) {
+    int n_yields = 0;
+    front_end counting = null_front_end();
+    counting.yield = [&] { return ++n_yields > 0 && stops; };
+    process_frame frame(counting);
+    plain_diameter got;
+    net.calculate_net_diam_and_width_FindBestStartOfDiamPath(frame, got.connected, got.radius, got.diameter, got.start,
+                                                             true, got.end_width);
+    EXPECT_EQ(frame.stop_requested_get(), stops);
+    EXPECT_EQ(n_yields == 1, stops) << n_yields;
+  }
 }
 
 // Rows of whole paths, sweep after sweep.

@@ -205,5 +205,19 @@ TEST(revision, a_stop_within_a_block_leaves_nothing) {
   EXPECT_EQ(signif.net().number_of_edges_get(), wide_line(900).number_of_edges_get());
 }
 
+TEST(revision, that_cannot_be_saved_leaves_the_net_as_it_was) {
+  net_fixture f({.n_clones = 6, .bands_in_clone = 6});
+  const std::string before = f.native_bytes(triangle_with_tail());
+  create_folder(f.folder / "net.ORBns"); // where the file is to go
+  for (const bool q_overlaps : {true, false}) {
+    f.signif.net() = triangle_with_tail();
+    class_clone_net_signif::revision_summary summary;
+    EXPECT_THROW(f.signif.revise_connections(f.rule, {q_overlaps, true, 2, "16", f.folder / "net.ORBns"}, summary),
+                 file_error);
+    EXPECT_EQ(summary.n_q_overlaps + summary.n_q_clones, 2);
+    EXPECT_TRUE(f.native_bytes(f.signif.net()) == before);
+  }
+}
+
 } // namespace
 } // namespace orb

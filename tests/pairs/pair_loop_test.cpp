@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 
 #include "database/class_markers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_dist_simul.h"
+#include "pairs/half_net.h"
 #include "pairs/overlap_rows.h"
 #include "support/net_fixture.h"
 
@@ -321,6 +323,34 @@ TEST(pair_loop, stops_between_chunks_and_within) {
   overlap_rows made(slow, elements, row_partners::all, 2);
   EXPECT_FALSE(made.run(
       1, [](std::int32_t, std::int32_t) { return true; }, [](std::int64_t) { return false; }));
+}
+
+// The half comes in several parts; the whole holds each of its records at both ends and no other.
+TEST(half_net, becomes_the_whole) {
+  net_fixture f({.n_clones = 5000, .bands_in_clone = 4, .seed = 2});
+  pair_kernel kernel(f.context, rule_of_metric(4, 3), nullptr, 2);
+  const pair_elements elements = pair_elements::of_library(f.database, false);
+  overlap_rows made(kernel, elements, row_partners::of_higher_number, 2);
+  half_net half;
+  int n_parts = 0;
+  ASSERT_TRUE(half.compare(
+      made, 5000, [&](std::int32_t, std::int32_t) { return ++n_parts > 0; }, [](std::int64_t) { return true; }));
+  EXPECT_GT(n_parts, 2);
+  std::map<std::pair<vertex_number, vertex_number>, std::pair<double, std::int16_t>> wanted, got;
+  for (vertex_number v = 1; v <= 5000; ++v)
+    for (const pair_record &record : half.row(v)) {
+      wanted[{v, record.partner}] = {-record.value, record.code};
+      wanted[{record.partner, v}] = {-record.value, record.code_mirrored};
+    }
+  class_net net;
+  ASSERT_TRUE(half.mirrored_into(net, [](double value) { return -value; }));
+  for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v)
+    for (const net_edge &edge : net.edges_of_vertex(v))
+      got[{v, edge.neighbour}] = {edge.value, edge.index2};
+  EXPECT_GT(wanted.size(), 1000U);
+  EXPECT_EQ(static_cast<std::size_t>(net.number_of_edges_get()), wanted.size());
+  EXPECT_TRUE(got == wanted);
+  EXPECT_TRUE(net.neighbours_are_sorted_get());
 }
 
 } // namespace

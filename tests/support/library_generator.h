@@ -26,6 +26,8 @@ struct generated_library {
   std::int32_t measuring_error = 5; // largest, in band units
   std::uint64_t seed = 1;
   std::int32_t n_names = 0; // below n_clones: names repeat; 0: they are unique
+  std::int32_t n_stack = 0; // clones besides, all of the same bands: one stack, as an organelle's clones make
+  std::int32_t bands_in_stack = 60;
 };
 
 // Lengths of the fragments of a genome that the clones cover as often as asked.
@@ -39,6 +41,19 @@ inline std::vector<std::int32_t> fragments_of_genome(const generated_library &wa
   return fragments;
 }
 
+// Clones of the same random bands, numbered from `first` on.
+inline void add_stack(const generated_library &wanted, clone_number first, random_source &chance,
+                      class_DB_of_clones &database) {
+  std::vector<band_value> bands;
+  for (std::int32_t k = 0; k < wanted.bands_in_stack; ++k)
+    bands.push_back(19 + chance.number_up_to(wanted.gel_length - 40));
+  std::sort(bands.begin(), bands.end());
+  for (std::int32_t k = 0; k < wanted.n_stack; ++k) {
+    database.name_of_clone_set(first + k, "S" + std::to_string(100000 + k));
+    database.ListOfBands_from_real_database_fast_all_bands_set(first + k, bands);
+  }
+}
+
 // Fills the database with clones in random order; `starts` (may be null) takes each clone's first fragment, from 0.
 inline void generate_library(process_frame &frame, const generated_library &wanted, class_DB_of_clones &database,
                              class_usable_values &usable_values, std::vector<std::int32_t> *starts = nullptr) {
@@ -47,7 +62,8 @@ inline void generate_library(process_frame &frame, const generated_library &want
   const auto n_fragments = static_cast<std::int32_t>(fragments.size());
   database.tollerance_parameters_set(wanted.tolerance, wanted.bin_numbers ? 0 : 1);
   database.total_number_of_different_bands_set_by_eff_len(wanted.gel_length);
-  database.inicalise_database(frame, wanted.n_clones, static_cast<std::int64_t>(wanted.n_clones) * 500);
+  const std::int32_t n_all = wanted.n_clones + wanted.n_stack;
+  database.inicalise_database(frame, n_all, static_cast<std::int64_t>(n_all) * 500);
   if (starts != nullptr)
     starts->assign(1, -1);
   std::vector<band_value> bands;
@@ -70,7 +86,8 @@ inline void generate_library(process_frame &frame, const generated_library &want
     if (starts != nullptr)
       starts->push_back(start);
   }
-  database.total_number_of_clones_set(wanted.n_clones);
+  add_stack(wanted, wanted.n_clones + 1, chance, database);
+  database.total_number_of_clones_set(n_all);
   database.sort_clones_by_name(frame);
   make_band_statistics(frame, database, usable_values);
 }
