@@ -49,6 +49,8 @@ void add_simulation_rows(command_rows &rows);
 void add_report_rows(command_rows &rows);
 void add_export_rows(command_rows &rows);
 void add_map_rows(command_rows &rows);
+void add_picture_rows(command_rows &rows);
+void add_layout_rows(command_rows &rows);
 void add_viewer_rows(command_rows &rows);
 
 } // namespace orb

@@ -6,6 +6,7 @@
 
 #include "clustering/contig_map.h"
 #include "commands/command_table.h"
+#include "commands/contig_choice.h"
 #include "commands/picture_size.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
@@ -42,37 +43,16 @@ map_format format_of(const map_parameters &p) {
   return {size.width, size.height, picture_form_of(p.output.out) == picture_form::pdf};
 }
 
-std::vector<std::string> names_of_contigs(const class_FPCto_import &registry) {
-  std::vector<std::string> names;
-  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members())
-    if (registry.cluster_is_contig_get(id))
-      names.push_back(registry.name_of_cluster_get(id));
-  return names;
-}
-
-std::string text_of_some(const std::vector<std::string> &names) {
-  constexpr std::size_t most = 5;
-  if (names.empty())
-    return "There are no contigs.";
-  std::string text = names.size() > 1 ? "Contigs are " : "The only contig is ";
-  for (std::size_t i = 0; i < names.size() && i < most; ++i)
-    text += (i > 0 ? ", " : "") + names[i];
-  return text + (names.size() > most ? fmt::format(" and {} more.", names.size() - most) : ".");
-}
-
 [[noreturn]] void refuse_no_wish(const std::vector<std::string> &names) {
-  throw usage_error("one of --contig NAME and --overview is needed. " + text_of_some(names));
+  throw usage_error("one of --contig NAME and --overview is needed. " + text_of_some_contigs(names));
 }
 
 void check_contig(const map_parameters &p, const class_FPCto_import &registry) {
   const std::vector<std::string> names = names_of_contigs(registry);
   if (p.contig.empty())
     refuse_no_wish(names);
-  if (std::find(names.begin(), names.end(), p.contig) != names.end())
-    return;
-  const std::string near = nearest_word(p.contig, names);
-  throw usage_error("there is no contig " + p.contig + (near.empty() ? ". " : "; is " + near + " meant? ") +
-                    text_of_some(names));
+  if (std::find(names.begin(), names.end(), p.contig) == names.end())
+    refuse_contig(p.contig, names);
 }
 
 void check_map(const project_state &project, const parts_there &, const map_parameters &p) {

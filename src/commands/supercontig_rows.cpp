@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "commands/command_table.h"
+#include "commands/open_nets.h"
 #include "commands/row_steps.h"
 #include "frame/numbers.h"
 #include "viewer/supercontigs.h"
@@ -36,13 +37,10 @@ command_result run_supercontigs(project_state &project, const supercontig_parame
     work_in(project, folder_of(p.output.out));
   if (p.recluster)
     answer_ahead(project, "Need to change current clusering?", *p.recluster);
-  class_clone_dist_my gate(project.context(), &project.signif().net());
-  random_source chance(project.settings().seed);
-  const net_sources sources{project.frame(), project.database(),      project.signif(), gate, project.rule(),
-                            chance,          project.working_folder()};
+  lent_sources lent(project);
   supercontig_result found;
   const std::optional<overlap_rule> made_by = project.rule_of_net();
-  if (!read_nets_for_supercontigs_and_create_new_net(sources, {p.nets, p.output.out}, found))
+  if (!read_nets_for_supercontigs_and_create_new_net(lent.sources, {p.nets, p.output.out}, found))
     return stopped_or_failed(project);
   project.loaded(project_part::net, {found.net_file, "net.supercontigs"});
   project.rule_of_net_set(made_by);

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <vector>
 
+#include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
 
 namespace orb {
@@ -18,19 +19,6 @@ bool create_new_folder(const std::filesystem::path &folder) {
   if (error)
     throw file_error("can't create folder", folder, error.message());
   return created;
-}
-
-std::vector<std::string_view> fields_of(std::string_view line) {
-  std::vector<std::string_view> fields;
-  std::size_t begin = 0;
-  while (fields.size() <= n_row_fields) {
-    const std::size_t end = line.find('\t', begin);
-    fields.push_back(line.substr(begin, end == std::string_view::npos ? end : end - begin));
-    if (end == std::string_view::npos)
-      break;
-    begin = end + 1;
-  }
-  return fields;
 }
 
 } // namespace
@@ -104,7 +92,7 @@ std::string cluster_row_text(const cluster_row &row) {
 }
 
 bool cluster_row_read(std::string_view line, cluster_row &row, std::string &why) {
-  const std::vector<std::string_view> fields = fields_of(line);
+  const std::vector<std::string_view> fields = class_serv_raznoe::fields_of(line);
   const auto refused = [&why](const char *reason) {
     why = reason;
     return false;

@@ -80,11 +80,15 @@ const palette_entry &palette_colour(std::int32_t entry) {
   return palette.at(static_cast<std::size_t>(entry) - 1);
 }
 
-colour_value color_from_name(std::string_view name) {
+std::optional<colour_value> colour_of_name(std::string_view name) {
   for (const palette_entry &entry : palette)
     if (equal_in_upper_case(name, entry.name))
       return entry.value;
-  return palette[0].value;
+  return std::nullopt;
+}
+
+colour_value color_from_name(std::string_view name) {
+  return colour_of_name(name).value_or(palette[0].value);
 }
 
 std::int32_t nearest_palette_color(colour_value value) {

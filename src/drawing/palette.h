@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,8 @@ constexpr std::int32_t n_line_patterns = 3;
 const palette_entry &palette_colour(std::int32_t entry);
 // The value of a colour name in any case; black for a name that is in no entry.
 colour_value color_from_name(std::string_view name);
+// The same, or nothing for a name that no entry has.
+std::optional<colour_value> colour_of_name(std::string_view name);
 // The entry (1..16) whose value is nearest as a number, not as a colour; the lower entry of equally near ones.
 std::int32_t nearest_palette_color(colour_value value);
 // A random entry, 1..16, but not `exclude` (0: none), nor WHITE or the colour of selection unless allowed.

@@ -49,6 +49,8 @@ public:
   // The same without copies: the views point into `text`. Allocates only while `fields` grows.
   static std::int32_t cut_string_views(std::string_view text, std::vector<std::string_view> &fields,
                                        std::int32_t count = -1);
+  // The same for who keeps no array: all fields of a line.
+  static std::vector<std::string_view> fields_of(std::string_view line);
   // Splits at each blank. `complete`: all of the text was cut; false when there are more fields than `count`.
   static std::int32_t cut_string_spaces(std::string_view text, std::vector<std::string> &fields, std::int32_t count,
                                         bool &complete);

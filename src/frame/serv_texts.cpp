@@ -85,6 +85,12 @@ std::int32_t class_serv_raznoe::cut_string_views(std::string_view text, std::vec
   return cut_into(text, "\t", count, complete, fields);
 }
 
+std::vector<std::string_view> class_serv_raznoe::fields_of(std::string_view line) {
+  std::vector<std::string_view> fields;
+  cut_string_views(line, fields);
+  return fields;
+}
+
 std::int32_t class_serv_raznoe::cut_string_spaces(std::string_view text, std::vector<std::string> &fields,
                                                   std::int32_t count, bool &complete) {
   return cut_into(text, " ", count, complete, fields);

@@ -152,6 +152,13 @@ best_start find_best_start(const class_net &net, std::span<const vertex_number> 
   return best;
 }
 
+bool reaches_all_from_first(std::int32_t n_vertices, layer_walk &walk) {
+  if (n_vertices < 1)
+    return false;
+  walk.run_all(1);
+  return walk.reached_all();
+}
+
 } // namespace
 
 void class_net::calculate_net_diam_and_width_FindBestStartOfDiamPath_new(process_frame &frame, bool &connected,
@@ -163,12 +170,8 @@ void class_net::calculate_net_diam_and_width_FindBestStartOfDiamPath_new(process
   diameter = 0;
   start = 1;
   radius = private_n_vertices_;
-  connected = false;
-  if (private_n_vertices_ < 1)
-    return;
   layer_walk walk(*this);
-  walk.run_all(1);
-  connected = walk.reached_all();
+  connected = reaches_all_from_first(private_n_vertices_, walk);
   if (!connected)
     return;
 
@@ -192,12 +195,8 @@ void class_net::calculate_net_diam_and_width_FindBestStartOfDiamPath(process_fra
   diameter = 0;
   start = 1;
   radius = private_n_vertices_;
-  connected = false;
-  if (private_n_vertices_ < 1)
-    return;
   layer_walk walk(*this);
-  walk.run_all(1);
-  connected = walk.reached_all();
+  connected = reaches_all_from_first(private_n_vertices_, walk);
   if (!connected)
     return;
   const number_list all = number_list::range(1, private_n_vertices_);

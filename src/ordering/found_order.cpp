@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 
@@ -11,17 +12,6 @@ namespace orb {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::vector<std::string_view> fields_of(std::string_view line) {
-  std::vector<std::string_view> fields;
-  for (std::size_t begin = 0;;) {
-    const std::size_t end = line.find('\t', begin);
-    fields.push_back(line.substr(begin, end == std::string_view::npos ? end : end - begin));
-    if (end == std::string_view::npos)
-      return fields;
-    begin = end + 1;
-  }
-}
 
 // The reader of one table; each step is false when the lines aren't those that the writer makes of this task.
 class order_table {
@@ -49,7 +39,7 @@ private:
       return false;
     found.clone_is_not_excluded.assign(static_cast<std::size_t>(task_.list.count()) + 1, 0);
     for (; lines_.next(line) && !line.empty(); ++n_used_) {
-      const auto fields = fields_of(line);
+      const auto fields = class_serv_raznoe::fields_of(line);
       std::int32_t position = 0, clone = 0;
       if (fields.size() != 3 || !whole_number_parse(fields[0], position) || !whole_number_parse(fields[1], clone) ||
           position <= last_position_ || position > task_.list.count() || task_.list(position) != clone ||
@@ -68,7 +58,7 @@ private:
     for (std::int32_t r = 0; r <= run; ++r)
       if (!lines_.next(line))
         return false;
-    const auto fields = fields_of(line); // number of the run, the places, the mean step
+    const auto fields = class_serv_raznoe::fields_of(line); // number of the run, the places, the mean step
     if (fields.size() != static_cast<std::size_t>(n_used_) + 2 || fields[0] != std::to_string(run))
       return false;
     std::vector<char> seen(static_cast<std::size_t>(n_used_) + 1, 0);
@@ -89,7 +79,7 @@ private:
     if (!lines_.next(line))
       return false;
     for (; lines_.next(line); ++found.n_windows)
-      found.n_weak_joins += fields_of(line).back() == "weak" ? 1 : 0;
+      found.n_weak_joins += class_serv_raznoe::fields_of(line).back() == "weak" ? 1 : 0;
     return found.n_windows > 0;
   }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "frame/class_serv_raznoe.h"
 #include "frame/failures.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -11,23 +12,6 @@ namespace orb {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::vector<std::string_view> fields_of(std::string_view line) {
-  std::vector<std::string_view> fields;
-  for (std::size_t begin = 0; begin <= line.size();) {
-    const std::size_t end = std::min(line.find('\t', begin), line.size());
-    fields.push_back(line.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return fields;
-}
-
-std::string upper_cased(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return upper;
-}
 
 // Files of a folder in the order of their names, so that the last one is the same on every machine.
 std::vector<fs::path> files_of(const fs::path &folder) {
@@ -43,7 +27,7 @@ std::vector<fs::path> files_of(const fs::path &folder) {
 } // namespace
 
 bool clsContigs::AddContig(std::string_view line, std::int32_t index) {
-  const auto fields = fields_of(line);
+  const auto fields = class_serv_raznoe::fields_of(line);
   if (fields.size() < 2 || fields[1].empty() || index < 1)
     return false;
   const auto text = [&](std::size_t column) {
@@ -61,7 +45,7 @@ bool clsContigs::AddContig(std::string_view line, std::int32_t index) {
   contig.n_cluster_set(whole(1));
   contig.cluster_set(text(2));
   contig.n_clones_set(whole(3));
-  contig.bcontig_set(upper_cased(text(4)) == "TRUE");
+  contig.bcontig_set(class_serv_raznoe::text_transform_to_lower_case(text(4)) == "true");
   contig.cutoff_set(cutoff);
   contig.diam_set(whole(6));
   contig.i_width_set(whole(7));
@@ -140,8 +124,10 @@ fs::path FrmContigSelect::file_with_ending(const fs::path &folder) const {
   const bool is_own = folder.filename() == contig.cluster_get();
   for (const fs::path &file : files_of(folder)) {
     const std::string name = file.filename().string();
-    if (contig.diam_get() < 1 ? name == contig.cluster_get() + ".txt"
-                              : is_own && name.size() >= 3 && upper_cased(name.substr(name.size() - 3)) == "NET")
+    if (contig.diam_get() < 1
+            ? name == contig.cluster_get() + ".txt"
+            : is_own && name.size() >= 3 &&
+                  class_serv_raznoe::text_transform_to_lower_case(name.substr(name.size() - 3)) == "net")
       found = file;
   }
   return found;

@@ -74,6 +74,7 @@ void net_view::redraw_net() {
 }
 
 void net_view::resized() {
+  open().coorLimitsUpdate(); // nodes may have been dragged out of the box
   if (geometry_.resize(window_.surface.size(), net().box()))
     redraw_net();
 }
@@ -275,14 +276,14 @@ void net_view::cluster_row_clicked(std::int32_t row) {
   const std::int32_t cluster = net().ClusterNumberInNetNonSorted(row);
   if (cluster < 1)
     return;
-  if (!net().cluster_is_selected(cluster)) {
-    open().AddToSelectedAllClonesOfCluster(cluster);
-  } else {
-    const std::int32_t id = net().clusters()[static_cast<std::size_t>(cluster)].id;
-    for (vertex_number n = 1; n <= net().n_vertices_get(); ++n)
-      if (net().nodes()[static_cast<std::size_t>(n)].cluster_id == id)
-        open().unselect_vertex(n);
-  }
+  const std::int32_t id = net().clusters()[static_cast<std::size_t>(cluster)].id;
+  const auto nodes = net().nodes();
+  bool now_selected = false;
+  for (vertex_number n = 1; n <= net().n_vertices_get(); ++n)
+    if (nodes[static_cast<std::size_t>(n)].cluster_id == id) {
+      open().AddToSelectedAllClonesOfClusterContainingNode(n, true, now_selected);
+      break;
+    }
   selection_changed();
 }
 

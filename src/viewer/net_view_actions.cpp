@@ -13,12 +13,8 @@ namespace orb {
 namespace {
 
 std::optional<colour_value> colour_of_text(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  for (std::int32_t entry = 1; entry <= n_palette_colours; ++entry)
-    if (palette_colour(entry).name == upper)
-      return palette_colour(entry).value;
+  if (const auto named = colour_of_name(text))
+    return named;
   colour_value colour = 0;
   for (int part = 0, weight = 1; part < 3; ++part, weight *= 256) {
     const std::size_t end = part < 2 ? text.find(',') : text.size();
@@ -224,6 +220,7 @@ void net_view::picture_move(std::int32_t which) {
   constexpr float step = 100;
   switch (which) {
   case 0:
+    open().coorLimitsUpdate(); // nodes may have been dragged out of the box
     geometry_.fit_at_zoom_1(window_.surface.size(), net().box());
     break;
   case 1:

@@ -6,6 +6,22 @@
 
 namespace orb {
 
+namespace {
+
+// The view is idle again however the work ends, also where the program is to end.
+class running_process {
+public:
+  explicit running_process(view_process &process) : process_(process) { process_ = view_process::running; }
+  running_process(const running_process &) = delete;
+  running_process &operator=(const running_process &) = delete;
+  ~running_process() { process_ = view_process::idle; }
+
+private:
+  view_process &process_;
+};
+
+} // namespace
+
 // The first places. True: steps follow; otherwise all is drawn.
 bool net_view::place_first() {
   class_net_elng &net = open();
@@ -44,10 +60,11 @@ bool net_view::place_first() {
 
 void net_view::run_optimization() {
   history_.store_pending();
-  process_ = view_process::running;
-  if (place_first())
-    steps_run();
-  process_ = view_process::idle;
+  {
+    const running_process runs(process_);
+    if (place_first())
+      steps_run();
+  }
   geometry_.fit_at_zoom_1(window_.surface.size(), net().box());
   snapshot();
 }
@@ -76,9 +93,11 @@ void net_view::layout_multilevel() {
   history_.store_pending();
   const surface_size size = window_.surface.size();
   const double aspect = size.width > 0 && size.height > 0 ? size.width / size.height : 1;
-  process_ = view_process::running;
-  const bool whole = lay_out_multilevel(open(), aspect, sources_.chance.next(), threads_, sources_.frame);
-  process_ = view_process::idle;
+  bool whole = false;
+  {
+    const running_process runs(process_);
+    whole = lay_out_multilevel(open(), aspect, sources_.chance.next(), threads_, sources_.frame);
+  }
   geometry_.fit_at_zoom_1(size, net().box());
   snapshot();
   tell(whole ? "The net is unfolded" : "Stopped: the net is unfolded in part");

@@ -5,6 +5,7 @@
 
 #include "frame/numbers.h"
 #include "support/database_fixture.h"
+#include "support/plain_lines.h"
 
 using namespace orb_test;
 
@@ -42,28 +43,11 @@ bool slow_number(std::string text, double &value) {
   return true;
 }
 
-std::vector<std::string> slow_lines(const std::string &bytes) {
-  std::vector<std::string> lines;
-  std::string line;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (bytes[i] != '\r' && bytes[i] != '\n') {
-      line += bytes[i];
-      continue;
-    }
-    if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n')
-      ++i;
-    lines.push_back(std::exchange(line, {}));
-  }
-  if (!line.empty())
-    lines.push_back(line);
-  return lines;
-}
-
 std::string slow_load(const std::vector<std::string> &files) {
   std::vector<slow_record> records;
   for (const std::string &bytes : files) {
     bool in_record = false;
-    for (const std::string &line : slow_lines(bytes)) {
+    for (const std::string &line : plainly_cut(bytes)) {
       double value = 0;
       if (in_record && slow_number(line, value)) {
         if (value == -1)

@@ -12,6 +12,7 @@
 #include "simulation/class_simul_clones.h"
 #include "simulation/sequence_reader.h"
 #include "simulation/true_positions.h"
+#include "support/plain_lines.h"
 #include "support/sequence_helpers.h"
 
 namespace fuzz_test {
@@ -34,29 +35,12 @@ fuzz_target literal_target(const char *name, std::vector<std::string> seeds, boo
 
 // ---- lines, numbers, answers, scripts ----
 
-std::vector<std::string> plainly_cut(const std::string &bytes) {
-  std::vector<std::string> lines;
-  std::string line;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (bytes[i] != '\r' && bytes[i] != '\n') {
-      line += bytes[i];
-      continue;
-    }
-    i += bytes.compare(i, 2, "\r\n") == 0 ? 1 : 0;
-    lines.push_back(line);
-    line.clear();
-  }
-  if (!line.empty())
-    lines.push_back(line);
-  return lines;
-}
-
 bool run_lines_of_file(const std::string &bytes) {
   line_reader reader(file_of(bytes, "lines.txt"));
   std::vector<std::string> lines;
   for (std::string_view line; reader.next(line);)
     lines.emplace_back(line);
-  promise(lines == plainly_cut(bytes), "lines are cut otherwise");
+  promise(lines == orb_test::plainly_cut(bytes), "lines are cut otherwise");
   promise(reader.position() == static_cast<std::int64_t>(bytes.size()) && reader.at_end(), "not all was read");
   return true;
 }

@@ -185,6 +185,9 @@ TEST(net_view, zoom_and_moves_keep_the_middle) {
   w.drawn.size = {2000, 500};
   w.view.resized();
   EXPECT_FLOAT_EQ(w.x(1), 100);
+  w.drag(w.x(8), w.y(8), w.x(8) + 300, w.y(8)); // out of the box
+  w.view.choose("CmdMove(0)");
+  EXPECT_FLOAT_EQ(w.x(8), 1900) << "the whole net is in the picture again";
 }
 
 TEST(net_view, rotation_turns_the_selection_round_on_the_screen) {
@@ -273,6 +276,10 @@ TEST(net_view, the_run_loop_places_and_stops) {
       << w.view.panels().message;
   EXPECT_TRUE(w.view.choose("mnuOptions_Multilevel"));
   EXPECT_EQ(w.n_lines(), 3);
+  w.on_yield = []() -> bool { throw program_end("the end", exit_status::run_failed); };
+  EXPECT_THROW(w.view.choose("mnuProcess"), program_end);
+  EXPECT_EQ(w.view.process_state(), view_process::idle) << "the window is to stay of use";
+  EXPECT_EQ(w.view.net().n_vertices_get(), 4);
 }
 
 // Every entry changes the document, the picture, the panels or a file, or asks for what it needs.
