@@ -262,9 +262,10 @@ void check_save(const project_state &project, const parts_there &, const output_
 
 command_result run_save(project_state &project, const output_wishes &p) {
   class_net &net = project.signif().net();
+  if (!net.save_net_type(project.frame(), p.out))
+    return stopped_or_failed(project);
   net.title_of_net_set(p.out.stem().string());
   net.FullFileNameSet(p.out.string());
-  net.save_net_type(project.frame(), p.out);
   project.frame().all_panels_reset();
   const std::optional<overlap_rule> rule = project.rule_of_net();
   project.loaded(project_part::net, {p.out, project.origin(project_part::net).made_by});

@@ -183,7 +183,8 @@ public:
                            vertex_number &next, bool &is_link) const;
 
   // Files; see net_files.cpp. An empty name means net.ORBns in the working folder.
-  void save_net_type(process_frame &frame, std::filesystem::path file) const;
+  // False, and no file, after a stop request.
+  bool save_net_type(process_frame &frame, std::filesystem::path file) const;
   // A negative expected number accepts any. Refused (ok false, this net untouched): another number of vertices, a file
   // that is short, long or damaged; messages say why and at which byte.
   void read_net_type(process_frame &frame, const std::filesystem::path &file, bool &ok,

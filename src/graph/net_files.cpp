@@ -274,7 +274,13 @@ bool native_net_reader::check_both_ends(const std::vector<net_vertex> &vertices,
   std::vector<edge_adress> next(vertices.size());
   for (vertex_number v = 1; v <= n_vertices_; ++v)
     next[static_cast<std::size_t>(v)] = begin_of(v);
-  for (vertex_number v = 1; v <= n_vertices_; ++v)
+  std::int64_t polled_at = 0;
+  for (vertex_number v = 1; v <= n_vertices_; ++v) {
+    if (begin_of(v) - polled_at > edges_between_polls) {
+      polled_at = begin_of(v);
+      if (!frame_.goes_on())
+        return false;
+    }
     for (edge_adress k = begin_of(v); k < begin_of(v + 1); ++k) {
       const net_edge &edge = edge_at(k);
       if (k > begin_of(v) && edge_at(k - 1).neighbour == edge.neighbour)
@@ -287,40 +293,46 @@ bool native_net_reader::check_both_ends(const std::vector<net_vertex> &vertices,
       if (edge_at(m).value != edge.value)
         return refuse_pair(place(k), v, edge.neighbour, "has another score at its other end");
     }
+  }
   return true;
 }
 
 } // namespace
 
-void class_net::save_net_type(process_frame &frame, std::filesystem::path file) const {
+bool class_net::save_net_type(process_frame &frame, std::filesystem::path file) const {
   frame.local_process_text_set("Saving net in ORB format...");
   if (file.empty())
     file = frame.path_in_working_folder("\\net.ORBns");
+  constexpr std::size_t bytes_between_polls = 1 << 18;
   result_file out(file);
   std::string bytes;
   put(bytes, static_cast<std::uint32_t>(private_n_vertices_));
   put(bytes, static_cast<std::uint32_t>(private_n_edges_));
-  const auto write_when_large = [&bytes, &out](std::size_t large) {
+  const auto write_when_large = [&](std::size_t large) {
     if (bytes.size() < large)
-      return;
+      return true;
     out.write(bytes);
     bytes.clear();
+    return frame.goes_on();
   };
   for (vertex_number v = 1; v <= private_n_vertices_; ++v) {
     const net_vertex &vertex = vertices_[static_cast<std::size_t>(v)];
     put(bytes, static_cast<std::uint32_t>(vertex.adress_of_first_edge));
     put(bytes, static_cast<std::uint16_t>(vertex.index));
-    write_when_large(1 << 16);
+    if (!write_when_large(bytes_between_polls))
+      return false;
   }
   put(bytes, static_cast<std::uint32_t>(private_n_edges_ + 1)); // the sentinel
   put(bytes, std::uint16_t{0});
   for (std::int32_t e = 1; e <= private_n_edges_; ++e) {
     put_edge(bytes, edges_[static_cast<std::size_t>(e)]);
-    write_when_large(1 << 16);
+    if (!write_when_large(bytes_between_polls))
+      return false;
   }
-  write_when_large(1);
+  out.write(bytes);
   out.commit();
   frame.log_line("File " + file.string() + " ...Saved.");
+  return true;
 }
 
 void class_net::read_net_type(process_frame &frame, const std::filesystem::path &file, bool &ok,

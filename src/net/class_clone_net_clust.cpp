@@ -76,8 +76,8 @@ bool class_clone_net_clust::remove_Qs(class_clone_net_signif &signif, const clas
 void class_clone_net_clust::save(process_frame &frame, const class_net &net, const std::string &name, std::int32_t i) {
   const auto file =
       frame.path_in_working_folder("\\" + name + "_" + number_text(current_minimal_value_get(i), 2) + ".txt");
-  net.save_net_type(frame, file);
-  files_written_.push_back(file);
+  if (net.save_net_type(frame, file))
+    files_written_.push_back(file);
 }
 
 bool class_clone_net_clust::fill_step(const class_net &net, class_clone_net_signif &signif, std::int32_t max_rank,

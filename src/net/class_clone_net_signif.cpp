@@ -87,8 +87,9 @@ void class_clone_net_signif::read_text_net_and_save(const text_net_reading &want
     net_ = std::move(read);
     return;
   }
-  read.save_net_type(frame, native);
-  net_.read_net_type(frame, native, ok, context_.database.total_number_of_clones_get());
+  ok = read.save_net_type(frame, native);
+  if (ok)
+    net_.read_net_type(frame, native, ok, context_.database.total_number_of_clones_get());
 }
 
 void class_clone_net_signif::clones_can_be_overlapped(clone_number a, clone_number b, double &value,

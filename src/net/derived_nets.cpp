@@ -54,7 +54,10 @@ bool create_subnet_significant_connections_type(class_clone_net_signif &signif, 
     frame.process_canceled();
     return false;
   }
-  net.save_net_type(frame, file);
+  if (!net.save_net_type(frame, file)) {
+    frame.process_stopped_manually();
+    return false;
+  }
   frame.all_panels_reset();
   return true;
 }
@@ -77,7 +80,8 @@ bool create_sub_net_list_disconnect(class_clone_net_signif &signif, const number
     file = asked_native_file(frame, "net1.ORBns");
   if (file.empty())
     return false;
-  without.save_net_type(frame, file);
+  if (!without.save_net_type(frame, file))
+    return false;
   frame.log_line("Net of significant clone overlaps without disconnected clones saved\r\n\tto file " + file.string());
   return true;
 }

@@ -439,14 +439,21 @@ bool class_clone_net_signif::create_net_in_memory(const overlap_rule &rule, net_
     frame.process_stopped_manually();
     return false;
   }
-  class_net made;
-  const bool fits = !refused && half.mirrored_into(made, as_read_back);
-  frame.all_panels_reset();
-  if (!refused && !fits) {
-    frame.refuse("The net has more overlaps than a net can hold. Increase cutoff stringency.");
-  }
-  if (!fits)
+  if (refused) {
+    frame.all_panels_reset();
     return false;
+  }
+  class_net made;
+  switch (half.mirrored_into(made, as_read_back, [&frame] { return frame.goes_on(); })) {
+  case half_net::mirror_end::stopped:
+    frame.process_stopped_manually();
+    return false;
+  case half_net::mirror_end::too_large:
+    frame.all_panels_reset();
+    return frame.refuse("The net has more overlaps than a net can hold. Increase cutoff stringency.");
+  case half_net::mirror_end::done:
+    frame.all_panels_reset();
+  }
   net_ = std::move(made);
   net_is_loaded_set();
   summary.completed = true;

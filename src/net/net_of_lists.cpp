@@ -85,7 +85,7 @@ void compare_large_list(const metric_context &context, std::span<const clone_num
   } catch (const zero_frequency &failure) {
     frame.program_end_now(failure.what(), exit_status::run_failed);
   }
-  if (!half.mirrored_into(net, {}))
+  if (half.mirrored_into(net, {}, [&frame] { return frame.goes_on(); }) == half_net::mirror_end::too_large)
     frame.program_end_now("The net has more overlaps than a net can hold. Increase cutoff stringency.",
                           exit_status::run_failed);
 }

@@ -359,26 +359,35 @@ bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const 
   if (max_rank < 1 || max_rank > largest_rank)
     max_rank =
         class_serv_raznoe::parameter_get_fromInputBox_Integer(frame, "max rank connections", "ORB", 1, 1, largest_rank);
+  const auto stopped = [&frame] { // what was found is not all then, and nothing of it is taken out
+    if (!frame.stop_requested_get())
+      return false;
+    frame.process_stopped_manually();
+    return true;
+  };
   revision_in_place changed(net_);
   if (options.q_overlaps) {
     std::vector<edge_adress> found;
     find_Q_connections(net_, max_rank, true, folder / (base + overlaps_report), found);
+    if (stopped())
+      return false;
     summary.n_q_overlaps = static_cast<std::int32_t>(found.size()) / 2; // both records of an overlap count
     changed.take_out_overlaps(found);
     net_.test_neighbours_sorted();
   }
-  if (options.q_clones && !frame.stop_requested_get()) {
+  if (options.q_clones) {
     std::vector<vertex_number> found;
     find_Q_clones(net_, max_rank, form.QQ_additional_cutoff, true, folder / (base + test_report_of_clones),
                   folder / (base + clones_report), found);
+    if (stopped())
+      return false;
     summary.n_q_clones = static_cast<std::int32_t>(found.size());
     changed.disconnect(found);
   }
-  if (frame.stop_requested_get()) {
+  if (!net_.save_net_type(frame, file)) {
     frame.process_stopped_manually();
     return false;
   }
-  net_.save_net_type(frame, file);
   frame.log_line("New net saved to file " + file.string());
   changed.keep();
   net_.title_of_net_set(file.stem().string()); // the net is what the file holds: reading it back would give no other

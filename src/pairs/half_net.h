@@ -24,10 +24,12 @@ public:
                                          [](std::int32_t e, const part &one) { return e < one.first; });
     return behind == parts_.begin() ? std::span<const pair_record>() : (behind - 1)->row(element);
   }
+  enum class mirror_end { done, too_large, stopped };
   // Turns into the whole net with ascending runs; values pass through `stored`. Each part goes as soon as its records
-  // stand in the net, whose memory is taken once. False, and the half stays, when it has more records than a net can
-  // address.
-  bool mirrored_into(class_net &net, const std::function<double(double)> &stored);
+  // stand in the net, whose memory is taken once. The half stays when it has more records than a net can address. When
+  // `go_on` answers false, net and half are empty.
+  mirror_end mirrored_into(class_net &net, const std::function<double(double)> &stored,
+                           const std::function<bool()> &go_on);
 
 private:
   // Rows of some elements on end: what comes at once is kept as it comes, and never moved.

@@ -220,7 +220,8 @@ std::vector<std::string> files_of_supercontigs(process_frame &frame, const std::
   return files;
 }
 
-void save_changed_net(const net_sources &sources, const supercontig_options &options, supercontig_result &result) {
+// False after a stop request: the net has no file then.
+bool save_changed_net(const net_sources &sources, const supercontig_options &options, supercontig_result &result) {
   process_frame &frame = sources.frame;
   const std::string status = "Save resulted net of significant clone overlaps";
   frame.step_text_set(status);
@@ -228,9 +229,10 @@ void save_changed_net(const net_sources &sources, const supercontig_options &opt
   if (result.net_file.empty())
     result.net_file = frame.save_file_dialog_checked(status, "net_superctg.ORBns", "");
   class_net &net = sources.signif.net();
-  if (!result.net_file.empty())
-    net.save_net_type(frame, result.net_file);
+  if (!result.net_file.empty() && !net.save_net_type(frame, result.net_file))
+    result.net_file.clear();
   net.FullFileNameSet(result.net_file.string());
+  return !frame.stop_requested_get();
 }
 
 } // namespace
@@ -252,7 +254,8 @@ bool read_nets_for_supercontigs_and_create_new_net(const net_sources &sources, c
   result.n_clones = work.n_clones();
   work.write_lists(result);
   work.change_net();
-  save_changed_net(sources, options, result);
+  if (!save_changed_net(sources, options, result))
+    return false;
   if (!sources.database.contigs_are_specified_get() || sources.database.contigs() == nullptr)
     return true;
   frame.step_text_set("Changing of clustering");

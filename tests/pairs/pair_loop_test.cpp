@@ -343,7 +343,12 @@ TEST(half_net, becomes_the_whole) {
       wanted[{record.partner, v}] = {-record.value, record.code_mirrored};
     }
   class_net net;
-  ASSERT_TRUE(half.mirrored_into(net, [](double value) { return -value; }));
+  half_net broken_off = half;
+  EXPECT_EQ(broken_off.mirrored_into(net, {}, [] { return false; }), half_net::mirror_end::stopped);
+  EXPECT_EQ(net.number_of_vertices_get(), 0);
+  EXPECT_EQ(half.mirrored_into(
+                net, [](double value) { return -value; }, [] { return true; }),
+            half_net::mirror_end::done);
   for (vertex_number v = 1; v <= net.number_of_vertices_get(); ++v)
     for (const net_edge &edge : net.edges_of_vertex(v))
       got[{v, edge.neighbour}] = {edge.value, edge.index2};
