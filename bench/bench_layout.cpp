@@ -1,5 +1,5 @@
-// Layouts of nets of intervals with 2 of 1,000 edges between any two clones: the multilevel layout with Spearman's
-// correlation of steps and distance in the picture, the growth, and a step of the springs.
+// Layouts of nets of intervals with false edges: the multilevel layout with Spearman's correlation of steps and
+// distance in the picture, the growth, and a step of the springs.
 #include <benchmark/benchmark.h>
 
 #include "support/layout_nets.h"
@@ -12,23 +12,49 @@ namespace {
 
 constexpr double degree = 13, false_share = 0.002;
 
-std::vector<layout_edge> net_of(std::int32_t n, double share) {
-  return interval_net(n, n > 20000 ? 10 : degree, share, 1); // 400,000 edges at 80,000 nodes
+// Which false edges a net has.
+enum kind : std::int64_t {
+  none,
+  of_clones,      // between any two, 2 for 1,000 clones
+  of_edges,       // between any two, 2 of 1,000 edges
+  in_chromosomes, // 2 of 1,000 edges, within lines of 1,000 clones
+  near_by         // 2 of 1,000 edges, at most 40 clones' lengths away
+};
+
+std::vector<layout_edge> net_of(std::int32_t n, kind wanted, double share) {
+  const double clone_degree = n > 20000 ? 10 : degree; // 400,000 edges at 80,000 nodes
+  switch (wanted) {
+  case none:
+    return interval_net(n, clone_degree, 0, 1);
+  case of_clones:
+    return interval_net(n, clone_degree, share * 2 / clone_degree, 1);
+  case in_chromosomes:
+    return interval_lines(n, 1000, clone_degree, share, 1);
+  case near_by:
+    return interval_net(n, clone_degree, share, 1, 40);
+  case of_edges:
+    break;
+  }
+  return interval_net(n, clone_degree, share, 1);
 }
 
-// The second argument: false edges among 100,000.
+// Arguments: nodes, kind, whether doubtful edges are left out. "correlation" is with the steps along all edges,
+// "without_false" with those in the net that has no false edges.
 void multilevel(benchmark::State &state) {
   process_frame frame;
   const auto n = static_cast<std::int32_t>(state.range(0));
-  const std::vector<layout_edge> edges = net_of(n, static_cast<double>(state.range(1)) / 100'000);
+  const auto wanted = static_cast<kind>(state.range(1));
+  const std::vector<layout_edge> edges = net_of(n, wanted, false_share), right = net_of(n, wanted, 0);
   std::vector<float> x, y;
   for (auto _ : state)
-    multilevel_layout({n, edges}, {}, frame, x, y);
+    multilevel_layout({n, edges}, {.without_doubtful = state.range(2) != 0}, frame, x, y);
   state.counters["edges"] = static_cast<double>(edges.size());
   state.counters["correlation"] = distance_correlation({n, edges}, x, y);
+  state.counters["without_false"] = distance_correlation({n, right}, x, y);
 }
 BENCHMARK(multilevel)
-    ->ArgsProduct({{2000, 10000, 20000, 80000}, {0, 30, 200}})
+    ->ArgsProduct({{2000, 10000, 20000, 80000}, {none, of_clones, of_edges, in_chromosomes, near_by}, {0, 1}})
+    ->ArgNames({"", "false", "unfolded"})
     ->Unit(benchmark::kMillisecond)
     ->MeasureProcessCPUTime()
     ->UseRealTime();
@@ -36,7 +62,7 @@ BENCHMARK(multilevel)
 void growth(benchmark::State &state) {
   process_frame frame;
   const auto n = static_cast<std::int32_t>(state.range(0));
-  const std::vector<layout_edge> edges = net_of(n, false_share);
+  const std::vector<layout_edge> edges = net_of(n, of_edges, false_share);
   class_net_elngKK growing;
   for (auto _ : state) {
     growing.KK_inicializate(n, static_cast<std::int32_t>(edges.size()));
@@ -66,7 +92,7 @@ BENCHMARK(growth)
 void spring_step(benchmark::State &state) {
   process_frame frame;
   const auto n = static_cast<std::int32_t>(state.range(0));
-  const std::vector<layout_edge> edges = net_of(n, false_share);
+  const std::vector<layout_edge> edges = net_of(n, of_edges, false_share);
   spring_nodes nodes;
   nodes.resize(n);
   multilevel_layout({n, edges}, {}, frame, nodes.x, nodes.y);

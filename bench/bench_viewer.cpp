@@ -39,7 +39,7 @@ const class_net_elng &net_of(std::int64_t n) {
   }
   net.contents_set("net", std::move(nodes), std::move(edges), false);
   process_frame frame;
-  lay_out_multilevel(net, 1.6, 1, 0, frame);
+  lay_out_multilevel(net, {1.6, 1, 0}, frame);
   return net;
 }
 

@@ -31,8 +31,10 @@ bool lay_out_own(class_net_elng &net, int threads, process_frame &frame) {
 } // namespace
 
 void describe_layout(parameter_list &list, layout_parameters &p) {
-  list.add("layout", p.layout, "places of the nodes: own (growth, then springs), circle, clusters, multilevel")
-      .one_of({"own", "circle", "clusters", "multilevel"})
+  list.add("layout", p.layout,
+           "places of the nodes: own (growth, then springs), circle, clusters, multilevel (by steps along the edges), "
+           "unfolded (the same without edges that are probably false)")
+      .one_of({"own", "circle", "clusters", "multilevel", "unfolded"})
       .unset("as in the file; multilevel where it has none");
 }
 
@@ -46,8 +48,8 @@ bool lay_out(class_net_elng &net, const layout_parameters &p, double aspect, pro
   else if (p.layout == "clusters") {
     lay_out_on_circle(net); // nodes without a cluster stay on it
     lay_out_by_clusters(net, chance);
-  } else if (p.layout == "multilevel" || !net.coor_are_known_get())
-    return lay_out_multilevel(net, aspect, project.settings().seed, threads, project.frame());
+  } else if (p.layout == "multilevel" || p.layout == "unfolded" || !net.coor_are_known_get())
+    return lay_out_multilevel(net, {aspect, project.settings().seed, threads, p.layout == "unfolded"}, project.frame());
   return true;
 }
 

@@ -15,6 +15,7 @@
 
 #include "drawing/clipping.h"
 #include "drawing/plain_pixels.h"
+#include "drawing/smooth_pixels.h"
 #include "drawing/utf8_text.h"
 #include "frame/files.h"
 
@@ -126,9 +127,9 @@ void canvas::pen(const surface_pen &pen) {
 }
 
 void canvas::lines(const surface_pen &wanted, std::span<const surface_line> lines) {
-  if (is_raster_ && !is_smooth_ && wanted.width <= 1) {
+  if (is_raster_ && wanted.width <= 1 && (!is_smooth_ || wanted.pattern == line_pattern::solid)) {
     cairo_surface_flush(surface());
-    draw_plain_lines(image(), wanted, lines);
+    (is_smooth_ ? draw_smooth_lines : draw_plain_lines)(image(), wanted, lines);
     cairo_surface_mark_dirty(surface());
     return;
   }
@@ -191,17 +192,17 @@ void canvas::boxes(const surface_look &look, std::span<const surface_box> boxes)
 void canvas::circles(const surface_look &look, std::span<const surface_box> circles) {
   constexpr double largest_round = 20000; // pixels; the edge of a larger one is made of straight pieces
   constexpr int n_pieces = 4096;
-  if (is_raster_ && !is_smooth_) {
+  const float largest_in_pixels = !is_raster_ ? -1 : is_smooth_ ? largest_smooth_radius : largest_plain_radius;
+  if (is_raster_) {
     cairo_surface_flush(surface());
-    draw_plain_circles(image(), look, circles);
+    (is_smooth_ ? draw_smooth_circles : draw_plain_circles)(image(), look, circles);
     cairo_surface_mark_dirty(surface());
   }
   std::vector<surface_point> pieces;
   for (const surface_box &circle : circles) {
     const double x = circle.corner.x, y = circle.corner.y, radius = std::abs(static_cast<double>(circle.size.width));
     if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(radius) || x + radius < area_.left ||
-        x - radius > area_.right || y + radius < area_.top || y - radius > area_.bottom ||
-        (is_raster_ && !is_smooth_ && radius <= largest_plain_radius))
+        x - radius > area_.right || y + radius < area_.top || y - radius > area_.bottom || radius <= largest_in_pixels)
       continue;
     if (radius <= largest_round) {
       cairo_new_sub_path(context());

@@ -47,7 +47,7 @@ half_net::mirror_end half_net::mirrored_into(class_net &net, const std::function
   for (std::int32_t v = 1; v <= n_; ++v)
     next[static_cast<std::size_t>(v)] = net.adress_of_first_edge_get(v);
   constexpr std::size_t records_between_polls = 1 << 19;
-  std::size_t n_unpolled = records_between_polls; // once before all
+  std::size_t n_unpolled = records_between_polls;                // once before all
   double value = 0, kept_value = stored ? stored(value) : value; // in a stack one value follows the other
   for (part &one : parts_) {
     for (std::int32_t e = one.first; e < one.first + one.n_rows(); ++e) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "viewer/doubtful_edges.h"
+
 namespace orb {
 
 namespace {
@@ -77,8 +79,10 @@ component_graph part_of(const component_graph &graph, const std::vector<std::int
 
 } // namespace
 
-std::vector<component_graph> components_of(const layout_graph &graph) {
-  const component_graph simple = simple_graph(graph);
+std::vector<component_graph> components_of(const layout_graph &graph, bool without_doubtful) {
+  component_graph simple = simple_graph(graph);
+  if (without_doubtful)
+    drop_doubtful_edges(simple);
   std::vector<component_graph> components;
   std::vector<std::int32_t> mark(static_cast<std::size_t>(graph.n), 0), place(mark.size()), order;
   for (std::int32_t v = 0; v < graph.n; ++v) {

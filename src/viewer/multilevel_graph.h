@@ -23,7 +23,8 @@ struct component_graph {
   }
 };
 
-// The largest component first, equally large ones by their lowest node. n + e log of the largest degree.
-std::vector<component_graph> components_of(const layout_graph &graph);
+// The largest component first, equally large ones by their lowest node. `without_doubtful`: edges that are probably
+// false are left out; components stay whole. n + e log of the largest degree.
+std::vector<component_graph> components_of(const layout_graph &graph, bool without_doubtful = false);
 
 } // namespace orb

@@ -17,8 +17,8 @@ constexpr std::int32_t most_nodes_of_item = 2000; // larger components are worke
 class net_placing {
 public:
   net_placing(const layout_graph &graph, const multilevel_options &options, process_frame &frame)
-      : options_(options), frame_(frame), components_(components_of(graph)), pictures_(components_.size()),
-        n_nodes_(graph.n) {
+      : options_(options), frame_(frame), components_(components_of(graph, options.without_doubtful)),
+        pictures_(components_.size()), n_nodes_(graph.n) {
     for (std::size_t c = 0; c < components_.size(); ++c)
       place_in_layers(components_[c], pictures_[c]);
   }

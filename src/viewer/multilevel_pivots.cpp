@@ -44,8 +44,8 @@ void fill_column(const component_graph &graph, std::int32_t p, walk_memory &memo
   const auto meet = [&](std::int32_t v, std::int32_t distance) {
     memory.steps[static_cast<std::size_t>(v)] = distance;
     memory.order.push_back(v);
-    found.distance[static_cast<std::size_t>(v) * static_cast<std::size_t>(found.stride) + static_cast<std::size_t>(p)] =
-        distance == 0 ? pivot_distances::far_away : static_cast<float>(distance);
+    found.steps[static_cast<std::size_t>(v) * static_cast<std::size_t>(found.stride) + static_cast<std::size_t>(p)] =
+        distance;
   };
   meet(found.pivot[static_cast<std::size_t>(p)], 0);
   for (std::size_t at = 0; at < memory.order.size(); ++at) {
@@ -74,8 +74,7 @@ bool find_pivots(const component_graph &graph, std::int32_t n_pivots, const layo
   found.share.assign(static_cast<std::size_t>(found.stride), 0.0f);
   for (const std::int32_t p : nearest)
     found.share[static_cast<std::size_t>(p)] += 1;
-  found.distance.assign(static_cast<std::size_t>(n) * static_cast<std::size_t>(found.stride),
-                        pivot_distances::far_away);
+  found.steps.assign(static_cast<std::size_t>(n) * static_cast<std::size_t>(found.stride), 0);
   std::vector<walk_memory> memory(static_cast<std::size_t>(worker_count(work.threads)));
   return run_in_blocks(
       0, n_found - 1, worker_count(work.threads), 1, work.threads,

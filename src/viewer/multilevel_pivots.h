@@ -17,20 +17,18 @@ struct layout_work {
 };
 
 struct pivot_distances {
-  // Rows are as long as wide registers like it. What fills them up, and the distance of a pivot from itself, is so far
-  // away that it has no weight.
+  // Rows are as long as wide registers like it, filled up with pivots that speak for nobody.
   static constexpr std::int32_t lanes = 8;
-  static constexpr float far_away = 1e18f;
 
   std::vector<std::int32_t> pivot;
-  std::vector<float> share;    // by pivot: how many nodes are nearest to it; 0 in the filling
-  std::vector<float> distance; // a row for each node
-  std::int32_t stride = 0;     // entries of a row
+  std::vector<float> share;        // by pivot: how many nodes are nearest to it; 0 in the filling
+  std::vector<std::int32_t> steps; // a row for each node; 0 in the filling
+  std::int32_t stride = 0;         // entries of a row
 
   std::int32_t count() const { return static_cast<std::int32_t>(pivot.size()); }
   // Steps from node v to each pivot.
-  const float *row(std::int32_t v) const {
-    return distance.data() + static_cast<std::size_t>(v) * static_cast<std::size_t>(stride);
+  const std::int32_t *row(std::int32_t v) const {
+    return steps.data() + static_cast<std::size_t>(v) * static_cast<std::size_t>(stride);
   }
 };
 

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "frame/random_source.h"
 #include "frame/worker_blocks.h"
 #include "viewer/pivot_placing.h"
+#include "viewer/wanted_lengths.h"
 
 namespace orb {
 
@@ -14,55 +16,25 @@ namespace {
 
 // More pivots cost time and leave the picture as it is.
 constexpr std::int32_t most_pivots = 100, most_pivots_of_large = 200, least_nodes_of_large = 20'000;
-constexpr std::int32_t most_nodes_of_one_start = 2000;
-constexpr int n_starts = 12; // of larger components
-constexpr int sweeps_by_pivots = 8, sweeps_by_edges = 30;
+constexpr int n_starts = 4; // most end in the same picture
+constexpr int sweeps_by_pivots = 8, sweeps_by_edges = 30, rounds_in_order = 8, sweeps_of_round = 4;
 constexpr std::int64_t nodes_of_block = 1 << 16, nodes_of_piece = 256; // between two polls; for a worker at a time
+
+constexpr float voice_of_neighbours = 0.8f; // of a node, beside its pivots'
 
 // A node on its pivot has no direction to be pushed in; this keeps the quotient finite.
 constexpr float next_to_nothing = 1e-9f;
 
-// Where others want a node: the sum of their weighted wishes.
-struct pull {
-  float x = 0, y = 0, weight = 0;
+struct plane_point {
+  float x = 0, y = 0;
 };
 
-// Each pivot wants the node at (x, y) at their distance, in the direction where it is. A pivot speaks for the nodes
-// around it, but not for more than there may be in half the distance: those nearer say it better. The sums are kept
-// apart by lane, so that they are the same in registers of any width.
-pull pull_of_pivots(const pivot_distances &pivots, std::int32_t v, const plane_points &pivot_at, float density, float x,
-                    float y) {
-  constexpr std::int32_t lanes = pivot_distances::lanes;
-  const float *steps = pivots.row(v), *share = pivots.share.data();
-  const float *pivot_x = pivot_at.x.data(), *pivot_y = pivot_at.y.data();
-  std::array<float, lanes> to_x{}, to_y{}, weight{};
-  for (std::int32_t p = 0; p < pivots.stride; p += lanes)
-    for (std::int32_t k = 0; k < lanes; ++k) {
-      const float distance = steps[p + k], dx = x - pivot_x[p + k], dy = y - pivot_y[p + k];
-      const float nodes_between = 1.0f + density * distance;
-      const float w = (share[p + k] < nodes_between ? share[p + k] : nodes_between) / (distance * distance);
-      const float stretch = distance / std::sqrt(dx * dx + dy * dy + next_to_nothing);
-      const auto lane = static_cast<std::size_t>(k);
-      to_x[lane] += w * (pivot_x[p + k] + stretch * dx);
-      to_y[lane] += w * (pivot_y[p + k] + stretch * dy);
-      weight[lane] += w;
-    }
-  pull sum;
-  for (std::size_t k = 0; k < lanes; ++k) {
-    sum.x += to_x[k];
-    sum.y += to_y[k];
-    sum.weight += weight[k];
-  }
-  return sum;
-}
-
-// The two levels of all nodes. In a sweep every node goes where the others want it, all at once.
+// The levels of all nodes. In a sweep every node goes where the others want it, all at once.
 class node_placing {
 public:
   node_placing(const component_graph &graph, const pivot_distances &pivots, const layout_work &work,
                plane_points &points)
-      : graph_(graph), pivots_(pivots), work_(work), points_(points), next_(points),
-        density_(0.5f * static_cast<float>(graph.neighbour.size()) / static_cast<float>(graph.count())) {
+      : graph_(graph), pivots_(pivots), work_(work), points_(points), next_(points), wanted_(pivots) {
     pivot_at_.x.resize(static_cast<std::size_t>(pivots.stride));
     pivot_at_.y = pivot_at_.x;
   }
@@ -76,12 +48,7 @@ public:
     for_all_nodes([this, seed](std::int32_t v) { start_node(v, seed); }, [] { return true; });
   }
   bool sweep_by_pivots() {
-    return for_all_nodes(
-        [this](std::int32_t v) {
-          const auto at = static_cast<std::size_t>(v);
-          settle(v, pull_of_pivots(pivots_, v, pivot_at_, density_, points_.x[at], points_.y[at]));
-        },
-        work_.goes_on);
+    return for_all_nodes([this](std::int32_t v) { settle(v, wish_of_pivots(v)); }, work_.goes_on);
   }
   bool sweep_by_edges() {
     const bool done = for_all_nodes([this](std::int32_t v) { move_by_edges(v); }, work_.goes_on);
@@ -90,6 +57,14 @@ public:
       pivot_at_.y[p] = points_.y[static_cast<std::size_t>(pivots_.pivot[p])];
     }
     return done;
+  }
+  // From here on the order of the lengths counts, no longer the lengths.
+  void follow_lengths() { wanted_.follow(points_, pivot_at_); }
+  void enlarge() {
+    const auto factor = static_cast<float>(wanted_.enlargement(points_, pivot_at_));
+    for (std::vector<float> *places : {&points_.x, &points_.y})
+      for (float &place : *places)
+        place *= factor;
   }
 
 private:
@@ -107,38 +82,65 @@ private:
     return done;
   }
 
-  void settle(std::int32_t v, const pull &sum) {
-    next_.x[static_cast<std::size_t>(v)] = sum.x / sum.weight;
-    next_.y[static_cast<std::size_t>(v)] = sum.y / sum.weight;
+  void settle(std::int32_t v, plane_point at) {
+    next_.x[static_cast<std::size_t>(v)] = at.x;
+    next_.y[static_cast<std::size_t>(v)] = at.y;
   }
 
   // Near the nearest pivots, no two nodes at the same place.
   void start_node(std::int32_t v, std::uint64_t seed) {
-    pull sum;
+    plane_point sum;
+    float weight = 0;
     for (std::int32_t p = 0; p < pivots_.count(); ++p) {
-      const float near = 1.0f / (pivots_.row(v)[p] * pivots_.row(v)[p]), w = near * near;
+      const auto steps = static_cast<float>(pivots_.row(v)[p]);
+      const float near = 1.0f / (steps * steps + next_to_nothing), w = near * near;
       sum.x += w * pivot_at_.x[static_cast<std::size_t>(p)];
       sum.y += w * pivot_at_.y[static_cast<std::size_t>(p)];
-      sum.weight += w;
+      weight += w;
     }
     random_source chance(seed, static_cast<std::uint64_t>(v) + 1);
-    settle(v, sum);
-    next_.x[static_cast<std::size_t>(v)] += static_cast<float>(0.5 * chance.uniform() - 0.25);
-    next_.y[static_cast<std::size_t>(v)] += static_cast<float>(0.5 * chance.uniform() - 0.25);
+    const auto aside_x = static_cast<float>(0.5 * chance.uniform() - 0.25);
+    const auto aside_y = static_cast<float>(0.5 * chance.uniform() - 0.25);
+    settle(v, {sum.x / weight + aside_x, sum.y / weight + aside_y});
   }
 
+  // Each pivot wants the node at the length of their steps, in the direction where it is, and speaks for all nodes
+  // around it. The sums are kept apart by lane, so that they are the same in registers of any width.
+  plane_point wish_of_pivots(std::int32_t v) const {
+    constexpr std::int32_t lanes = pivot_distances::lanes;
+    const float x = points_.x[static_cast<std::size_t>(v)], y = points_.y[static_cast<std::size_t>(v)];
+    const std::int32_t *steps = pivots_.row(v);
+    const float *share = pivots_.share.data(), *wanted = wanted_.data();
+    const float *pivot_x = pivot_at_.x.data(), *pivot_y = pivot_at_.y.data();
+    std::array<float, lanes> to_x{}, to_y{};
+    for (std::int32_t p = 0; p < pivots_.stride; p += lanes)
+      for (std::int32_t k = 0; k < lanes; ++k) {
+        const float dx = x - pivot_x[p + k], dy = y - pivot_y[p + k];
+        const float stretch = wanted[steps[p + k]] / std::sqrt(dx * dx + dy * dy + next_to_nothing);
+        const auto lane = static_cast<std::size_t>(k);
+        to_x[lane] += share[p + k] * (pivot_x[p + k] + stretch * dx);
+        to_y[lane] += share[p + k] * (pivot_y[p + k] + stretch * dy);
+      }
+    const auto n = static_cast<float>(graph_.count()); // the sum of all shares
+    return {std::accumulate(to_x.begin(), to_x.end(), 0.0f) / n, std::accumulate(to_y.begin(), to_y.end(), 0.0f) / n};
+  }
+
+  // By pivots alone the picture shows what is far no better, but nodes with the same steps crowd in columns and edges
+  // come out of any length.
   void move_by_edges(std::int32_t v) {
     const float x = points_.x[static_cast<std::size_t>(v)], y = points_.y[static_cast<std::size_t>(v)];
-    pull sum = pull_of_pivots(pivots_, v, pivot_at_, density_, x, y);
+    const plane_point far = wish_of_pivots(v);
+    plane_point near;
     for (const std::int32_t other : graph_.neighbours(v)) {
       const float at_x = points_.x[static_cast<std::size_t>(other)], at_y = points_.y[static_cast<std::size_t>(other)];
       const float dx = x - at_x, dy = y - at_y;
       const float stretch = 1.0f / std::sqrt(dx * dx + dy * dy + next_to_nothing);
-      sum.x += at_x + stretch * dx;
-      sum.y += at_y + stretch * dy;
-      sum.weight += 1;
+      near.x += at_x + stretch * dx;
+      near.y += at_y + stretch * dy;
     }
-    settle(v, sum);
+    const float near_share = voice_of_neighbours / static_cast<float>(graph_.neighbours(v).size());
+    settle(v, {(1 - voice_of_neighbours) * far.x + near_share * near.x,
+               (1 - voice_of_neighbours) * far.y + near_share * near.y});
   }
 
   const component_graph &graph_;
@@ -146,7 +148,7 @@ private:
   const layout_work &work_;
   plane_points &points_, next_;
   plane_points pivot_at_;
-  float density_; // nodes that half a step more brings
+  wanted_lengths wanted_;
 };
 
 } // namespace
@@ -171,8 +173,7 @@ bool place_component(const component_graph &graph, std::uint64_t seed, const lay
     return false;
   node_placing nodes(graph, pivots, work, points);
   pivot_placing best;
-  const int n_tried = graph.count() <= most_nodes_of_one_start ? 1 : n_starts;
-  bool goes_on = best.run(pivots, seed, n_tried, work);
+  bool goes_on = best.run(pivots, seed, n_starts, work);
   if (best.x().empty())
     return false;
   nodes.start(best, seed);
@@ -180,6 +181,12 @@ bool place_component(const component_graph &graph, std::uint64_t seed, const lay
     goes_on = nodes.sweep_by_pivots();
   for (int sweep = 0; goes_on && sweep < sweeps_by_edges; ++sweep)
     goes_on = nodes.sweep_by_edges();
+  for (int sweep = 0; goes_on && sweep < rounds_in_order * sweeps_of_round; ++sweep) {
+    if (sweep % sweeps_of_round == 0)
+      nodes.follow_lengths();
+    goes_on = nodes.sweep_by_edges();
+  }
+  nodes.enlarge();
   return goes_on;
 }
 

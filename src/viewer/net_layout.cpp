@@ -2,7 +2,6 @@
 
 #include "viewer/growth_layout.h"
 #include "viewer/initial_position.h"
-#include "viewer/multilevel_layout.h"
 
 namespace orb {
 
@@ -96,10 +95,10 @@ bool lay_out_by_growth(class_net_elng &net, process_frame &frame) {
   return whole;
 }
 
-bool lay_out_multilevel(class_net_elng &net, double aspect, std::uint64_t seed, int threads, process_frame &frame) {
+bool lay_out_multilevel(class_net_elng &net, const multilevel_options &options, process_frame &frame) {
   const std::vector<layout_edge> edges = edges_of(net);
   placed_nodes nodes = places_of(net);
-  const bool whole = multilevel_layout({net.n_vertices_get(), edges}, {aspect, seed, threads}, frame, nodes.x, nodes.y);
+  const bool whole = multilevel_layout({net.n_vertices_get(), edges}, options, frame, nodes.x, nodes.y);
   nodes.is_coor_known.assign(nodes.x.size(), 1);
   take_places(nodes, net);
   places_are_known(net);

@@ -8,6 +8,7 @@
 #include "frame/process_frame.h"
 #include "frame/random_source.h"
 #include "viewer/class_net_elng.h"
+#include "viewer/multilevel_layout.h"
 #include "viewer/spring_layout.h"
 
 namespace orb {
@@ -17,9 +18,8 @@ void lay_out_on_circle(class_net_elng &net);
 void lay_out_by_clusters(class_net_elng &net, random_source &chance);
 // False when stopped: the nodes that were reached have places.
 bool lay_out_by_growth(class_net_elng &net, process_frame &frame);
-// By the distances along the edges; `aspect`: width of the page over its height. False when stopped, with what was
-// reached.
-bool lay_out_multilevel(class_net_elng &net, double aspect, std::uint64_t seed, int threads, process_frame &frame);
+// By the distances along the edges. False when stopped, with what was reached.
+bool lay_out_multilevel(class_net_elng &net, const multilevel_options &options, process_frame &frame);
 
 // A run of the springs over an open net: made from it, stepped, and put back into it.
 class spring_run {

@@ -96,7 +96,7 @@ void net_view::layout_multilevel() {
   bool whole = false;
   {
     const running_process runs(process_);
-    whole = lay_out_multilevel(open(), aspect, sources_.chance.next(), threads_, sources_.frame);
+    whole = lay_out_multilevel(open(), {aspect, sources_.chance.next(), threads_}, sources_.frame);
   }
   geometry_.fit_at_zoom_1(size, net().box());
   snapshot();

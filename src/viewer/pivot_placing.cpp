@@ -10,7 +10,7 @@ namespace orb {
 namespace {
 
 constexpr int n_rounds = 60;
-constexpr double last_rate = 0.1; // steps by which the last round moves at the most
+constexpr double last_rate = 0.05; // the share of what is wrong that the last round sets right
 constexpr double next_to_nothing = 1e-9;
 
 } // namespace
@@ -49,14 +49,15 @@ void pivot_placing::start_at_random(std::size_t n, random_source &chance) {
 }
 
 // Pairs are set right one after the other in random order, in the first rounds all the way, in the last a little
-// (Zheng, Pawar and Goodman 2018): nothing else comes out of a fold as surely.
+// (Zheng, Pawar and Goodman 2018): nothing else comes out of a fold as surely. All pairs count alike, however far
+// apart: what is wanted is the order of all distances, and most of them are long.
 bool pivot_placing::place_once(random_source &chance, const layout_work &work) {
   for (int round = 0; round < n_rounds; ++round) {
     for (std::size_t i = pairs_.size(); i > 1; --i) {
       const auto other = static_cast<std::size_t>(chance.number_up_to(static_cast<std::int32_t>(i))) - 1;
       std::swap(pairs_[i - 1], pairs_[other]);
     }
-    set_all_right(longest_ * std::pow(last_rate / longest_, static_cast<double>(round) / (n_rounds - 1)));
+    set_all_right(std::pow(last_rate, static_cast<double>(round) / (n_rounds - 1)));
     if (!work.goes_on())
       return false;
   }
@@ -67,8 +68,7 @@ void pivot_placing::set_all_right(double rate) {
   for (const pair_of_pivots &pair : pairs_) {
     const auto a = static_cast<std::size_t>(pair.a), b = static_cast<std::size_t>(pair.b);
     const double dx = x_[a] - x_[b], dy = y_[a] - y_[b], drawn = std::sqrt(dx * dx + dy * dy) + next_to_nothing;
-    // long pairs count for more than one by one: they hold the picture unfolded
-    const double move = std::min(1.0, rate / pair.steps) * 0.5 * (pair.steps - drawn) / drawn;
+    const double move = rate * 0.5 * (pair.steps - drawn) / drawn;
     x_[a] += move * dx;
     y_[a] += move * dy;
     x_[b] -= move * dx;
@@ -81,7 +81,7 @@ double pivot_placing::stress() const {
   for (const pair_of_pivots &pair : pairs_) {
     const auto a = static_cast<std::size_t>(pair.a), b = static_cast<std::size_t>(pair.b);
     const double off = pair.steps - std::sqrt((x_[a] - x_[b]) * (x_[a] - x_[b]) + (y_[a] - y_[b]) * (y_[a] - y_[b]));
-    sum += off * off / pair.steps;
+    sum += off * off;
   }
   return sum;
 }

@@ -95,6 +95,50 @@ TEST(plain_pixels, circles_are_discs_with_a_rim) {
     }
 }
 
+// Against the share of 20 x 20 points of each pixel that lie within the shape.
+template <class inside> void expect_cover(const raster_picture &picture, const inside &is_inside) {
+  constexpr int fine = 20;
+  double sum = 0, drawn = 0, squares = 0;
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      int n = 0;
+      for (int i = 0; i < fine * fine; ++i)
+        n += is_inside(x + (i % fine + 0.5) / fine, y + (i / fine + 0.5) / fine) ? 1 : 0; // NOLINT: whole rows
+      const double wanted = n / static_cast<double>(fine * fine), cover = 1 - (picture.pixel(x, y) & 0xFF) / 255.0;
+      sum += wanted;
+      drawn += cover;
+      squares += (cover - wanted) * (cover - wanted);
+      EXPECT_NEAR(cover, wanted, 0.45) << x << " " << y;
+    }
+  EXPECT_NEAR(drawn, sum, 0.03 * sum + 0.3);
+  EXPECT_LT(squares, 0.02 * sum + 0.3);
+}
+
+TEST(smooth_pixels, cover_what_the_shape_takes_of_them) {
+  random_source chance(3);
+  for (int run = 0; run < 12; ++run) {
+    const auto place = [&](int side) { return static_cast<float>(chance.uniform() * (side + 40) - 20); };
+    const surface_line line{{place(width), place(height)}, {place(width), place(height)}};
+    const float pen = run % 3 == 0 ? 0.4f : 1.0f;
+    const double dx = line.to.x - line.from.x, dy = line.to.y - line.from.y, length = std::hypot(dx, dy);
+    raster_picture drawn(width, height);
+    drawn.surface().lines({0, pen, line_pattern::solid}, std::span(&line, 1));
+    expect_cover(drawn, [&](double x, double y) {
+      const double along = ((x - line.from.x) * dx + (y - line.from.y) * dy) / length;
+      return along >= 0 && along <= length &&
+             std::abs((x - line.from.x) * dy - (y - line.from.y) * dx) / length <= pen / 2;
+    });
+    const surface_box circle{{place(width), place(height)}, {static_cast<float>(1 + 12 * chance.uniform()), 0}};
+    const bool is_ring = run % 2 == 0;
+    raster_picture round(width, height);
+    round.surface().circles({0, 0, !is_ring, is_ring}, std::span(&circle, 1));
+    expect_cover(round, [&](double x, double y) {
+      const double distance = std::hypot(x - circle.corner.x, y - circle.corner.y), radius = circle.size.width;
+      return is_ring ? std::abs(distance - radius) <= 0.5 : distance <= radius;
+    });
+  }
+}
+
 // Places far outside and places that are no numbers, names of any bytes.
 void draw_anything(const drawing_surface &surface) {
   const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();

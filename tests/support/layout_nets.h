@@ -14,8 +14,10 @@
 namespace orb {
 
 // Clones as intervals of about equal length at random places of a line, joined where they overlap by a third; so many
-// that a clone has `degree` overlaps on average. `false_share` of the edges are added between any two clones.
-inline std::vector<layout_edge> interval_net(std::int32_t n, double degree, double false_share, std::uint64_t seed) {
+// that a clone has `degree` overlaps on average. `false_share` of the edges are added between any two clones, or
+// between two that are at most `reach` clones' lengths apart.
+inline std::vector<layout_edge> interval_net(std::int32_t n, double degree, double false_share, std::uint64_t seed,
+                                             double reach = 0) {
   random_source chance(seed);
   struct interval {
     double start, length;
@@ -33,8 +35,27 @@ inline std::vector<layout_edge> interval_net(std::int32_t n, double degree, doub
         edges.push_back({clones[a].clone, clones[b].clone});
     }
   for (auto n_false = static_cast<std::int64_t>(static_cast<double>(edges.size()) * false_share); n_false > 0;
-       --n_false)
-    edges.push_back({chance.number_up_to(n), chance.number_up_to(n)});
+       --n_false) {
+    const std::int32_t a = chance.number_up_to(n);
+    if (reach <= 0) {
+      edges.push_back({a, chance.number_up_to(n)});
+      continue;
+    }
+    const std::int32_t b = a + chance.number_up_to(static_cast<std::int32_t>(reach * degree / 1.4));
+    if (b <= n)
+      edges.push_back({clones[static_cast<std::size_t>(a) - 1].clone, clones[static_cast<std::size_t>(b) - 1].clone});
+  }
+  return edges;
+}
+
+// As many lines of `n_line` clones as `n` makes; false edges stay within a line.
+inline std::vector<layout_edge> interval_lines(std::int32_t n, std::int32_t n_line, double degree, double false_share,
+                                               std::uint64_t seed) {
+  std::vector<layout_edge> edges;
+  for (std::int32_t before = 0; before < n; before += n_line)
+    for (const layout_edge &edge : interval_net(std::min(n_line, n - before), degree, false_share,
+                                                1000 * seed + static_cast<std::uint64_t>(before)))
+      edges.push_back({edge.from + before, edge.to + before});
   return edges;
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "support/layout_nets.h"
 #include "support/scripted_frame.h"
@@ -77,6 +78,46 @@ TEST(multilevel_layout, nets_of_intervals_are_drawn_unfolded) {
     EXPECT_GT(picture(1500, edges).correlation(), 0.94) << seed;
     EXPECT_GT(picture(1500, doubtful).correlation(), 0.85) << seed;
   }
+}
+
+// No picture in the plane shows all steps of such a net (docs/performance.md); the line in it can be shown.
+TEST(multilevel_layout, many_false_edges) {
+  const std::vector<layout_edge> any = interval_net(2000, 13, 0.002, 1), line = interval_net(2000, 13, 0, 1);
+  EXPECT_GT(picture(2000, any).correlation(), 0.865);
+  const std::vector<layout_edge> lines = interval_lines(3000, 1000, 13, 0.002, 2);
+  EXPECT_GT(picture(3000, lines).correlation(), 0.925);
+  const picture unfolded(2000, any, {.without_doubtful = true});
+  EXPECT_GT(distance_correlation({2000, line}, unfolded.x, unfolded.y), 0.98);
+}
+
+// False edges and no others, as far as it can be known; a component stays one.
+TEST(multilevel_layout, doubtful_edges) {
+  for (const std::uint64_t seed : {1, 2, 3}) {
+    const std::vector<layout_edge> right = interval_net(1500, 8, 0, seed), all = interval_net(1500, 8, 0.004, seed);
+    std::set<std::pair<std::int32_t, std::int32_t>> is_right, is_left;
+    for (const layout_edge &edge : right)
+      is_right.insert(std::minmax(edge.from, edge.to));
+    const std::vector<component_graph> whole = components_of({1500, all}), thinned = components_of({1500, all}, true);
+    ASSERT_EQ(whole.size(), thinned.size());
+    for (std::size_t c = 0; c < whole.size(); ++c) {
+      EXPECT_EQ(std::set(whole[c].node.begin(), whole[c].node.end()),
+                std::set(thinned[c].node.begin(), thinned[c].node.end()));
+      for (std::int32_t v = 0; v < thinned[c].count(); ++v)
+        for (const std::int32_t next : thinned[c].neighbours(v))
+          is_left.insert(std::minmax(thinned[c].node[static_cast<std::size_t>(v)],
+                                     thinned[c].node[static_cast<std::size_t>(next)]));
+    }
+    std::size_t n_lost = 0, n_joining = components_of({1500, right}).size() - whole.size();
+    for (const auto &edge : is_right)
+      n_lost += is_left.count(edge) == 0 ? 1 : 0;
+    EXPECT_LE(n_lost, 1u) << seed;
+    EXPECT_LE(is_left.size() - (is_right.size() - n_lost), n_joining + n_lost) << seed;
+  }
+  std::vector<layout_edge> grid = path(100, true);
+  for (std::int32_t i = 1; i <= 90; ++i)
+    grid.push_back({i, i + 10});
+  const std::vector<component_graph> same = components_of({100, grid}, true);
+  EXPECT_EQ(same[0].neighbour.size(), 2 * grid.size()) << "without triangles nothing is doubtful";
 }
 
 TEST(multilevel_layout, small_shapes) {
