@@ -24,7 +24,7 @@ if(ORB_SANITIZE)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 
-# orb_headers(TARGET NAME FOLDER VISIBILITY): the folder's headers as "NAME/...", and no other folder's: they are reached
+# orb_headers(TARGET NAME FOLDER VISIBILITY [PART]): the folder's headers, or those of its subfolder PART, as "NAME/...", and no other folder's: they are reached
 # through a folder that holds one link, so that an include of a layer above doesn't compile. The target
 # all_verify_interface_header_sets compiles each header alone.
 function(orb_headers target name folder visibility)
@@ -32,7 +32,8 @@ function(orb_headers target name folder visibility)
   file(MAKE_DIRECTORY ${reached})
   file(CREATE_LINK ${folder} ${reached}/${name} SYMBOLIC)
   target_include_directories(${target} ${visibility} ${reached})
-  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.h)
+  cmake_path(APPEND folder ${ARGN} OUTPUT_VARIABLE part)
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${folder} ${part}/*.h)
   list(TRANSFORM headers PREPEND ${reached}/${name}/)
   add_library(${target}_headers INTERFACE)
   target_sources(${target}_headers INTERFACE FILE_SET HEADERS BASE_DIRS ${reached} FILES ${headers})
@@ -80,4 +81,24 @@ function(orb_test name)
     target_compile_options(test_${name} PRIVATE -O0)
   endif()
   gtest_discover_tests(test_${name} PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+endfunction()
+
+# The tests of the window program: all .cpp files of tests/desktop as one program. Each suite runs by itself, on a screen
+# that nobody sees.
+function(orb_desktop_tests)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/desktop/*.cpp)
+  add_executable(test_desktop ${sources})
+  target_link_libraries(test_desktop PRIVATE orb_desktop Qt6::Test GTest::gtest)
+  target_include_directories(test_desktop PRIVATE ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR}/desktop)
+  target_compile_definitions(test_desktop PRIVATE ORB_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                             ORB_DESKTOP_PROGRAM="$<TARGET_FILE:orb-desktop>")
+  add_dependencies(test_desktop orb-desktop)
+  foreach(source ${sources})
+    get_filename_component(name ${source} NAME_WE)
+    if(name MATCHES "(.*)_test$")
+      add_test(NAME desktop.${CMAKE_MATCH_1} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/desktop/under_xvfb
+               $<TARGET_FILE:test_desktop> --gtest_filter=${CMAKE_MATCH_1}.*)
+      set_tests_properties(desktop.${CMAKE_MATCH_1} PROPERTIES TIMEOUT 300)
+    endif()
+  endforeach()
 endfunction()

@@ -23,24 +23,26 @@ public:
   clone_colours(const contig_map &map, const std::string &wanted, const class_net_elng &net)
       : map_(map), wanted_(wanted), net_(net) {}
 
-  std::optional<legend_entry> of(const node_elng &node) const {
+  std::optional<sheet_legend_entry> of(const node_elng &node) const {
     const mapped_clone &clone = map_.clones[static_cast<std::size_t>(node.clone_id)];
     if (wanted_ == "path")
-      return clone.place_on_path > 0 ? legend_entry{"tiling path", sheet_blue} : legend_entry{"other", sheet_grey};
+      return clone.place_on_path > 0 ? sheet_legend_entry{"tiling path", sheet_blue}
+                                     : sheet_legend_entry{"other", sheet_grey};
     if (wanted_ == "burial")
-      return clone.buried_in > 0 ? legend_entry{"buried", sheet_white} : legend_entry{"not buried", sheet_blue};
+      return clone.buried_in > 0 ? sheet_legend_entry{"buried", sheet_white}
+                                 : sheet_legend_entry{"not buried", sheet_blue};
     if (wanted_ == "verdict")
-      return clone.verdict == Q_verdict::Q_clone ? legend_entry{"Q-clone", sheet_orange}
-             : clone.verdict == Q_verdict::kept  ? legend_entry{"kept by the revision", sheet_grey}
-                                                 : legend_entry{"not known", sheet_white};
+      return clone.verdict == Q_verdict::Q_clone ? sheet_legend_entry{"Q-clone", sheet_orange}
+             : clone.verdict == Q_verdict::kept  ? sheet_legend_entry{"kept by the revision", sheet_grey}
+                                                 : sheet_legend_entry{"not known", sheet_white};
     if (wanted_ == "score")
       return std::nullopt;
     const std::int32_t row = net_.Get_ClusterIdByNodeId(static_cast<vertex_number>(&node - net_.nodes().data()));
     if (row < 1)
-      return legend_entry{"in no contig", sheet_white};
+      return sheet_legend_entry{"in no contig", sheet_white};
     const auto at = static_cast<std::size_t>(row);
-    return legend_entry{at <= n_cluster_colours ? net_.clusters()[at].name : "further contigs",
-                        cluster_colours[std::min(at, n_cluster_colours) - 1]};
+    return sheet_legend_entry{at <= n_cluster_colours ? net_.clusters()[at].name : "further contigs",
+                              cluster_colours[std::min(at, n_cluster_colours) - 1]};
   }
 
 private:
@@ -78,7 +80,7 @@ void colour_nodes(class_net_elng &net, const contig_map &map, const std::string 
     node.show_caption = map.clones[static_cast<std::size_t>(node.clone_id)].place_on_path > 0; // above the others
     net.node_set(n, node);
     if (std::none_of(sheet.legend.begin(), sheet.legend.end(),
-                     [&](const legend_entry &known) { return known.text == entry->text; }))
+                     [&](const sheet_legend_entry &known) { return known.text == entry->text; }))
       sheet.legend.push_back(*entry);
   }
   if (wanted != "score")

@@ -31,6 +31,14 @@ const menu_entry *menu_entry_by_control(const std::string &control) {
   return at == table.end() ? nullptr : &*at;
 }
 
+std::string parts_missing_for(const menu_entry &entry, const parts_there &there) {
+  std::string missing;
+  for (const project_part part : entry.command.empty() ? entry.window_needs : command_by_id(entry.command)->needs)
+    if (!there.has(part))
+      missing += (missing.empty() ? "" : ", ") + name_of_part(part);
+  return missing;
+}
+
 static std::vector<std::string> known_names() {
   std::vector<std::string> names;
   for (const command_row &row : table_of_commands())
@@ -48,6 +56,8 @@ bound_command bound_by_name(const std::string &id_or_control) {
     const std::string near = nearest_word(id_or_control, known_names());
     throw usage_error("unknown command " + id_or_control + (near.empty() ? "" : "; did you mean " + near + "?"));
   }
+  if (entry->opens_window)
+    throw usage_error(id_or_control + " opens a window, which only orb-desktop has");
   if (entry->command.empty())
     throw usage_error(id_or_control + " is an entry without an action");
   bound_command bound = command_by_id(entry->command)->bind();

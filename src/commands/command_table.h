@@ -19,9 +19,15 @@ struct menu_entry {
   std::string control; // "mnu_Analysis_RevizeNetSignif_QQ"
   std::string place;   // the menus above it: "Analysis", "File|Load"
   std::string caption;
-  std::string command;                                      // id; empty: an entry that does nothing, deliberately
+  std::string command; // id; empty: a window, or an entry that does nothing, deliberately
   std::vector<std::pair<std::string, std::string>> presets; // keys of the command and their values here
+  bool opens_window = false;                                // that is all it does: only the window program has it
+  std::vector<project_part> window_needs{};                 // what has to be loaded for that
+  bool has_action() const { return opens_window || !command.empty(); }
 };
+
+// The parts that an entry needs and that aren't there, in words: "a library, a net of overlaps"; empty: it can run.
+std::string parts_missing_for(const menu_entry &entry, const parts_there &there);
 
 const std::vector<menu_entry> &table_of_menu_entries();
 const menu_entry *menu_entry_by_control(const std::string &control);

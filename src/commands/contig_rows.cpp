@@ -197,6 +197,74 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
   return result;
 }
 
+// ---- contigs.separate ----
+
+struct separate_parameters {
+  std::string cluster;
+  std::optional<double> cutoff;
+  fs::path out;
+};
+
+void describe_separate(parameter_list &list, separate_parameters &p) {
+  list.add("cluster", p.cluster, "the cluster that is to be cut").needed();
+  list.add("cutoff", p.cutoff, "where the cutting begins").limits(-1e9, 1e9).unset("cutoff of the rule");
+  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
+}
+
+void check_separate(const project_state &project, const parts_there &, const separate_parameters &p) {
+  if (!project.has(project_part::contigs)) // they are to be loaded by a step before
+    return;
+  cluster_id id = 0;
+  bool not_found = false;
+  project.database().contigs()->search_for_cluster(p.cluster, id, not_found);
+  if (not_found)
+    throw usage_error("there is no cluster " + p.cluster);
+}
+
+// The clones of a cluster as the only one of a fresh registry, where its parts find free names. The contigs that were
+// loaded give way to those that are found.
+void keep_only(class_DB_of_clones &database, process_frame &frame, const project_settings &settings,
+               const std::string &cluster) {
+  const class_FPCto_import &old = *database.contigs();
+  cluster_id id = 0;
+  bool not_found = false;
+  old.search_for_cluster(cluster, id, not_found);
+  const auto clones = old.clones_of_cluster(id);
+  const number_list list(std::vector<clone_number>(clones.begin(), clones.end()));
+  const std::string long_name = old.cluster_information_get(id).FPC_name;
+  auto fresh = std::make_shared<class_FPCto_import>(frame, settings, database);
+  fresh->clear_all_run(0, false);
+  fresh->add_new_cluster(list, "cl_1", long_name.empty() ? cluster : long_name, false);
+  fresh->add_new_cluster_finish();
+  database.contigs_set(std::move(fresh));
+}
+
+// A cluster of the registry through adaptive clustering with its standard settings.
+command_result run_separate(project_state &project, const separate_parameters &p) {
+  work_in(project, p.out);
+  keep_only(project.database(), project.frame(), project.settings(), p.cluster);
+  const assemble_parameters standard;
+  contig_file_parameters files;
+  files.no_pair_tables = true;
+  class_contig_adapt_clust clust(project.signif(), at_cutoff(project.rule(), p.cutoff.value_or(project.rule().cutoff)),
+                                 files_of_contigs(project.frame(), files));
+  clust.main_parameters_set(standard.n_clones_max, standard.minimal_cluster_size, standard.width_max,
+                            standard.step_cutoff, standard.n_steps, standard.excluding_branching,
+                            standard.rank_relative_to_diam_path, standard.minimal_branch_size);
+  clust.detail_control_set(false);
+  clust.print_all_dist_on_set(false);
+  clust.adaptive_clustering_run({"", "cl_1"}, {"", p.cluster}, 1, project.database());
+  const adapt_clust_result &found = clust.result();
+  command_result result = result_of(project, found.completed);
+  put_figures(contig_figures_of(found, standard.minimal_cluster_size), result);
+  if (!found.folder.empty()) {
+    result.file("run_folder", found.folder);
+    result.lines.push_back(found.folder.string());
+    project.loaded(project_part::contigs, {found.folder, "contigs.separate"});
+  }
+  return result;
+}
+
 // ---- contigs.load, contigs.load_folder ----
 
 struct run_parameters {
@@ -314,6 +382,16 @@ void add_contig_rows(command_rows &rows) {
                      .parameters(describe_assemble)
                      .checked_by(check_assemble)
                      .runs(run_assemble)
+                     .row());
+  rows.push_back(command_maker<separate_parameters>("contigs.separate")
+                     .captioned("Separate a cluster")
+                     .purpose("cut one cluster of the contigs that are loaded into contigs, by adaptive clustering")
+                     .example("contigs.separate cluster=cl_12 cutoff=18 out=results")
+                     .needs({part::library, part::contigs})
+                     .makes({part::contigs})
+                     .parameters(describe_separate)
+                     .checked_by(check_separate)
+                     .runs(run_separate)
                      .row());
   rows.push_back(command_maker<run_parameters>("contigs.load")
                      .captioned("Load a run")

@@ -2,17 +2,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <unordered_map>
 
-#include "clustering/contig_map.h"
 #include "commands/command_table.h"
 #include "commands/contig_choice.h"
+#include "commands/contig_map_values.h"
 #include "commands/picture_size.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "contigs/run_folder.h"
 #include "drawing/cairo_surface.h"
-#include "reports/contig_layout.h"
 #include "reports/overview_picture.h"
 
 namespace orb {
@@ -69,26 +67,6 @@ void check_map(const project_state &project, const parts_there &, const map_para
 
 // ---- drawing ----
 
-// By the run's own list. False after a message: a clone of the list isn't in the contig.
-bool find_far_clones(project_state &project, const mapped_contig &contig, std::vector<clone_number> &far) {
-  std::vector<std::string> names;
-  const fs::path run = project.origin(project_part::contigs).file;
-  if (!read_far_clones(project.frame(), run, contig.name, names))
-    return false;
-  std::unordered_map<std::string_view, clone_number> clone_of_name;
-  for (const clone_number clone : contig.clones)
-    clone_of_name.emplace(project.database().name_of_clone_get(clone), clone);
-  for (const std::string &name : names) {
-    const auto found = clone_of_name.find(name);
-    if (found == clone_of_name.end())
-      return project.frame().refuse("Clone " + name + " of the run's list of far clones isn't in contig " +
-                                    contig.name + ".");
-    far.push_back(found->second);
-  }
-  std::sort(far.begin(), far.end());
-  return true;
-}
-
 // Page by page into the file; false when stopped.
 template <class Page>
 bool draw_pages(process_frame &frame, picture_file &picture, const std::vector<Page> &pages,
@@ -125,23 +103,20 @@ command_result draw_overview(project_state &project, const map_parameters &p, co
 }
 
 command_result draw_contig(project_state &project, const map_parameters &p, const contig_map &map) {
-  const auto found = std::find_if(map.contigs.begin() + 1, map.contigs.end(),
-                                  [&p](const mapped_contig &contig) { return contig.name == p.contig; });
-  if (found == map.contigs.end()) // its clones lie in other ones too
+  const std::size_t c = place_in_map(map, p.contig);
+  if (c == 0) // its clones lie in other ones too
     return command_result::ended(exit_status::run_failed, "Contig " + p.contig + " has no clones of its own.");
-  const mapped_contig &contig = *found;
-  const auto c = static_cast<std::size_t>(found - map.contigs.begin());
+  const mapped_contig &contig = map.contigs[c];
   if (!contig.is_placed)
     return command_result::ended(exit_status::run_failed,
                                  "Contig " + contig.name + " has no coordinates: there is nothing to draw.");
-  std::vector<clone_number> far;
-  if (!find_far_clones(project, contig, far))
+  contig_values values;
+  if (!contig_values_for(project, map, c, values))
     return stopped_or_failed(project);
   if (!project.has(project_part::net))
     project.frame().note("No net is known: nothing is said of buried clones and Q-clones.");
   picture_file picture(p.output.out);
-  const std::vector<map_page> pages =
-      lay_out_contig(contig_values_of(project.database(), map, c, far), format_of(p), picture.surface().text_width);
+  const std::vector<map_page> pages = lay_out_contig(values, format_of(p), picture.surface().text_width);
   command_result result = ended(project, p, draw_pages(project.frame(), picture, pages, draw_map_page), pages.size());
   result.parameter("contig", p.contig);
   result.figure("clones", contig.clones.size());
@@ -149,10 +124,8 @@ command_result draw_contig(project_state &project, const map_parameters &p, cons
 }
 
 command_result run_map(project_state &project, const map_parameters &p) {
-  const class_DB_of_clones &database = project.database();
   contig_map map;
-  if (!make_contig_map(project.frame(), database, *database.contigs(),
-                       project.has(project_part::net) ? &project.signif().net() : nullptr, map))
+  if (!make_contig_map_of(project, map))
     return stopped_or_failed(project);
   return (p.overview ? draw_overview : draw_contig)(project, p, map);
 }

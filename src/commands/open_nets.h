@@ -4,25 +4,12 @@
 #include <filesystem>
 #include <string>
 
+#include "commands/lent_sources.h"
 #include "commands/parameter_list.h"
 #include "project/project_state.h"
 #include "viewer/class_net_elng.h"
-#include "viewer/net_sources.h"
 
 namespace orb {
-
-// What the session lends to an open net, for as long as a command runs.
-struct lent_sources {
-  explicit lent_sources(project_state &project)
-      : gate(project.context(), &project.signif().net()),
-        chance(project.settings().seed), sources{project.frame(),         project.database(),
-                                                 project.signif(),        gate,
-                                                 project.rule(),          chance,
-                                                 project.working_folder()} {}
-  class_clone_dist_my gate;
-  random_source chance;
-  net_sources sources;
-};
 
 // False after messages: the drawing can't be read.
 bool read_net(const std::filesystem::path &file, const net_sources &sources, class_net_elng &net);

@@ -1,5 +1,6 @@
 #include "commands/script.h"
 
+#include <algorithm>
 #include <iostream>
 #include <iterator>
 
@@ -76,45 +77,75 @@ script_line parse_script_line(const std::string &text, std::int64_t number) {
   return line;
 }
 
-// Lines that hold one; a line that can't be read counts too.
-static int number_of_commands(const std::string &text) {
-  int n = 0;
+// A word that is read back as it was.
+static std::string word_of_script(const std::string &text) {
+  if (!text.empty() && text.find_first_of(" \t\r\n\"\\#") == std::string::npos)
+    return text;
+  std::string quoted = "\"";
+  for (const char c : text)
+    quoted += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+  return quoted + "\"";
+}
+
+std::string script_line_of(const bound_command &command) {
+  std::string line = command.row().id;
+  for (const parameter_row &row : command.parameters().rows()) {
+    if (!row.is_given())
+      continue;
+    if (row.is_list())
+      for (const fs::path &path : *std::get<std::vector<fs::path> *>(row.target))
+        line += " " + row.key + "=" + word_of_script(path.string());
+    else
+      line += " " + row.key + "=" + word_of_script(row.text());
+  }
+  return line;
+}
+
+std::vector<std::string> lines_of_script(const std::string &text) {
+  std::vector<std::string> lines;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());
-    const std::size_t first = text.find_first_not_of(" \t\r", begin);
-    n += first < end && text[first] != '#' ? 1 : 0;
+    lines.push_back(text.substr(begin, end - begin));
     begin = end + 1;
   }
-  return n;
+  return lines;
+}
+
+// A line that can't be read counts too.
+static bool holds_a_command(const std::string &line) {
+  const std::size_t first = line.find_first_not_of(" \t\r");
+  return first != std::string::npos && line[first] != '#';
+}
+
+static command_result run_text_line(const std::string &text, script_line &line, project_state &project,
+                                    told_stages &stages) {
+  try {
+    line = parse_script_line(text, line.number);
+    if (line.command.empty())
+      return {};
+    stages.begin(line.command);
+    return run_line(line, project);
+  } catch (const usage_error &wrong) {
+    return command_result::ended(exit_status::wrong_command, wrong.what());
+  }
 }
 
 exit_status run_script(const std::string &text, const std::string &name, project_state &project,
                        const command_streams &streams) {
+  const std::vector<std::string> lines = lines_of_script(text);
+  told_stages stages(streams, static_cast<int>(std::count_if(lines.begin(), lines.end(), holds_a_command)));
   exit_status worst = exit_status::done;
-  std::int64_t number = 0;
-  told_stages stages(streams, number_of_commands(text));
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find('\n', begin), text.size());
-    ++number;
-    command_result result;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
     script_line line;
-    try {
-      line = parse_script_line(text.substr(begin, end - begin), number);
-      if (!line.command.empty()) {
-        stages.begin(line.command);
-        result = run_line(line, project);
-      }
-    } catch (const usage_error &wrong) {
-      result = command_result::ended(exit_status::wrong_command, wrong.what());
-    }
-    begin = end + 1;
+    line.number = static_cast<std::int64_t>(i) + 1;
+    const command_result result = run_text_line(lines[i], line, project, stages);
     stages.add(result);
     stages.end();
     if (worst == exit_status::done)
       worst = result.status;
     if (result.completed && result.status != exit_status::wrong_command)
       continue;
-    streams.trouble("orb script: " + name + ", line " + std::to_string(number) + ", " +
+    streams.trouble("orb script: " + name + ", line " + std::to_string(line.number) + ", " +
                     (line.command.empty() ? "" : line.command + ": ") +
                     (result.why.empty() ? text_of_end(result) : result.why));
     return result.status;
@@ -150,17 +181,11 @@ exit_status run_menu_verb(verb_run &call, project_state &project, const command_
   }
   const parts_there there = parts_there::of(project);
   for (const menu_entry &entry : table_of_menu_entries()) {
-    std::string state = "runnable";
-    if (entry.command.empty()) {
-      state = "without action";
-    } else {
-      std::string missing;
-      for (const project_part part : command_by_id(entry.command)->needs)
-        if (!there.has(part))
-          missing += (missing.empty() ? "" : ", ") + name_of_part(part);
-      if (!missing.empty())
-        state = "needs " + missing;
-    }
+    const std::string missing = parts_missing_for(entry, there);
+    const std::string state = !entry.has_action()  ? "without action"
+                              : entry.opens_window ? "only in the window"
+                              : !missing.empty()   ? "needs " + missing
+                                                   : "runnable";
     streams.results(entry.control + "\t" + entry.place + "\t" + entry.caption + "\t" + entry.command + "\t" + state);
   }
   return exit_status::done;

@@ -20,6 +20,10 @@ struct script_line {
 // usage_error for an open quote or a word that begins with "=".
 script_line parse_script_line(const std::string &text, std::int64_t number);
 
+std::vector<std::string> lines_of_script(const std::string &text);
+// The line that asks for the same again: the id and what was given.
+std::string script_line_of(const bound_command &command);
+
 // Runs line after line and stops at the first that fails, which is named with its number and why. Lines of a command's
 // results go to `streams.results`. `name`: of the script, for messages.
 exit_status run_script(const std::string &text, const std::string &name, project_state &project,

@@ -190,8 +190,8 @@ void process_frame::stop_process_pressed() {
   yield();
 }
 
-bool process_frame::quit_requested() {
-  if (process_is_running_ || stop_requested_) {
+bool process_frame::quit_requested(bool is_busy) {
+  if (is_busy || process_is_running_ || stop_requested_) {
     message("No quit when process run. \r\nPress Stop Process before.", "Quit");
     return false;
   }
@@ -211,7 +211,7 @@ void process_frame::yield() {
 bool process_frame::long_time_question() {
   question asked;
   asked.text = "This process is long.\r\nIt can take some hours.\r\nContinue?";
-  asked.explanation = "Ctrl-C ends it later too; what is finished by then stays.";
+  asked.explanation = "A stop ends it later too; what is finished by then stays.";
   asked.by_default = answer::yes;
   return ask(asked) != answer::no;
 }

@@ -55,8 +55,9 @@ public:
   bool was_stopped() const { return was_stopped_; }
   // The stop button: asks whether to stop, then yields.
   void stop_process_pressed();
-  // The close request of the main window: true when the program may end.
-  bool quit_requested();
+  // The close request of the main window: true when the program may end. `is_busy`: a command runs, whether it has
+  // begun its process or not.
+  bool quit_requested(bool is_busy = false);
   void yield();
 
   bool long_time_question();

@@ -141,44 +141,64 @@ load_end open_project(project_state &project, const fs::path &file, const std::s
   return project_loading(project, read_project_file(chosen), made_by).run();
 }
 
-std::string text_of_project_panel(const project_state &project) {
-  const class_DB_of_clones &database = project.database();
+static project_panel_frame panel_of_net(const project_state &project) {
+  project_panel_frame shown{"FrameNetSignif", "Clone overlaps", {}};
+  if (!project.has(project_part::net)) {
+    shown.lines.push_back("Net is not loaded");
+    return shown;
+  }
   const class_net &net = project.signif().net();
   const std::int64_t n_vertices = net.number_of_vertices_get(), n_edges = net.number_of_edges_get();
-  const bool has_contigs = project.has(project_part::contigs);
-  const class_FPCto_import &registry = *database.contigs();
-  std::int64_t n_contigs = 0, n_clones_in_contigs = 0;
-  for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members()) {
-    ++n_contigs;
-    n_clones_in_contigs += registry.n_clones_in_cluster_get(id);
+  shown.lines = {file_or(project.origin(project_part::net).file, "(made here, not saved)"),
+                 "N_vertices = " + std::to_string(n_vertices), "N_edges= " + std::to_string(n_edges),
+                 "N_mean_e/v =" + number_text(n_vertices > 0 ? double(n_edges) / double(n_vertices) : 0, 2),
+                 "Min(edge_value) = " + number_text(net.minimal_edge_value_get(), 4)};
+  return shown;
+}
+
+static project_panel_frame panel_of_contigs(const project_state &project) {
+  std::int64_t n_contigs = 0, n_clones = 0;
+  if (project.has(project_part::contigs)) {
+    const class_FPCto_import &registry = *project.database().contigs();
+    for (const cluster_id id : registry.current_list_of_clusters_in_use_get().members()) {
+      ++n_contigs;
+      n_clones += registry.n_clones_in_cluster_get(id);
+    }
   }
+  return {"FrameNet",
+          "Net of contigs",
+          {"Contigs folder name = " + file_or(project.origin(project_part::contigs).file, ""),
+           "Contigs in FPC format  = ", "Number of contigs = " + std::to_string(n_contigs),
+           "Number of clones in contigs = " + std::to_string(n_clones)}};
+}
+
+std::vector<project_panel_frame> project_panel_of(const project_state &project) {
+  const class_DB_of_clones &database = project.database();
+  return {{"FrameTolerance",
+           "Tolerance",
+           {"Tolerance, t = " + std::to_string(database.tollerance_get()),
+            "Gel length, L = " + std::to_string(std::llround(database.max_band_length_get())),
+            "N_bands_Sulston = " + std::to_string(database.total_number_of_different_bands_FPC_get())}},
+          {"FrameMetrics",
+           "Metric",
+           {class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index),
+            "-Log_10 (Cutoff) = " + number_text(project.rule().cutoff, 2),
+            "Fraction of common bands resulting buring = " + number_text_shortest(project.rule().burying)}},
+          {"FrameDataBase",
+           "DataBase",
+           {"DB file name = " + file_or(project.origin(project_part::library).file, ""),
+            "Number of clones = " + std::to_string(database.total_number_of_clones_get())}},
+          panel_of_net(project),
+          panel_of_contigs(project)};
+}
+
+std::string text_of_project_panel(const project_state &project) {
   std::string text;
-  text += "Tolerance\n";
-  text += "  Tolerance, t = " + std::to_string(database.tollerance_get()) + "\n";
-  text += "  Gel length, L = " + std::to_string(std::llround(database.max_band_length_get())) + "\n";
-  text += "  N_bands_Sulston = " + std::to_string(database.total_number_of_different_bands_FPC_get()) + "\n";
-  text += "Metric\n";
-  text += "  " + class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index) + "\n";
-  text += "  -Log_10 (Cutoff) = " + number_text(project.rule().cutoff, 2) + "\n";
-  text += "  Fraction of common bands resulting buring = " + number_text_shortest(project.rule().burying) + "\n";
-  text += "DataBase\n";
-  text += "  DB file name = " + file_or(project.origin(project_part::library).file, "") + "\n";
-  text += "  Number of clones = " + std::to_string(database.total_number_of_clones_get()) + "\n";
-  text += "Clone overlaps\n";
-  if (project.has(project_part::net)) {
-    text += "  " + file_or(project.origin(project_part::net).file, "(made here, not saved)") + "\n";
-    text += "  N_vertices = " + std::to_string(n_vertices) + "\n";
-    text += "  N_edges= " + std::to_string(n_edges) + "\n";
-    text += "  N_mean_e/v =" + number_text(n_vertices > 0 ? double(n_edges) / double(n_vertices) : 0, 2) + "\n";
-    text += "  Min(edge_value) = " + number_text(net.minimal_edge_value_get(), 4) + "\n";
-  } else {
-    text += "  Net is not loaded\n";
+  for (const project_panel_frame &frame : project_panel_of(project)) {
+    text += frame.caption + "\n";
+    for (const std::string &line : frame.lines)
+      text += "  " + line + "\n";
   }
-  text += "Net of contigs\n";
-  text += "  Contigs folder name = " + file_or(project.origin(project_part::contigs).file, "") + "\n";
-  text += "  Contigs in FPC format  = \n";
-  text += "  Number of contigs = " + std::to_string(has_contigs ? n_contigs : 0) + "\n";
-  text += "  Number of clones in contigs = " + std::to_string(has_contigs ? n_clones_in_contigs : 0) + "\n";
   return text;
 }
 

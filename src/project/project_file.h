@@ -5,6 +5,7 @@
 #include <array>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "project/part_loading.h"
 
@@ -23,7 +24,13 @@ project_file read_project_file(const std::filesystem::path &file);
 // but for a missing library. `cancelled` when no file was chosen; `refused` when a part was missing or refused.
 load_end open_project(project_state &project, const std::filesystem::path &file, const std::string &made_by);
 
-// What the project panel shows, frame by frame, as lines of text.
+// What the project panel shows: a frame, its caption, its lines.
+struct project_panel_frame {
+  std::string control, caption; // "FrameTolerance", "Tolerance"
+  std::vector<std::string> lines;
+};
+std::vector<project_panel_frame> project_panel_of(const project_state &project);
+// The same as text.
 std::string text_of_project_panel(const project_state &project);
 
 } // namespace orb

@@ -40,6 +40,7 @@ class contig_layouter {
 public:
   contig_layouter(const contig_values &values, const map_format &format, const text_measure &text_width);
   std::vector<map_page> lay_out();
+  map_page stretch(double from, double to);
 
 private:
   bool is_thin(std::size_t i) const { return holder_[i] >= 0; }
@@ -465,7 +466,36 @@ std::vector<map_page> contig_layouter::lay_out() {
   return pages;
 }
 
+map_page contig_layouter::stretch(double from, double to) {
+  const double bands = std::max(to - from, 1.0);
+  std::vector<map_page> pages;
+  float y = 0;
+  place_bars();
+  start_page(pages, y);
+  axis_line line = line_of({from, from + bands, margin_left, (format_.width - margin_left - margin_right) / bands});
+  move_down(line, y);
+  pages.back().size.height = std::ceil(line.bottom + margin_bottom);
+  pages.back().lines.push_back(std::move(line));
+  return std::move(pages.back());
+}
+
 } // namespace
+
+map_page lay_out_stretch(const contig_values &values, const map_format &format, double from, double to,
+                         const text_measure &text_width) {
+  return contig_layouter(values, format, text_width).stretch(from, to);
+}
+
+clone_number clone_at(const map_page &page, surface_point at) {
+  for (const axis_line &line : page.lines)
+    for (const bar_piece &piece : line.pieces) {
+      const surface_box &box = piece.box;
+      if (at.x >= box.corner.x && at.x <= box.corner.x + box.size.width && at.y >= box.corner.y &&
+          at.y <= box.corner.y + box.size.height)
+        return piece.clone;
+    }
+  return 0;
+}
 
 std::vector<map_page> lay_out_contig(const contig_values &values, const map_format &format,
                                      const text_measure &text_width) {

@@ -79,6 +79,11 @@ struct map_page {
 
 std::vector<map_page> lay_out_contig(const contig_values &values, const map_format &format,
                                      const text_measure &text_width);
+// A stretch of the axis, in bands, on one line: what a window shows that was zoomed.
+map_page lay_out_stretch(const contig_values &values, const map_format &format, double from, double to,
+                         const text_measure &text_width);
+// The clone whose bar is at a place; 0: none.
+clone_number clone_at(const map_page &page, surface_point at);
 
 void draw_map_page(const map_page &page, const drawing_surface &surface);
 

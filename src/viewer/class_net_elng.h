@@ -192,6 +192,9 @@ public:
   // word. `keep_edges` false leaves the edges out. The loaded table of clusters is dropped in any case.
   bool ReadNetFile(const net_sources &sources, const std::filesystem::path &file, bool keep_edges,
                    bool &all_or_none_have_coordinates);
+  // Another library is loaded, or net and contigs of it are other ones: which clones the nodes are, by their captions,
+  // their clusters, and what the net knows of them.
+  void clones_of_library_set(const net_sources &sources);
   // False when nothing was written. Throws file_error.
   bool SaveNet(process_frame &frame, const std::filesystem::path &file, const net_saving &wanted) const;
   // The nodes with a place that a filter lets pass as a net, and their captions by vertex (element 0 unused).

@@ -256,6 +256,26 @@ bool net_file_reader::edge_attributes(edge_elng &edge, std::size_t at) const {
   return true;
 }
 
+// Clones by captions, their clusters, and the overlays of what the loaded net knows of them.
+void find_clones(const net_sources &sources, std::vector<node_elng> &nodes, std::vector<edge_elng> &edges) {
+  if (!sources.clones_exist())
+    return;
+  if (!sources.database.clone_name_sorted_is_created_get())
+    sources.database.sort_clones_by_name(sources.frame);
+  for (std::size_t n = 1; n < nodes.size(); ++n) {
+    node_elng &node = nodes[n];
+    const std::string_view name = std::string_view(node.caption).substr(0, node.caption.find('['));
+    if (const clone_number clone = sources.database.clone_number_get(name); clone > 0) {
+      node.clone_id = clone;
+      node.cluster_id = cluster_of_clone(sources, clone);
+    }
+    vertex_overlay_set(sources, node);
+  }
+  for (std::size_t e = 1; e < edges.size(); ++e)
+    edge_overlay_set(sources, nodes[static_cast<std::size_t>(edges[e].from)],
+                     nodes[static_cast<std::size_t>(edges[e].to)], edges[e]);
+}
+
 } // namespace
 
 bool read_net_file(process_frame &frame, const std::filesystem::path &file, net_file_contents &contents) {
@@ -276,31 +296,31 @@ bool class_net_elng::ReadNetFile(const net_sources &sources, const std::filesyst
     return false;
   }
   sources.frame.local_process_text_set("Wait for net calculations");
-  if (sources.clones_exist() && !sources.database.clone_name_sorted_is_created_get())
-    sources.database.sort_clones_by_name(sources.frame);
-  std::int32_t n_known = 0;
-  for (std::size_t n = 1; n < read.nodes.size(); ++n) {
-    node_elng &node = read.nodes[n];
-    n_known += node.is_coor_known ? 1 : 0;
-    if (!sources.clones_exist())
-      continue;
-    const std::string_view name = std::string_view(node.caption).substr(0, node.caption.find('['));
-    if (const clone_number clone = sources.database.clone_number_get(name); clone > 0) {
-      node.clone_id = clone;
-      node.cluster_id = cluster_of_clone(sources, clone);
-    }
-    vertex_overlay_set(sources, node);
-  }
   if (!keep_edges)
     read.edges.resize(1);
-  for (std::size_t e = 1; e < read.edges.size(); ++e)
-    edge_overlay_set(sources, read.nodes[static_cast<std::size_t>(read.edges[e].from)],
-                     read.nodes[static_cast<std::size_t>(read.edges[e].to)], read.edges[e]);
+  std::int32_t n_known = 0;
+  for (const node_elng &node : read.nodes)
+    n_known += node.is_coor_known ? 1 : 0;
+  find_clones(sources, read.nodes, read.edges);
   const auto n_nodes = static_cast<std::int32_t>(read.nodes.size()) - 1;
   all_or_none_have_coordinates = n_known == 0 || n_known == n_nodes;
   contents_set(std::move(read.net_name), std::move(read.nodes), std::move(read.edges), n_known == n_nodes);
   make_cluster_info(sources);
   return true;
+}
+
+void class_net_elng::clones_of_library_set(const net_sources &sources) {
+  for (std::size_t n = 1; n < nodes_.size(); ++n) {
+    nodes_[n].clone_id = nodes_[n].cluster_id = -1;
+    nodes_[n].is_marked = false;
+    nodes_[n].mark_caption.clear();
+  }
+  for (std::size_t e = 1; e < edges_.size(); ++e) {
+    edges_[e].is_marked = false;
+    edges_[e].mark_caption.clear();
+  }
+  find_clones(sources, nodes_, edges_);
+  make_cluster_info(sources);
 }
 
 } // namespace orb

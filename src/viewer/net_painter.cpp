@@ -285,4 +285,15 @@ paint_faults net_painter::redraw_net(const class_net_elng &net, const view_geome
   return faults;
 }
 
+void net_painter::redraw_nodes(const class_net_elng &net, const view_geometry &geometry, const net_picture &picture,
+                               const class_net_elng_clust *table, const drawing_surface &surface,
+                               const std::vector<vertex_number> &changed) {
+  surface.smooth(!picture.moves);
+  find_places(net, geometry);
+  for (const vertex_number n : changed)
+    add_node(net.nodes()[static_cast<std::size_t>(n)], n, picture, table);
+  flush_shapes(surface);
+  flush_texts(picture, surface);
+}
+
 } // namespace orb

@@ -35,6 +35,10 @@ public:
   // `table`: captions of nodes, when one is loaded. n + e.
   paint_faults redraw_net(const class_net_elng &net, const view_geometry &geometry, const net_picture &picture,
                           const class_net_elng_clust *table, const drawing_surface &surface);
+  // These nodes once more over the picture as it is: only their fill has changed.
+  void redraw_nodes(const class_net_elng &net, const view_geometry &geometry, const net_picture &picture,
+                    const class_net_elng_clust *table, const drawing_surface &surface,
+                    const std::vector<vertex_number> &changed);
 
 private:
   // Shapes and the corners of their outlines, by look; the runs come out in the order in which looks were met.

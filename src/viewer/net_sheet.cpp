@@ -7,12 +7,12 @@ namespace {
 constexpr float margin = 14, title_size = 14, legend_size = 11, radius = 5;
 constexpr colour_value dark = 0x333333;
 
-void draw_legend(const std::vector<legend_entry> &legend, const drawing_surface &surface) {
+void draw_legend(const std::vector<sheet_legend_entry> &legend, const drawing_surface &surface) {
   constexpr float between = 22;
   const surface_size size = surface.size();
   float x = margin, y = size.height - margin;
   std::vector<surface_text> texts;
-  for (const legend_entry &entry : legend) {
+  for (const sheet_legend_entry &entry : legend) {
     const float width = 2 * radius + 6 + surface.text_width(entry.text, legend_size);
     if (x > margin && x + width > size.width - margin) {
       x = margin;

@@ -8,14 +8,14 @@
 
 namespace orb {
 
-struct legend_entry {
+struct sheet_legend_entry {
   std::string text;
   colour_value fill = 0;
 };
 
 struct net_sheet {
   std::string title; // empty: none
-  std::vector<legend_entry> legend;
+  std::vector<sheet_legend_entry> legend;
   net_picture look;
 };
 

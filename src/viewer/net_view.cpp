@@ -2,9 +2,12 @@
 #include "viewer/net_view.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
+#include <memory>
 
 #include "frame/files.h"
+#include "frame/numbers.h"
 #include "viewer/net_file.h"
 #include "viewer/net_view_menu.h"
 
@@ -20,7 +23,27 @@ constexpr const char *filter_to_save = "Net files |*.net|All files|*.*";
 net_view::net_view(const net_sources &sources, view_window window, int threads)
     : sources_(sources), window_(std::move(window)), threads_(threads) {
   sources_.cluster_table = &cluster_table_;
-  geometry_.fit(window_.surface.size(), net().box());
+  first_size_ = window_.surface.size();
+  geometry_.fit(first_size_, net().box());
+}
+
+void net_view::sources_set(const net_sources &sources) {
+  std::destroy_at(&sources_);
+  std::construct_at(&sources_, sources);
+  sources_.cluster_table = &cluster_table_;
+  history_.for_each([this](class_net_elng &net) { net.clones_of_library_set(sources_); });
+  redraw_after_change();
+}
+
+void net_view::note_step(std::string step) {
+  steps_.push_back(std::move(step));
+}
+
+void net_view::step_value_set(const std::string &value) {
+  if (step_in_hand_ < 1 || step_in_hand_ > steps_.size())
+    return;
+  std::string &step = steps_[step_in_hand_ - 1];
+  step = step.substr(0, step.find('=')) + "=" + value;
 }
 
 std::string net_view::label_of_mode() const {
@@ -44,6 +67,11 @@ std::string net_view::label_of_mode() const {
   return std::string("Selection = ") + label();
 }
 
+bool net_view::shows_nothing() const {
+  return std::none_of(net().nodes().begin() + 1, net().nodes().end(),
+                      [](const node_elng &node) { return node.is_coor_known; });
+}
+
 std::string net_view::text_of_selected() const {
   return "N_selected = " + std::to_string(net().Get_nOfSelectedNodes());
 }
@@ -57,6 +85,10 @@ void net_view::tell(const std::string &text) {
 // ---- the picture ---------------------------------------------------------------------------------------------------
 
 void net_view::redraw_net() {
+  const auto nodes = net().nodes();
+  shown_selected_.resize(nodes.size());
+  for (std::size_t n = 1; n < nodes.size(); ++n)
+    shown_selected_[n] = nodes[n].is_selected ? 1 : 0;
   const paint_faults faults = painter_.redraw_net(net(), geometry_, picture_, &cluster_table_, window_.surface);
   if (is_rotating_ && rotate_center_x_ >= 0) {
     constexpr float arm = 8;
@@ -70,13 +102,80 @@ void net_view::redraw_net() {
   if (faults.n_edges > 0)
     sources_.frame.alarm("Edge #" + std::to_string(faults.first_edge) + " was not drawn properly!" +
                          (faults.n_edges > 1 ? fmt::format("\nand {} others", faults.n_edges - 1) : ""));
-  sources_.frame.yield();
+  if (window_.picture_changed)
+    window_.picture_changed();
+  else
+    sources_.frame.yield();
 }
 
 void net_view::resized() {
-  open().coorLimitsUpdate(); // nodes may have been dragged out of the box
-  if (geometry_.resize(window_.surface.size(), net().box()))
+  const surface_size size = window_.surface.size();
+  open().coorLimitsUpdate();         // nodes may have been dragged out of the box
+  if (!has_net_ && steps_.empty()) { // nothing has been done yet: it began with this size
+    first_size_ = size;
+    geometry_.fit(size, net().box());
+  } else if (geometry_.resize(size, net().box()))
+    note_step("size=" + number_text_shortest(size.width) + "," + number_text_shortest(size.height));
+  redraw_net();
+}
+
+void net_view::resize_picture(const surface_size &size) {
+  if (!window_.resize || !(size.width > 0) || !(size.height > 0))
+    return;
+  window_.resize(size);
+  resized();
+}
+
+// Only nodes that came to the selection or left it, unless they are many.
+void net_view::redraw_selection() {
+  const auto nodes = net().nodes();
+  std::vector<vertex_number> changed;
+  for (std::size_t n = 1; n < nodes.size() && n < shown_selected_.size(); ++n)
+    if ((shown_selected_[n] != 0) != nodes[n].is_selected)
+      changed.push_back(static_cast<vertex_number>(n));
+  if (shown_selected_.size() != nodes.size() || changed.size() > nodes.size() / 8 || is_rotating_) {
     redraw_net();
+    return;
+  }
+  for (const vertex_number n : changed)
+    shown_selected_[static_cast<std::size_t>(n)] ^= 1;
+  painter_.redraw_nodes(net(), geometry_, picture_, &cluster_table_, window_.surface, changed);
+  if (window_.picture_changed)
+    window_.picture_changed();
+}
+
+void net_view::zoom_at(std::int32_t steps, float x, float y) {
+  if (!geometry_.zoom_step_at(steps, x, y, net().box()))
+    return;
+  note_step("zoom=" + std::to_string(steps) + "," + number_text_shortest(x) + "," + number_text_shortest(y));
+  redraw_net();
+}
+
+// Each distance counts from where the picture was taken, so that the way of the hand leaves no roundings behind.
+void net_view::pan(float dx, float dy, bool goes_on) {
+  if (!std::isfinite(dx) || !std::isfinite(dy))
+    return;
+  if (goes_on && !steps_.empty() && steps_.back().starts_with("pan="))
+    steps_.pop_back();
+  else
+    held_ = geometry_;
+  geometry_ = held_;
+  geometry_.shift(dx, dy);
+  note_step("pan=" + number_text_shortest(dx) + "," + number_text_shortest(dy));
+  picture_.moves = goes_on;
+  redraw_net();
+  picture_.moves = false;
+}
+
+void net_view::bring_into_view(vertex_number node) {
+  float x = 0, y = 0;
+  if (!net().node_coor_get(node, x, y))
+    return;
+  const surface_size size = geometry_.picture;
+  const float at_x = geometry_.coorOnPictX_get(x), at_y = geometry_.coorOnPictY_get(y);
+  const float rim_x = size.width / 20, rim_y = size.height / 20;
+  if (at_x < rim_x || at_y < rim_y || at_x > size.width - rim_x || at_y > size.height - rim_y)
+    pan(std::round(size.width / 2 - at_x), std::round(size.height / 2 - at_y));
 }
 
 void net_view::tables_refresh() {
@@ -92,12 +191,13 @@ void net_view::tables_refresh() {
 }
 
 void net_view::selection_changed() {
-  history_.change_is_pending_set();
+  history_.change_is_pending_set(false);
   tables_refresh();
-  redraw_net();
+  redraw_selection();
 }
 
 void net_view::snapshot() {
+  history_.content_is_new();
   history_.store_net_snapshot();
   redraw_after_change();
 }
@@ -161,10 +261,11 @@ void net_view::new_net() {
   restart.choice = answer_choice::ok_cancel;
   restart.by_default = restart.to_go_on = answer::yes;
   if (net().n_vertices_get() > 0 && !sources_.frame.yes(restart))
-    return;
+    return step_is_void();
   history_.reset();
   cluster_table_.start0();
   reset_for({});
+  history_.clean_set();
   has_net_ = false;
   panels_ = {};
   redraw_after_change();
@@ -173,8 +274,10 @@ void net_view::new_net() {
 void net_view::open_file() {
   sources_.frame.file_filter_set(filter_to_open);
   const std::filesystem::path file = sources_.frame.open_file_dialog("Open net file...");
-  if (!file.empty())
-    ShowNetFile(file);
+  if (file.empty())
+    return step_is_void();
+  step_value_set(file.string());
+  ShowNetFile(file);
 }
 
 bool net_view::save(bool all_nodes, bool remove_saved, std::filesystem::path file) {
@@ -182,8 +285,11 @@ bool net_view::save(bool all_nodes, bool remove_saved, std::filesystem::path fil
   if (file.empty()) {
     const std::string name = (net().net_name_get().empty() ? "Net1" : net().net_name_get()) + ".net";
     file = frame.save_file_dialog_checked("Save net", (sources_.results_folder / name).string(), filter_to_save);
-    if (file.empty())
+    if (file.empty()) {
+      step_is_void();
       return false;
+    }
+    step_value_set(file.string());
   }
   net_saving wanted;
   wanted.net_name = net().net_name_get();
@@ -194,6 +300,10 @@ bool net_view::save(bool all_nodes, bool remove_saved, std::filesystem::path fil
   if (!net().SaveNet(frame, file, wanted))
     return false;
   panels_.txtTo = file.filename().string();
+  if (all_nodes)
+    history_.clean_set();
+  if (window_.file_written)
+    window_.file_written(all_nodes ? "mnuSave" : remove_saved ? "mnuSaveSubNetRm" : "mnuSaveSubNet", file);
   tell("File " + file.string() + " saved");
   return true;
 }
@@ -217,6 +327,8 @@ bool net_view::save_clustering(std::filesystem::path file) {
   for (std::size_t n = 1; n < names.size(); ++n)
     out.line(names[n] + "\t" + cluster_table_.sClusterName_forNodeName_get(names[n]));
   out.commit();
+  if (window_.file_written)
+    window_.file_written("mnuSaveClustering", file);
   tell("File " + file.string() + " saved");
   return true;
 }
@@ -268,7 +380,23 @@ bool net_view::choose(std::string_view control, const std::string &value) {
   const view_menu_item *item = view_menu_item_by_control(control);
   if (item == nullptr || !is_enabled(*item, *this))
     return false;
+  // what writes a file or asks leaves the net as it is, and a press on "Stop process" has its own step
+  const bool changes_nothing = control == "mnuExit" || control == "mnuSave" || control == "mnuSaveSubNet" ||
+                               control == "mnuSaveClustering" || process_ == view_process::running;
+  const std::size_t outer = step_in_hand_;
+  const bool outer_counts = step_counts_;
+  if (changes_nothing) {
+    step_in_hand_ = 0;
+  } else {
+    note_step(std::string(control) + (value.empty() ? "" : "=" + value));
+    step_in_hand_ = steps_.size();
+  }
+  step_counts_ = true;
   item->action(*this, value);
+  if (!step_counts_ && step_in_hand_ > 0)
+    steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(step_in_hand_) - 1);
+  step_in_hand_ = outer;
+  step_counts_ = outer_counts;
   return true;
 }
 
@@ -276,6 +404,7 @@ void net_view::cluster_row_clicked(std::int32_t row) {
   const std::int32_t cluster = net().ClusterNumberInNetNonSorted(row);
   if (cluster < 1)
     return;
+  note_step("row=" + std::to_string(row));
   const std::int32_t id = net().clusters()[static_cast<std::size_t>(cluster)].id;
   const auto nodes = net().nodes();
   bool now_selected = false;

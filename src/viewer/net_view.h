@@ -16,6 +16,7 @@
 #include "viewer/elongation_form.h"
 #include "viewer/net_elongation.h"
 #include "viewer/net_history.h"
+#include "viewer/net_layout.h"
 #include "viewer/net_painter.h"
 #include "viewer/spring_layout.h"
 
@@ -51,6 +52,10 @@ struct view_window {
   std::function<bool(form_netElng &)> elongation_dialog; // false: cancelled
   std::function<std::optional<colour_value>(colour_value now)> colour_dialog;
   std::function<void()> panels_changed;
+  std::function<void()> picture_changed; // something was drawn; serves events in place of the frame
+  // A net or a clustering was written, as this control does.
+  std::function<void(const std::string &control, const std::filesystem::path &file)> file_written;
+  std::function<void(surface_size)> resize; // gives the surface another size, when a step wants it
 };
 
 class net_view {
@@ -73,15 +78,36 @@ public:
   bool use_exp() const { return use_exp_; }
   bool is_rotating() const { return is_rotating_; }
   bool has_net() const { return has_net_; } // without one only File and Exit work
+  bool shows_nothing() const;               // no node has a place
   std::string label_of_mode() const;        // "Selection = Vertex"
   std::string text_of_selected() const;     // "N_selected = 3"
   bool wants_to_close() const { return wants_to_close_; }
+  // Whether the net is as it was opened, made or saved.
+  bool is_clean() const { return history().is_clean(); }
+  // What was done so far, in turn, as `do_view_step` takes it (view_steps.h): these steps lead to the same net in a
+  // view that begins with a picture of `first_size`.
+  const std::vector<std::string> &steps() const { return steps_; }
+  const surface_size &first_size() const { return first_size_; }
+  // The session's parts are other ones: scores, names and clusters come from these now, and nodes are clones of this
+  // library by their captions.
+  void sources_set(const net_sources &sources);
 
   // ---- the picture ----
   // Tells of what couldn't be drawn, once; yields.
   void redraw_net();
   // The window has another size.
   void resized();
+  // Gives the picture another size, where it has none of a window.
+  void resize_picture(const surface_size &size);
+  // The wheel: the point under the mouse stays there.
+  void zoom_at(std::int32_t steps, float x, float y);
+  // The picture under a hand: how far it is from where it was taken. `goes_on`: it is still held since the last call.
+  void pan(float dx, float dy, bool goes_on = false);
+  // -1: none there.
+  vertex_number node_at(float x, float y) const { return has_net_ ? hit_test(x, y) : -1; }
+  std::int32_t edge_at(float x, float y) const;
+  // Moves the picture so that a node that is outside, or at its rim, lies in the middle.
+  void bring_into_view(vertex_number node);
 
   // ---- the mouse ----
   enum class button : std::int8_t { first = 1, second = 2 };
@@ -89,6 +115,10 @@ public:
   bool press(button which, float x, float y, bool shift);
   void move(float x, float y);
   void release(float x, float y);
+  // The selection becomes these nodes, as far as there are such.
+  void select_nodes(const std::vector<vertex_number> &nodes);
+  // The next run of the springs ends after so many steps.
+  void stop_after(std::int32_t steps);
 
   // ---- menus, buttons, texts ----
   // False, after a message where the entry has one, when there is no such control or it is disabled. `value`: what is
@@ -113,7 +143,12 @@ private:
   class_net_elng &open() { return history_.open(); }
   net_sources sources() { return sources_; }
   void tell(const std::string &text);
+  void note_step(std::string step);
+  // What a dialog gave to the control in hand, so that its step needs no dialog.
+  void step_value_set(const std::string &value);
+  void step_is_void() { step_counts_ = false; } // nothing was done: the user cancelled
   void selection_changed();
+  void redraw_selection();
   void tables_refresh();
   void snapshot(); // stores, draws, refreshes
   bool needs_selection(const char *words = "No selected nodes!");
@@ -139,7 +174,8 @@ private:
   void background_set(const std::string &value);
   std::optional<colour_value> colour_asked(const std::string &value, colour_value now);
   void bound_set(bool upper, const std::string &value);
-  void real_resize();
+  void real_resize(const std::string &value);
+  void set_stiffness(const std::string &value);
   void remove_selected();
   void random_shifts();
   void freeze_others_and_run();
@@ -155,11 +191,12 @@ private:
   void cluster_column_set(const std::string &value);
   void caption_column_toggle(const std::string &value);
   // net_view_growth.cpp
-  bool elongation_form_ok(form_netElng &form);
-  void make_net(elongation_mode mode);
-  void add_edges(bool redo);
-  void elongate();
-  void fill_clusters();
+  bool elongation_form_ok(form_netElng &form, const std::string &value);
+  bool ask_elongation_form(form_netElng &form);
+  void make_net(elongation_mode mode, const std::string &value);
+  void add_edges(bool redo, const std::string &value);
+  void elongate(const std::string &value);
+  void fill_clusters(const std::string &value);
   // net_view_run.cpp
   void process_pressed();
   void run_optimization();
@@ -184,6 +221,13 @@ private:
   bool move_linked_ = false, use_exp_ = false, is_rotating_ = false, has_net_ = false, wants_to_close_ = false;
   float rotate_center_x_ = -1, rotate_center_y_ = -1; // pixels; below 0: not set
   float last_x_ = 0, last_y_ = 0, press_x_ = 0, press_y_ = 0;
+  view_geometry held_; // where the picture was when a hand took it
+  std::vector<std::string> steps_;
+  surface_size first_size_;
+  std::size_t step_in_hand_ = 0; // of the control that is chosen
+  bool step_counts_ = true;
+  std::int32_t most_steps_ = most_steps_of_a_run; // of the next run
+  std::vector<char> shown_selected_;              // by node, as it was drawn last
 };
 
 } // namespace orb

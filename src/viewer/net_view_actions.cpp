@@ -27,6 +27,11 @@ std::optional<colour_value> colour_of_text(std::string_view text) {
   return colour;
 }
 
+std::string colour_text(colour_value colour) {
+  return std::to_string(colour & 0xFF) + "," + std::to_string(colour >> 8 & 0xFF) + "," +
+         std::to_string(colour >> 16 & 0xFF);
+}
+
 } // namespace
 
 // ---- selection -----------------------------------------------------------------------------------------------------
@@ -112,10 +117,17 @@ void net_view::remove_selected() {
 
 // Without a dialog of a window the frame asks for a name of the palette, or red,green,blue.
 std::optional<colour_value> net_view::colour_asked(const std::string &value, colour_value now) {
-  if (value.empty() && window_.colour_dialog)
-    return window_.colour_dialog(now);
+  if (value.empty() && window_.colour_dialog) {
+    const std::optional<colour_value> chosen = window_.colour_dialog(now);
+    if (chosen)
+      step_value_set(colour_text(*chosen));
+    else
+      step_is_void();
+    return chosen;
+  }
   const std::string text =
       !value.empty() ? value : sources_.frame.input({"Color (a name, or red,green,blue)", "Color", {}});
+  step_value_set(text);
   const std::optional<colour_value> colour = colour_of_text(text);
   if (!colour && !text.empty())
     sources_.frame.message("No such color: " + text);
@@ -151,12 +163,17 @@ void net_view::shape_of_selected(const std::string &value) {
   snapshot();
 }
 
-void net_view::real_resize() {
+void net_view::set_stiffness(const std::string &value) {
+  step_value_set(ask_for_stiffness(sources_.frame, springs_, value));
+}
+
+void net_view::real_resize(const std::string &value) {
   process_frame &frame = sources_.frame;
   double ratio = 0;
-  const std::string text = frame.input({"Scaling ratio:", "", "1.0"});
+  const std::string text = value.empty() ? frame.input({"Scaling ratio:", "", "1.0"}) : value;
   if (text.empty())
-    return;
+    return step_is_void();
+  step_value_set(text);
   if (!number_parse(text, ratio) || !std::isfinite(ratio)) {
     frame.message("Scaling ratio should be numerical!");
     return;
@@ -180,7 +197,9 @@ void net_view::bound_set(bool upper, const std::string &value) {
   double bound = 0;
   if (!number_parse(text, bound)) { // cancelled: the bound is off
     is_active = false;
+    step_value_set("off");
   } else {
+    step_value_set(text);
     caption = caption.substr(0, 2) + text;
     is_active = true;
     picture_.edges.all = picture_.edges.none = false;

@@ -41,9 +41,11 @@ void view_menu_maker::file_entries() {
   add("mnuFileClusters", file, "File", "Open table of clusters for nodes...",
       [](net_view &v, auto &) { v.open_cluster_table(); });
   add("mnuFileMakeNetFileForTxt", file, "File/Create net for clones", "from file...",
-      [](net_view &v, auto &) { v.make_net(elongation_mode::net_from_file); });
+      [](net_view &v, auto &form) { v.make_net(elongation_mode::net_from_file, form); });
+  items.back().value = "FORM";
   add("mnuFileMakeNetFromList", file, "File/Create net for clones", "from list",
-      [](net_view &v, auto &) { v.make_net(elongation_mode::net_from_list); });
+      [](net_view &v, auto &form) { v.make_net(elongation_mode::net_from_list, form); });
+  items.back().value = "FORM";
   add(
       "mnuSave", file, "File", "Save", [](net_view &v, auto &name) { v.save(true, false, name); }, {}, {}, "FILE");
   add(
@@ -109,10 +111,14 @@ void view_menu_maker::selection_entries() {
         [](net_view &v, auto &) { v.random_shifts(); });
   entry("mnuSelect_FrozeAllUnFrozeSlctdRunKK", "Selection", "Froze all excluding selected and run",
         [](net_view &v, auto &) { v.freeze_others_and_run(); });
-  entry("mnuSelectAddEdges", "Selection", "Add edges", [](net_view &v, auto &) { v.add_edges(false); });
-  entry("mnuSelectRedoEdges", "Selection", "Redo edges", [](net_view &v, auto &) { v.add_edges(true); });
-  entry("mnuSelectElongate", "Selection", "Elongate", [](net_view &v, auto &) { v.elongate(); });
-  entry("mnuSelectFillClusters", "Selection", "Fill clusters", [](net_view &v, auto &) { v.fill_clusters(); });
+  entry("mnuSelectAddEdges", "Selection", "Add edges", [](net_view &v, auto &form) { v.add_edges(false, form); });
+  items.back().value = "FORM";
+  entry("mnuSelectRedoEdges", "Selection", "Redo edges", [](net_view &v, auto &form) { v.add_edges(true, form); });
+  items.back().value = "FORM";
+  entry("mnuSelectElongate", "Selection", "Elongate", [](net_view &v, auto &form) { v.elongate(form); });
+  items.back().value = "FORM";
+  entry("mnuSelectFillClusters", "Selection", "Fill clusters", [](net_view &v, auto &form) { v.fill_clusters(form); });
+  items.back().value = "FORM";
   entry("mnuSelect_Delete", "Selection", "Remove selected vertices", [](net_view &v, auto &) { v.remove_selected(); });
 }
 
@@ -155,9 +161,12 @@ void view_menu_maker::look_entries() {
 void view_menu_maker::option_entries() {
   const auto options = view_menu::options;
   const state with_table = [](const net_view &v) { return v.cluster_table().is_loaded(); };
-  add("mnuOptions_RealResize", options, "Options", "Resize net", [](net_view &v, auto &) { v.real_resize(); });
-  add("mnuOptinsSetK", options, "Options", "Set stiffness of springs ",
-      [](net_view &v, auto &) { ask_for_stiffness(v.sources_.frame, v.springs_); });
+  add(
+      "mnuOptions_RealResize", options, "Options", "Resize net", [](net_view &v, auto &ratio) { v.real_resize(ratio); },
+      {}, {}, "NUMBER");
+  add(
+      "mnuOptinsSetK", options, "Options", "Set stiffness of springs ",
+      [](net_view &v, auto &k) { v.set_stiffness(k); }, {}, {}, "NUMBER");
   add(
       "mnuOptions_ExpPotential", options, "Options", "Use exp{} in potential",
       [](net_view &v, auto &) { v.use_exp_ = !v.use_exp_; }, [](const net_view &v) { return v.use_exp(); });

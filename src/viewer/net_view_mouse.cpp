@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "frame/numbers.h"
 #include "viewer/net_view.h"
 
 namespace orb {
@@ -15,6 +16,10 @@ float apart(float x1, float y1, float x2, float y2) {
   return std::abs(x1 - x2) + std::abs(y1 - y2);
 }
 
+std::string place_text(float x, float y) {
+  return number_text_shortest(x) + "," + number_text_shortest(y);
+}
+
 } // namespace
 
 // The square is one of pixels: where the picture stretches the net, it is stretched in the net.
@@ -24,11 +29,52 @@ vertex_number net_view::hit_test(float x, float y) const {
                                                             side, geometry_.scale_y / geometry_.scale_x);
 }
 
+// Beyond a few pixels nobody meant it.
+std::int32_t net_view::edge_at(float x, float y) const {
+  constexpr float farthest = 4; // pixels
+  if (!has_net_)
+    return -1;
+  float least = farthest * farthest;
+  std::int32_t found = -1;
+  const auto nodes = net().nodes();
+  const auto edges = net().edges();
+  for (std::size_t e = 1; e < edges.size(); ++e) {
+    const node_elng &from = nodes[static_cast<std::size_t>(edges[e].from)];
+    const node_elng &to = nodes[static_cast<std::size_t>(edges[e].to)];
+    if (!from.is_coor_known || !to.is_coor_known || !picture_.edges.shows(edges[e]))
+      continue;
+    const float x1 = geometry_.coorOnPictX_get(from.x) - x, y1 = geometry_.coorOnPictY_get(from.y) - y;
+    const float dx = geometry_.coorOnPictX_get(to.x) - x - x1, dy = geometry_.coorOnPictY_get(to.y) - y - y1;
+    const float length = dx * dx + dy * dy;
+    const float share = length > 0 ? std::clamp(-(x1 * dx + y1 * dy) / length, 0.f, 1.f) : 0;
+    const float across = x1 + share * dx, down = y1 + share * dy;
+    if (const float away = across * across + down * down; away < least) {
+      least = away;
+      found = static_cast<std::int32_t>(e);
+    }
+  }
+  return found;
+}
+
+void net_view::select_nodes(const std::vector<vertex_number> &nodes) {
+  if (!has_net_ || process_ == view_process::running || process_ == view_process::stop_asked)
+    return;
+  std::string step = "select=";
+  for (const vertex_number n : nodes)
+    step += (step.back() == '=' ? "" : ",") + std::to_string(n);
+  note_step(std::move(step));
+  open().UnselectAll();
+  for (const vertex_number n : nodes)
+    open().AddSelectedNode(n);
+  selection_changed();
+}
+
 bool net_view::press(button which, float x, float y, bool shift) {
   if (which == button::second)
     return false;
   if (!has_net_ || process_ == view_process::running || process_ == view_process::stop_asked)
     return true;
+  note_step((shift ? "shift-press=" : "press=") + place_text(x, y));
   press_x_ = last_x_ = x;
   press_y_ = last_y_ = y;
   drag_ = drag_state::pressed;
@@ -114,6 +160,7 @@ void net_view::move(float x, float y) {
     drag_ = drag_state::moved;
   if (drag_ != drag_state::moved || apart(x, y, last_x_, last_y_) < drag_threshold)
     return;
+  note_step("move=" + place_text(x, y));
   if (mode_ == selection_mode::rectangle_is_drawn) {
     draw_rubber_band(x, y);
   } else if (mode_ != selection_mode::group_by_rectangle && may_drag_) {
@@ -137,11 +184,14 @@ void net_view::draw_rubber_band(float x, float y) {
   surface_look outline;
   outline.is_filled = false;
   window_.surface.boxes(outline, std::span(&band, 1));
+  if (window_.picture_changed)
+    window_.picture_changed();
 }
 
 void net_view::release(float x, float y) {
   if (drag_ == drag_state::none)
     return;
+  note_step("release=" + place_text(x, y));
   const bool moved = drag_ == drag_state::moved;
   drag_ = drag_state::none;
   if (mode_ == selection_mode::rectangle_is_drawn) {

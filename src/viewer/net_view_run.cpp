@@ -1,4 +1,6 @@
 // Giving the nodes of the open net their places: the first ones, the run loop of the springs, and unfolding.
+#include <algorithm>
+
 #include "frame/numbers.h"
 #include "viewer/initial_position.h"
 #include "viewer/net_layout.h"
@@ -72,7 +74,7 @@ void net_view::run_optimization() {
 void net_view::steps_run() {
   constexpr std::int32_t steps_of_a_redraw = 10;
   spring_run springs(net(), threads_);
-  for (std::int32_t i = 1; i <= most_steps_of_a_run; ++i) {
+  for (std::int32_t i = 1; i <= most_steps_; ++i) {
     const spring_step step = springs.step(use_exp_, springs_, sources_.frame);
     tell("Steps = " + std::to_string(i) + " Energy = " + number_text(step.energy, 3));
     if (i % steps_of_a_redraw == 0) {
@@ -82,10 +84,22 @@ void net_view::steps_run() {
       redraw_net();
       picture_.moves = false;
     }
-    if (is_at_rest(i, step) || !step.go_on || process_ == view_process::stop_asked || !sources_.frame.goes_on())
+    if (is_at_rest(i, step))
       break;
+    if (!step.go_on || process_ == view_process::stop_asked || !sources_.frame.goes_on()) {
+      if (step_in_hand_ > 0) // the same steps end here again
+        steps_.insert(steps_.begin() + static_cast<std::ptrdiff_t>(step_in_hand_++) - 1,
+                      "stop-after=" + std::to_string(i));
+      break;
+    }
   }
+  most_steps_ = most_steps_of_a_run;
   springs.put_into(open());
+}
+
+void net_view::stop_after(std::int32_t steps) {
+  most_steps_ = std::clamp(steps, 1, most_steps_of_a_run);
+  note_step("stop-after=" + std::to_string(most_steps_));
 }
 
 // Not the simulation: all nodes get places by the distances along the edges.

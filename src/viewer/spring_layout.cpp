@@ -30,11 +30,13 @@ bool goes_on_without_springs(process_frame &frame) {
 
 } // namespace
 
-void ask_for_stiffness(process_frame &frame, spring_values &values) {
+std::string ask_for_stiffness(process_frame &frame, spring_values &values, const std::string &value) {
   double entered = 0;
-  const std::string reply = frame.input({"k_coef", "Kamada-Kawaii", number_text(values.k_coef, 3)});
+  const std::string reply =
+      value.empty() ? frame.input({"k_coef", "Kamada-Kawaii", number_text(values.k_coef, 3)}) : value;
   if (number_parse(reply, entered) && entered >= 0 && std::isfinite(static_cast<float>(entered)))
     values.k_coef = static_cast<float>(entered);
+  return reply;
 }
 
 void spring_layout::make_KamadaKawaii_Arrays(const layout_graph &graph, std::span<const std::uint8_t> frozen) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "frame/process_frame.h"
@@ -17,8 +18,9 @@ struct spring_values {
   float friction_coef = 1.0f, dt = 0.0f, rest_distance = 100.0f; // set by each step
 };
 
-// "Set stiffness of springs": asks for `k_coef`. What isn't a number of 0 or more is ignored.
-void ask_for_stiffness(process_frame &frame, spring_values &values);
+// "Set stiffness of springs": asks for `k_coef` unless a value is given. What isn't a number of 0 or more is ignored.
+// What was entered.
+std::string ask_for_stiffness(process_frame &frame, spring_values &values, const std::string &value = {});
 
 // By node; entry 0 is unused.
 struct spring_nodes {

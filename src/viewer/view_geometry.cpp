@@ -1,5 +1,6 @@
 #include "viewer/view_geometry.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orb {
@@ -58,13 +59,12 @@ void view_geometry::shift(float dx, float dy) {
   bottom += dy;
 }
 
-bool view_geometry::zoom_step(std::int32_t steps, const net_box &box) {
+bool view_geometry::zoom_step_at(std::int32_t steps, float x, float y, const net_box &box) {
   constexpr float factor = 1.5f;
-  const std::int32_t wanted = zoom_index + steps;
-  if (wanted < 0 || wanted >= n_zooms)
+  const std::int32_t wanted = std::clamp(zoom_index + std::clamp(steps, -n_zooms, n_zooms), 0, n_zooms - 1);
+  if (wanted == zoom_index)
     return false;
-  const float ratio = std::pow(factor, static_cast<float>(steps));
-  const float x = picture.width / 2, y = picture.height / 2;
+  const float ratio = std::pow(factor, static_cast<float>(wanted - zoom_index));
   zoom_index = wanted;
   zoom = std::pow(factor, static_cast<float>(zoom_index));
   left = x + (left - x) * ratio;

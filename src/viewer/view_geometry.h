@@ -35,8 +35,12 @@ struct view_geometry {
   // About the middle of the picture; changes of less than 10 pixels in width and height together are none. False then.
   bool resize(const surface_size &size, const net_box &box);
   void shift(float dx, float dy);
-  // The next or previous zoom of the list; the point in the middle of the picture stays there. False at its ends.
-  bool zoom_step(std::int32_t steps, const net_box &box);
+  // The next or previous zooms of the list, as far as it goes; the point in the middle of the picture stays there, or
+  // the one that is given. False at the list's ends.
+  bool zoom_step(std::int32_t steps, const net_box &box) {
+    return zoom_step_at(steps, picture.width / 2, picture.height / 2, box);
+  }
+  bool zoom_step_at(std::int32_t steps, float x, float y, const net_box &box);
 };
 
 } // namespace orb

@@ -587,6 +587,14 @@ run: contigs.assemble no-pair-tables=yes no-drawings=yes ordering-seconds=0
 [small new-net]
 run: contigs.assemble ordering-steps=1000 jackknife=3
   jackknife-alpha=0.5 -> *Cf15.0_p0.90.txt
+[library net contigs]
+run: contigs.separate
+fails
+  cluster=cl_4 -> folder
+[library net contigs]
+run: contigs.separate cluster=cl_4
+  cutoff=50 -> figures
+  out=o -> folder
 [library]
 run: contigs.load folder=in/run
 [library]
@@ -868,7 +876,6 @@ fails
   force=yes -> m.tsv
 []
 run: net.view
-fails
   file=in/drawn.net -> figures
 []
 run: net.view file=in/drawn.net do=mnuOptions_Multilevel picture=v.svg

@@ -1,9 +1,11 @@
 // Drawings of nets: the palette, whole small files byte by byte, marks and captions, series, the GraphML form.
 #include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
 
 #include "drawing/class_clone_net_draw.h"
+#include "drawing/mark_vertices.h"
 #include "drawing/palette.h"
 #include "support/net_fixture.h"
 
@@ -352,6 +354,47 @@ TEST(clone_drawing, graphml_form) {
   f.write("damaged.graphml", std::string(xml).replace(xml.find("17.26"), 5, "18.26"));
   const bool skipped = std::system((python + " -c 'import igraph, networkx' 2> /dev/null").c_str()) != 0;
   EXPECT_EQ(check(f.folder / "damaged.graphml") == 0, skipped);
+}
+
+TEST(mark_vertices, each_list_is_marked_in_its_way) {
+  drawing_fixture f;
+  const auto file = [&f](const char *name, const char *text) {
+    std::ofstream(f.folder / name) << text;
+    return f.folder / name;
+  };
+  form_mark_vertices form(f.signif, f.rule);
+  EXPECT_FALSE(form.start()) << "cancelled";
+  ASSERT_TRUE(form.start(file("all.txt", "B1\nB2\nB3\nB4\n")));
+  EXPECT_EQ(form.l_vertices(), "4 clones from all.txt");
+  EXPECT_EQ(form_mark_vertices::Combo1(0).size(), 11u);
+  EXPECT_EQ(form_mark_vertices::Combo1(3).at(1), "box");
+  EXPECT_EQ(form_mark_vertices::Combo1(5), std::vector<std::string>{"------"});
+  const auto mark = [&](int by, int value, const std::filesystem::path &list) {
+    form.mark_by_index = by;
+    form.Combo1_index = value;
+    ASSERT_TRUE(form.Command_load(list));
+  };
+  mark(0, 7, file("red.txt", "B2\nB5\n")); // B5 isn't drawn
+  EXPECT_EQ(form.l_list_name(), "red.txt");
+  EXPECT_EQ(form.l_n_vertices(), "2 clones from red.txt");
+  mark(3, 1, file("boxes.txt", "B3\n"));
+  mark(2, 3, file("large.txt", "B3\nB4\n"));
+  form.t_cutoff = "much";
+  EXPECT_FALSE(form.ok(f.folder / "m.net"));
+  EXPECT_EQ(f.record.messages.back(), "Cutoff should be numerical!");
+  form.t_cutoff = "20";
+  ASSERT_TRUE(form.ok(f.folder / "m.net"));
+  const std::string drawn = f.bytes_of("m.net");
+  std::string_view red;
+  color_name_of_scale(7, red);
+  const auto line_of = [&drawn](const std::string &clone) {
+    const std::size_t at = drawn.find("\"" + clone);
+    return drawn.substr(at, drawn.find('\r', at) - at);
+  };
+  EXPECT_NE(line_of("B2").find("sh ellipse x_fact 1 y_fact 1 ic " + std::string(red)), std::string::npos) << drawn;
+  EXPECT_NE(line_of("B3").find("sh box x_fact 4 y_fact 4"), std::string::npos) << drawn;
+  EXPECT_NE(line_of("B4").find("sh ellipse x_fact 4 y_fact 4"), std::string::npos) << drawn;
+  EXPECT_NE(drawn.find("*Edges 1\r\n1 3 "), std::string::npos) << "only one overlap is at least 20\n" << drawn;
 }
 
 } // namespace

@@ -220,4 +220,26 @@ TEST(overview, holds_all_contigs_to_scale_longest_first) {
   }
 }
 
+TEST(contig_map, a_stretch_stands_on_one_line) {
+  random_source chance(5);
+  for (int round = 0; round < 20; ++round) {
+    const contig_values values = random_contig(chance, 60, true);
+    const double from = chance.number_up_to(250), to = from + chance.number_up_to(80);
+    const map_page page = lay_out_stretch(values, {900, 700, false}, from, to, measure);
+    ASSERT_EQ(page.lines.size(), 1u);
+    check_line(page.lines.front(), page);
+    std::size_t n = 0;
+    for (const contig_bar &bar : values.bars)
+      n += bar.left < to && bar.right + 1.0 > from ? 1 : 0;
+    EXPECT_EQ(page.lines.front().pieces.size(), n);
+    for (const bar_piece &piece : page.lines.front().pieces) {
+      const contig_bar &bar = values.bars[static_cast<std::size_t>(piece.bar)];
+      EXPECT_EQ(piece.goes_on_left, bar.left < from);
+      EXPECT_EQ(piece.goes_on_right, bar.right + 1.0 > to);
+      EXPECT_EQ(clone_at(page, {piece.box.corner.x + 0.5f, piece.box.corner.y + 1}), piece.clone);
+    }
+    EXPECT_EQ(clone_at(page, {1, 1}), 0);
+  }
+}
+
 } // namespace

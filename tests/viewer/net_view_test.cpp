@@ -7,6 +7,8 @@
 #include "drawing/recording_surface.h"
 #include "viewer/contig_browser.h"
 #include "viewer/net_view_menu.h"
+#include "viewer/view_hints.h"
+#include "viewer/view_steps.h"
 #include "viewer_fixture.h"
 
 using namespace orb;
@@ -82,6 +84,7 @@ private:
   view_window window() {
     view_window lent;
     lent.surface = recording_surface(drawn);
+    lent.resize = [this](surface_size size) { drawn.size = size; };
     return lent;
   }
 };
@@ -360,6 +363,133 @@ TEST(net_view, growing_by_the_dialog) {
       found.insert(w.node(n).clone_id);
   EXPECT_EQ(found, wanted);
   EXPECT_TRUE(w.node(w.view.net().n_vertices_get()).is_coor_known) << "the run loop followed";
+}
+
+// Clicks, drags, wheel and controls at random; the steps that the view notes lead a second one to the same net.
+TEST(net_view, noted_steps_lead_to_the_same_net) {
+  const std::vector<std::string> controls{"mnuSelectVertex",
+                                          "mnuSelectGroup",
+                                          "mnuSelectGroupByLinks",
+                                          "mnuSelectAll",
+                                          "mnuSelect_RndShiftsOfSelected",
+                                          "mnuUndo",
+                                          "mnuRedo",
+                                          "mnuDo",
+                                          "mnuSelect_Delete",
+                                          "mnuSelectAddEdges",
+                                          "mnuSelectRedoEdges",
+                                          "mnuProcess",
+                                          "mnuSelect_UnFroze",
+                                          "CmdMove(5)",
+                                          "CmdMove(2)",
+                                          "mnuOptions_RealResize",
+                                          "CmdActivateRotate",
+                                          "CmdClockwise",
+                                          "mnuSelectGroup_move_connected_groups",
+                                          "mnuOptions_Multilevel",
+                                          "mnuOptionsEdgesBigger",
+                                          "mnuSelectElongate"};
+  for (std::uint64_t seed = 1; seed <= 12; ++seed) {
+    open_view first, second;
+    random_source chance(seed);
+    const auto pixels = [&chance](int n) {
+      std::string text;
+      for (int i = 0; i < n; ++i)
+        text += (i > 0 ? "," : "") + std::to_string(chance.number_up_to(i % 2 == 0 ? 1000 : 500));
+      return text;
+    };
+    first.open_worked_net();
+    EXPECT_TRUE(first.view.is_clean());
+    for (int i = 0; i < 40; ++i) {
+      const std::int32_t what = chance.number_up_to(10);
+      const std::string step = what == 1   ? "zoom=1," + pixels(2)
+                               : what == 2 ? "pan=" + pixels(2)
+                               : what == 3 ? "size=" + std::to_string(600 + chance.number_up_to(900)) + ",480"
+                               : what < 6  ? "drag=" + pixels(4)
+                               : what == 6 ? "select=1,3," + std::to_string(chance.number_up_to(9))
+                               : what == 7 ? "stop-after=" + std::to_string(chance.number_up_to(20))
+                                           : controls[static_cast<std::size_t>(chance.number_up_to(22)) - 1];
+      do_view_step(first.view, step);
+    }
+    second.open_worked_net();
+    for (const std::string &step : first.view.steps())
+      EXPECT_TRUE(do_view_step(second.view, step)) << step;
+    EXPECT_EQ(copy_of(first.view.net().nodes()), copy_of(second.view.net().nodes())) << "seed " << seed;
+    EXPECT_EQ(copy_of(first.view.net().edges()), copy_of(second.view.net().edges())) << "seed " << seed;
+  }
+  open_view w;
+  w.open_worked_net();
+  EXPECT_FALSE(do_view_step(w.view, "mnuRedo")) << "grey";
+  EXPECT_FALSE(do_view_step(w.view, "no such"));
+  for (const char *wrong : {"press=1", "press=1,x", "zoom=1,2", "size=", "row=1,2"})
+    EXPECT_THROW(do_view_step(w.view, wrong), usage_error) << wrong;
+}
+
+TEST(net_view, clean_is_what_was_opened_or_saved) {
+  open_view w;
+  w.open_worked_net();
+  w.click(2);
+  EXPECT_TRUE(w.view.is_clean()) << "a selection is no change";
+  w.drag(w.x(2), w.y(2), 500, 300);
+  EXPECT_FALSE(w.view.is_clean());
+  w.view.choose("mnuUndo");
+  EXPECT_TRUE(w.view.is_clean());
+  w.view.choose("mnuRedo");
+  EXPECT_FALSE(w.view.is_clean());
+
+  w.open_worked_net();
+  w.drag(w.x(2), w.y(2), 500, 300);
+  w.view.choose("mnuDo");
+  ASSERT_TRUE(w.view.save(true, false, w.folder / "saved.net"));
+  EXPECT_TRUE(w.view.is_clean());
+  w.view.choose("mnuSelect_Delete");
+  EXPECT_FALSE(w.view.is_clean());
+  w.view.choose("mnuUndo");
+  EXPECT_TRUE(w.view.is_clean()) << "back at what was saved";
+  w.view.choose("mnuUndo");
+  EXPECT_FALSE(w.view.is_clean());
+}
+
+TEST(net_view, a_selection_draws_what_it_changes) {
+  open_view w;
+  w.open_worked_net();
+  const std::size_t n = w.drawn.drawn.size();
+  w.click(3); // the box, by itself
+  // what was drawn stays, the node comes over it; the release draws all
+  w.view.choose("mnuSelectVertex");
+  w.view.press(net_view::button::first, w.x(3), w.y(3), true); // out again
+  EXPECT_EQ(w.drawn.drawn.size(), n + 1);
+  const auto *node = std::get_if<drawn_boxes>(&w.drawn.drawn.back());
+  ASSERT_NE(node, nullptr);
+  EXPECT_EQ(node->look.fill, w.node(3).ic);
+  w.view.release(w.x(3), w.y(3));
+  w.view.select_nodes({1, 2, 3, 4}); // many: all is drawn anew
+  EXPECT_EQ(w.n_shapes(yellow), 4);
+  w.view.select_nodes({});
+  EXPECT_EQ(w.n_shapes(yellow), 0) << "nothing is left of them";
+}
+
+TEST(net_view, what_is_pointed_at) {
+  open_view w;
+  w.open_worked_net();
+  EXPECT_EQ(w.view.node_at(w.x(3), w.y(3)), 3);
+  EXPECT_EQ(w.view.node_at(w.x(3), 250), -1);
+  EXPECT_EQ(w.view.edge_at((w.x(2) + w.x(3)) / 2, w.y(2) + 3), 2);
+  EXPECT_EQ(w.view.edge_at((w.x(2) + w.x(3)) / 2, w.y(2) + 6), -1);
+  EXPECT_EQ(hint_of_edge(w.view.net(), 2), w.name(2) + " - three: 7.00");
+  EXPECT_EQ(hint_of_edge(w.view.net(), 99), "");
+  EXPECT_EQ(hint_of_node(w.sources, w.view.net(), 3), "three\nno clone of the library\n1 overlaps here");
+  const std::string hint = hint_of_node(w.sources, w.view.net(), 1);
+  EXPECT_EQ(hint.find(w.name(1) + "\n" + std::to_string(w.database.number_of_bands_in_clone_get(1)) + " bands\n"), 0u);
+  EXPECT_NE(hint.find("1 overlaps here, " + std::to_string(w.signif.net().edges_of_vertex(1).size()) + " in the net"),
+            std::string::npos);
+  EXPECT_EQ(node_by_name(w.view.net(), "THREE"), 3);
+  EXPECT_EQ(node_by_name(w.view.net(), "eigh"), 8);
+  EXPECT_EQ(node_by_name(w.view.net(), "ine"), -1);
+  w.view.zoom_at(9, 5, 5);
+  w.view.bring_into_view(8);
+  EXPECT_NEAR(w.x(8), 500, 1);
+  EXPECT_NEAR(w.y(8), 250, 1);
 }
 
 TEST(contig_browser, rows_and_what_go_opens) {

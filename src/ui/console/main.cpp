@@ -1,15 +1,14 @@
 // The program orb: command line in, files and a result line out.
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fmt/format.h>
 #include <string>
 #include <sys/resource.h>
-#include <unistd.h>
 #include <vector>
 
 #include "commands/verbs.h"
 #include "frame/files.h"
+#include "frame/program_folder.h"
 #include "frame/version.h"
 #include "ui/console/command_line.h"
 #include "ui/console/console_front_end.h"
@@ -18,32 +17,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-// Where ORB.log lies: $ORB_HOME, else the executable's folder when it can be written, else the user's state folder.
-fs::path usual_program_folder() {
-  if (const char *home = std::getenv("ORB_HOME"); home && *home)
-    return home;
-  std::error_code failed;
-  const fs::path own = fs::read_symlink("/proc/self/exe", failed).parent_path();
-  if (!failed && ::access(own.c_str(), W_OK) == 0)
-    return own;
-  fs::path state;
-  if (const char *folder = std::getenv("XDG_STATE_HOME"); folder && *folder)
-    state = folder;
-  else if (const char *home = std::getenv("HOME"); home && *home)
-    state = fs::path(home) / ".local" / "state";
-  else
-    return fs::temp_directory_path();
-  return state / "orb";
-}
-
-// Empty, which makes a frame without a log, where the folder can't be made or written: no log is no reason to stop.
-fs::path program_folder() {
-  const fs::path folder = usual_program_folder();
-  std::error_code failed;
-  fs::create_directories(folder, failed);
-  return !failed && ::access(folder.c_str(), W_OK) == 0 ? folder : fs::path();
-}
 
 // The folder of the verb's results for the long runs, unless one is named.
 fs::path log_folder(orb::verb_run &call) {
@@ -81,14 +54,14 @@ orb::exit_status run(orb::verb_run &call) {
   const orb::standard_input from_pipe(call);
   orb::answer_book book;
   read_answers(options.answers, book);
-  const fs::path home = program_folder();
+  const fs::path home = orb::program_folder();
   orb::console shown({options.quiet, options.verbose, options.yes}, book);
   orb::project_state project(shown.as_front_end(), home);
   if (const fs::path folder = log_folder(call); !folder.empty()) {
     orb::create_folder(folder);
     project.frame().log_folder_set(folder);
   } else if (home.empty()) {
-    project.frame().note("This command has no log: " + usual_program_folder().string() +
+    project.frame().note("This command has no log: " + orb::usual_program_folder().string() +
                          " can't be written. --log DIR or ORB_HOME names another folder.");
   }
   project.start();

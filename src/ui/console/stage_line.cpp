@@ -9,14 +9,6 @@ namespace orb {
 
 namespace {
 
-std::string text_of_time(double seconds) {
-  if (seconds < 59.95)
-    return fmt::format("{:.1f} s", seconds);
-  const auto whole = static_cast<std::int64_t>(seconds + 0.5);
-  return whole < 3600 ? fmt::format("{} min {} s", whole / 60, whole % 60)
-                      : fmt::format("{} h {} min", whole / 3600, whole % 3600 / 60);
-}
-
 double seconds_since(std::chrono::steady_clock::time_point began) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
 }
@@ -47,17 +39,14 @@ stage_line::stage_line(bool lines, bool progress)
 void stage_line::begin(int i, int n, const std::string &name) {
   label_ = fmt::format("[{}/{}] {}", i, n, name);
   counter_.clear();
-  done_ = total_ = 0;
-  stage_began_ = piece_began_ = written_ = clock::now();
+  estimate_.begin();
+  stage_began_ = written_ = clock::now();
   drawn_ = {};
   draw();
 }
 
 void stage_line::progress(std::int64_t done, std::int64_t total) {
-  if (done < done_ || total != total_)
-    piece_began_ = clock::now();
-  done_ = done;
-  total_ = total;
+  estimate_.progress(done, total);
   draw();
 }
 
@@ -81,14 +70,10 @@ void stage_line::clear() {
 }
 
 std::string stage_line::text_of_progress() const {
-  if (total_ <= 0)
+  if (!estimate_.is_known())
     return {};
-  const double share = std::min(1.0, static_cast<double>(done_) / static_cast<double>(total_));
-  const double gone = seconds_since(piece_began_);
-  std::string text = fmt::format("{:.0f} %", 100 * share);
-  if (share > 0.02 && gone > 2)
-    text += ", about " + text_of_time(gone / share * (1 - share)) + " left";
-  return text;
+  const std::string rest = estimate_.text_of_rest();
+  return fmt::format("{:.0f} %", 100 * estimate_.share()) + (rest.empty() ? "" : ", " + rest);
 }
 
 void stage_line::draw() {

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "frame/progress_estimate.h"
+
 namespace orb {
 
 class stage_line {
@@ -32,8 +34,8 @@ private:
   bool lines_, progress_, terminal_;
   bool is_open_ = false; // a line stands on the terminal
   std::string label_, counter_;
-  std::int64_t done_ = 0, total_ = 0;
-  clock::time_point stage_began_{}, piece_began_{}, drawn_{}, written_{};
+  progress_estimate estimate_;
+  clock::time_point stage_began_{}, drawn_{}, written_{};
 };
 
 // The columns of the terminal at standard error; 80 when it doesn't say.
