@@ -54,7 +54,7 @@ wishes wishes_of(const QApplication &program) {
   const QCommandLineOption size("size", "of the main window, in pixels", "WxH");
   const QCommandLineOption chosen("choose", "an entry of the menu that is chosen then, by its control", "CONTROL");
   const QCommandLineOption dark("dark", "dark colours, whatever those of the desktop are");
-  const QCommandLineOption quit("quit", "end then; questions get their defaults");
+  const QCommandLineOption quit("quit", "end then, whatever isn't saved; questions get their defaults");
   parser.addOptions({script, answers, chosen, screenshot, size, dark, quit});
   parser.process(program);
   wishes wanted{parser.positionalArguments(), parser.value(script), parser.value(screenshot),
@@ -131,12 +131,13 @@ int run(QApplication &program, const wishes &wanted) {
   orb::main_window window(session, &settings);
   if (wanted.size.isValid())
     window.resize(wanted.size);
+  QObject::connect(&window, &orb::main_window::closed, &program, [] { QApplication::exit(); });
   window.show();
   int status = 0;
   QTimer::singleShot(0, &window, [&] {
     status = do_wishes(window, session, wanted);
-    if (wanted.quit)
-      window.close_unasked();
+    if (wanted.quit) // no window asks: nobody is there to answer
+      QApplication::exit();
   });
   const int end = program.exec();
   return status != 0 ? status : end;

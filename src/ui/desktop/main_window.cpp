@@ -319,7 +319,7 @@ void main_window::closeEvent(QCloseEvent *event) {
     settings_->setValue("state", saveState());
   }
   event->accept();
-  QCoreApplication::quit();
+  emit closed();
 }
 
 } // namespace orb

@@ -26,9 +26,12 @@ public:
   void open_path(const std::filesystem::path &path);
   // Runs the lines of a script one after the other; stops at the first that fails. False then.
   bool run_script_file(const std::filesystem::path &file);
-  // Closes without a question: for who started the program for one script.
+  // Closes without the question whether to quit, which was answered already; windows still ask for their own work.
   void close_unasked();
   QAction *action(const std::string &control) const { return menu_->action(control); }
+
+signals:
+  void closed(); // the program may end
 
 protected:
   void closeEvent(QCloseEvent *event) override;
