@@ -4,6 +4,8 @@
 #include <cmath>
 #include <tuple>
 
+#include "net/q_mark.h"
+
 namespace orb {
 
 namespace {
@@ -130,18 +132,19 @@ void bury_clones(const class_DB_of_clones &database, const class_net &net, conti
 }
 
 void put_verdicts(const class_net &net, contig_map &map) {
-  constexpr std::int16_t mark_of_Q_clone = -1;
   std::int32_t n_Q = 0;
-  net.number_of_vertices_with_index_get(mark_of_Q_clone, n_Q);
-  if (n_Q == 0)
-    return;
+  net.number_of_vertices_with_index_get(q_mark, n_Q);
   for (std::size_t clone = 1; clone < map.clones.size(); ++clone)
-    map.clones[clone].verdict = net.index_of_vertex_get(static_cast<clone_number>(clone)) == mark_of_Q_clone
-                                    ? Q_verdict::Q_clone
-                                    : Q_verdict::kept;
+    map.clones[clone].verdict = verdict_in_net(net, n_Q, static_cast<clone_number>(clone));
 }
 
 } // namespace
+
+Q_verdict verdict_in_net(const class_net &net, std::int32_t n_Q, clone_number clone) {
+  if (n_Q == 0)
+    return Q_verdict::unknown;
+  return net.index_of_vertex_get(clone) == q_mark ? Q_verdict::Q_clone : Q_verdict::kept;
+}
 
 bool make_contig_map(process_frame &frame, const class_DB_of_clones &database, const class_FPCto_import &registry,
                      const class_net *net, contig_map &map) {

@@ -66,9 +66,9 @@ void open_kind(project_state &project, const fs::path &path, input_kind kind, op
   default:
     break;
   }
-  found.refused = path.string() +
-                  (kind == input_kind::missing ? " isn't there." : " can't be opened: it looks like a ") +
-                  (kind == input_kind::missing ? "" : name_of_kind(kind) + ".");
+  found.refused =
+      path.string() +
+      (kind == input_kind::missing ? " isn't there." : " can't be opened: it looks like a " + name_of_kind(kind) + ".");
 }
 
 } // namespace

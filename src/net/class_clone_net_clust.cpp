@@ -4,12 +4,12 @@
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "net/q_mark.h"
 
 namespace orb {
 
 namespace {
 
-constexpr std::int16_t q_mark = -1;
 constexpr std::int16_t largest_rank = 50;
 constexpr double most_steps = 32767;
 constexpr const char *status = "Removing QQ :";

@@ -12,12 +12,12 @@
 #include "frame/worker_blocks.h"
 #include "net/class_clone_net_signif.h"
 #include "net/form_setting_QQ.h"
+#include "net/q_mark.h"
 
 namespace orb {
 
 namespace {
 
-constexpr std::int16_t q_mark = -1;
 // Ends of the reports' names.
 constexpr const char *overlaps_report = "_Q_overlaps.txt";
 constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";

@@ -39,6 +39,13 @@ void net_view::note_step(std::string step) {
   steps_.push_back(std::move(step));
 }
 
+void net_view::note_step(const char *word, std::initializer_list<float> numbers) {
+  std::string step(word);
+  for (const float number : numbers)
+    step += (step.back() == '=' ? "" : ",") + number_text_shortest(number);
+  note_step(std::move(step));
+}
+
 void net_view::step_value_set(const std::string &value) {
   if (step_in_hand_ < 1 || step_in_hand_ > steps_.size())
     return;
@@ -115,7 +122,7 @@ void net_view::resized() {
     first_size_ = size;
     geometry_.fit(size, net().box());
   } else if (geometry_.resize(size, net().box()))
-    note_step("size=" + number_text_shortest(size.width) + "," + number_text_shortest(size.height));
+    note_step("size=", {size.width, size.height});
   redraw_net();
 }
 
@@ -147,7 +154,7 @@ void net_view::redraw_selection() {
 void net_view::zoom_at(std::int32_t steps, float x, float y) {
   if (!geometry_.zoom_step_at(steps, x, y, net().box()))
     return;
-  note_step("zoom=" + std::to_string(steps) + "," + number_text_shortest(x) + "," + number_text_shortest(y));
+  note_step("zoom=", {static_cast<float>(steps), x, y});
   redraw_net();
 }
 
@@ -161,7 +168,7 @@ void net_view::pan(float dx, float dy, bool goes_on) {
     held_ = geometry_;
   geometry_ = held_;
   geometry_.shift(dx, dy);
-  note_step("pan=" + number_text_shortest(dx) + "," + number_text_shortest(dy));
+  note_step("pan=", {dx, dy});
   picture_.moves = goes_on;
   redraw_net();
   picture_.moves = false;
@@ -338,7 +345,7 @@ bool net_view::close_requested() {
   quit.title = "Quit";
   quit.text = "Are you sure you want to quit?";
   quit.by_default = quit.to_go_on = answer::yes;
-  const bool runs = process_ == view_process::running || process_ == view_process::stop_asked;
+  const bool runs = is_at_work();
   if (runs)
     quit.text = "Optimization of nodes position is running!.\nAre you sure you want to stop it and quit?";
   if (!sources_.frame.yes(quit))
@@ -380,27 +387,34 @@ bool net_view::choose(std::string_view control, const std::string &value) {
   const view_menu_item *item = view_menu_item_by_control(control);
   if (item == nullptr || !is_enabled(*item, *this))
     return false;
-  // what writes a file or asks leaves the net as it is, and a press on "Stop process" has its own step
-  const bool changes_nothing = control == "mnuExit" || control == "mnuSave" || control == "mnuSaveSubNet" ||
-                               control == "mnuSaveClustering" || process_ == view_process::running;
   const std::size_t outer = step_in_hand_;
   const bool outer_counts = step_counts_;
-  if (changes_nothing) {
-    step_in_hand_ = 0;
-  } else {
+  const auto end_step = [&] {
+    if (!step_counts_ && step_in_hand_ > 0)
+      steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(step_in_hand_) - 1);
+    step_in_hand_ = outer;
+    step_counts_ = outer_counts;
+  };
+  step_in_hand_ = 0;
+  if (!item->leaves_net && process_ != view_process::running) { // a press on "Stop process" has its own step
     note_step(std::string(control) + (value.empty() ? "" : "=" + value));
     step_in_hand_ = steps_.size();
   }
   step_counts_ = true;
-  item->action(*this, value);
-  if (!step_counts_ && step_in_hand_ > 0)
-    steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(step_in_hand_) - 1);
-  step_in_hand_ = outer;
-  step_counts_ = outer_counts;
+  try {
+    item->action(*this, value);
+  } catch (...) { // what failed isn't to be done again
+    step_is_void();
+    end_step();
+    throw;
+  }
+  end_step();
   return true;
 }
 
 void net_view::cluster_row_clicked(std::int32_t row) {
+  if (is_at_work())
+    return;
   const std::int32_t cluster = net().ClusterNumberInNetNonSorted(row);
   if (cluster < 1)
     return;

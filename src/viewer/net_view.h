@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -74,6 +75,8 @@ public:
   const class_net_elng_clust &cluster_table() const { return cluster_table_; }
   selection_mode mode() const { return mode_; }
   view_process process_state() const { return process_; }
+  // The layout runs, or is about to stop.
+  bool is_at_work() const { return process_ == view_process::running || process_ == view_process::stop_asked; }
   bool move_linked() const { return move_linked_; }
   bool use_exp() const { return use_exp_; }
   bool is_rotating() const { return is_rotating_; }
@@ -144,6 +147,7 @@ private:
   net_sources sources() { return sources_; }
   void tell(const std::string &text);
   void note_step(std::string step);
+  void note_step(const char *word, std::initializer_list<float> numbers);
   // What a dialog gave to the control in hand, so that its step needs no dialog.
   void step_value_set(const std::string &value);
   void step_is_void() { step_counts_ = false; } // nothing was done: the user cancelled

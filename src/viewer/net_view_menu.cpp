@@ -9,10 +9,6 @@ namespace {
 using action = std::function<void(net_view &, const std::string &)>;
 using state = std::function<bool(const net_view &)>;
 
-bool runs(const net_view &view) {
-  return view.process_state() == view_process::running || view.process_state() == view_process::stop_asked;
-}
-
 } // namespace
 
 // The zooms of 100% to 500% below "Zoom" have no action and aren't here: the buttons zoom.
@@ -21,7 +17,8 @@ struct view_menu_maker {
 
   void add(const char *control, view_menu menu, const char *path, const char *caption, action does, state checked = {},
            state shown = {}, const char *value = "") {
-    items.push_back({control, menu, path, caption, value, std::move(does), std::move(checked), std::move(shown)});
+    items.push_back(
+        {control, menu, path, caption, value, std::move(does), std::move(checked), std::move(shown), false});
   }
   void file_entries();
   void selection_modes();
@@ -48,16 +45,20 @@ void view_menu_maker::file_entries() {
   items.back().value = "FORM";
   add(
       "mnuSave", file, "File", "Save", [](net_view &v, auto &name) { v.save(true, false, name); }, {}, {}, "FILE");
+  items.back().leaves_net = true;
   add(
       "mnuSaveSubNet", file, "File", "Save subnet of selected vertices",
       [](net_view &v, auto &name) { v.save(false, false, name); }, {}, {}, "FILE");
+  items.back().leaves_net = true;
   add(
       "mnuSaveSubNetRm", file, "File", "Save subnet of selected vertices and Remove",
       [](net_view &v, auto &name) { v.save(false, true, name); }, {}, {}, "FILE");
   add(
       "mnuSaveClustering", file, "File", "Save clustering", [](net_view &v, auto &name) { v.save_clustering(name); },
       {}, with_table, "FILE");
+  items.back().leaves_net = true;
   add("mnuExit", file, "File", "Exit", [](net_view &v, auto &) { v.close_requested(); });
+  items.back().leaves_net = true;
 }
 
 void view_menu_maker::selection_modes() {
@@ -254,7 +255,7 @@ const view_menu_item *view_menu_item_by_control(std::string_view control) {
 bool is_enabled(const view_menu_item &item, const net_view &view) {
   if (item.is_shown && !item.is_shown(view))
     return false;
-  if (runs(view)) // a stop that was asked for needs no second press
+  if (view.is_at_work()) // a stop that was asked for needs no second press
     return item.control == "mnuExit" || (item.control == "mnuProcess" && view.process_state() == view_process::running);
   if (item.control == "mnuDo")
     return view.history().do_is_enabled();

@@ -23,6 +23,7 @@ struct view_menu_item {
   std::function<void(net_view &, const std::string &value)> action;
   std::function<bool(const net_view &)> is_checked; // empty: it has no mark
   std::function<bool(const net_view &)> is_shown;   // empty: always
+  bool leaves_net = false;                          // it writes or asks: no step of what was done to the net
 };
 
 const std::vector<view_menu_item> &table_of_view_menu();

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/numbers.h"
 #include "viewer/net_view.h"
 
 namespace orb {
@@ -14,10 +13,6 @@ constexpr std::int32_t linked_ranks = 5; // how far the neighbourhood follows a 
 
 float apart(float x1, float y1, float x2, float y2) {
   return std::abs(x1 - x2) + std::abs(y1 - y2);
-}
-
-std::string place_text(float x, float y) {
-  return number_text_shortest(x) + "," + number_text_shortest(y);
 }
 
 } // namespace
@@ -57,7 +52,7 @@ std::int32_t net_view::edge_at(float x, float y) const {
 }
 
 void net_view::select_nodes(const std::vector<vertex_number> &nodes) {
-  if (!has_net_ || process_ == view_process::running || process_ == view_process::stop_asked)
+  if (!has_net_ || is_at_work())
     return;
   std::string step = "select=";
   for (const vertex_number n : nodes)
@@ -72,9 +67,9 @@ void net_view::select_nodes(const std::vector<vertex_number> &nodes) {
 bool net_view::press(button which, float x, float y, bool shift) {
   if (which == button::second)
     return false;
-  if (!has_net_ || process_ == view_process::running || process_ == view_process::stop_asked)
+  if (!has_net_ || is_at_work())
     return true;
-  note_step((shift ? "shift-press=" : "press=") + place_text(x, y));
+  note_step(shift ? "shift-press=" : "press=", {x, y});
   press_x_ = last_x_ = x;
   press_y_ = last_y_ = y;
   drag_ = drag_state::pressed;
@@ -160,7 +155,7 @@ void net_view::move(float x, float y) {
     drag_ = drag_state::moved;
   if (drag_ != drag_state::moved || apart(x, y, last_x_, last_y_) < drag_threshold)
     return;
-  note_step("move=" + place_text(x, y));
+  note_step("move=", {x, y});
   if (mode_ == selection_mode::rectangle_is_drawn) {
     draw_rubber_band(x, y);
   } else if (mode_ != selection_mode::group_by_rectangle && may_drag_) {
@@ -191,7 +186,7 @@ void net_view::draw_rubber_band(float x, float y) {
 void net_view::release(float x, float y) {
   if (drag_ == drag_state::none)
     return;
-  note_step("release=" + place_text(x, y));
+  note_step("release=", {x, y});
   const bool moved = drag_ == drag_state::moved;
   drag_ = drag_state::none;
   if (mode_ == selection_mode::rectangle_is_drawn) {

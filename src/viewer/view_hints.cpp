@@ -1,21 +1,28 @@
 #include "viewer/view_hints.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "clustering/class_FPCto_import.h"
+#include "clustering/contig_map.h"
+#include "frame/class_serv_raznoe.h"
+#include "net/q_mark.h"
 
 namespace orb {
 
 namespace {
 
 std::string verdict_of(const class_net &net, clone_number clone) {
-  constexpr std::int16_t q_clone = -1;
-  if (net.index_of_vertex_get(clone) == q_clone)
-    return "Q-clone: its overlaps were removed";
   std::int32_t n_Q = 0;
-  net.number_of_vertices_with_index_get(q_clone, n_Q);
-  return n_Q > 0 ? "kept by the revision" : "no Q-clones are marked in the net";
+  net.number_of_vertices_with_index_get(q_mark, n_Q);
+  switch (verdict_in_net(net, n_Q, clone)) {
+  case Q_verdict::Q_clone:
+    return "Q-clone: its overlaps were removed";
+  case Q_verdict::kept:
+    return "kept by the revision";
+  case Q_verdict::unknown:
+    break;
+  }
+  return "no Q-clones are marked in the net";
 }
 
 std::string contig_of(const net_sources &sources, clone_number clone) {
@@ -23,12 +30,6 @@ std::string contig_of(const net_sources &sources, clone_number clone) {
     return {};
   const cluster_id id = sources.database.contigs()->clone_in_cluster_get(clone);
   return id > 0 ? "contig " + sources.database.contigs()->name_of_cluster_get(id) : "in no contig";
-}
-
-std::string upper_cased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return text;
 }
 
 } // namespace
@@ -65,13 +66,13 @@ std::string hint_of_edge(const class_net_elng &net, std::int32_t edge) {
 vertex_number node_by_name(const class_net_elng &net, const std::string &text) {
   if (text.empty())
     return -1;
-  const std::string wanted = upper_cased(text);
+  const std::string wanted = class_serv_raznoe::text_transform_to_lower_case(text);
   vertex_number begins = -1, holds = -1;
   for (vertex_number n = 1; n <= net.n_vertices_get(); ++n) {
     const std::string &caption = net.nodes()[static_cast<std::size_t>(n)].caption;
     if (caption == text)
       return n;
-    const std::size_t at = upper_cased(caption).find(wanted);
+    const std::size_t at = class_serv_raznoe::text_transform_to_lower_case(caption).find(wanted);
     if (at == 0 && begins < 0)
       begins = n;
     if (at != std::string::npos && holds < 0)

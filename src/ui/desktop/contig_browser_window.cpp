@@ -203,7 +203,7 @@ void contig_browser_window::show_map() {
   if (place == 0 || !contigs_.contigs[place].is_placed)
     return map_->text_set(tr("%1 has no coordinates: there is no map of it.").arg(qt_text(name)));
   contig_values values;
-  if (contig_values_for(project, contigs_, place, values))
+  if (contig_values_for(project, contigs_, place, values) && !values.bars.empty())
     map_->values_set(std::move(values));
 }
 

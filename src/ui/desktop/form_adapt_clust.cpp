@@ -1,5 +1,4 @@
 // form_adapt_clust: how the net is cut into contigs.
-#include <QFileDialog>
 #include <QGroupBox>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -28,7 +27,6 @@ private:
   QFormLayout *add_frame(QBoxLayout *into, const QString &caption);
   void add_field(QFormLayout *into, const char *control, const QString &caption, const char *key);
   QWidget *methods();
-  QWidget *folder_line();
   void start();
 
   const bound_command shown_ = command_by_id("contigs.assemble")->bind();
@@ -50,7 +48,8 @@ adapt_clust_form::adapt_clust_form(desktop_session &session, QWidget *parent)
   add_field(rise, "t_step_cutoff", tr("Step size = 10^"), "step");
   add_field(rise, "t_meth_cutoff_n_steps", tr("N steps"), "steps");
   side_by_side->addWidget(methods());
-  whole->addWidget(folder_line());
+  whole->addWidget(folder_row({"t_out", "c_out", tr("&Folder of the results")}, folder_));
+  folder_->setPlaceholderText(qt_path(session.project().working_folder()));
   more_ = new parameter_fields(shown_, {"out", "max-clones", "max-width", "min-size", "step", "steps"});
   auto *scroll = new QScrollArea(this);
   scroll->setWidgetResizable(true);
@@ -96,27 +95,6 @@ QWidget *adapt_clust_form::methods() {
   frame->setEnabled(false);
   frame->setToolTip(tr("Reserved: nothing goes by these yet."));
   return frame;
-}
-
-QWidget *adapt_clust_form::folder_line() {
-  auto *row = new QWidget(this);
-  auto *inside = new QHBoxLayout(row);
-  inside->setContentsMargins(0, 0, 0, 0);
-  folder_ = new QLineEdit(row);
-  folder_->setObjectName("t_out");
-  folder_->setAccessibleName(tr("Folder of the results"));
-  folder_->setPlaceholderText(qt_path(session().project().working_folder()));
-  QPushButton *choose = push_button("c_out", tr("Folder..."));
-  connect(choose, &QPushButton::clicked, this, [this] {
-    if (const QString chosen = QFileDialog::getExistingDirectory(this, tr("Folder of the results")); !chosen.isEmpty())
-      folder_->setText(chosen);
-  });
-  auto *label = new QLabel(tr("&Folder of the results"), row);
-  label->setBuddy(folder_);
-  inside->addWidget(label);
-  inside->addWidget(folder_, 1);
-  inside->addWidget(choose);
-  return row;
 }
 
 void adapt_clust_form::start() {

@@ -4,7 +4,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -48,6 +50,31 @@ inline QPushButton *push_button(const char *control, const QString &caption) {
   button->setAccessibleName(caption.simplified());
   button->setAutoDefault(false);
   return button;
+}
+
+// A line for a folder, with a button that chooses one. `line`: comes out.
+struct folder_names {
+  const char *line, *button;
+  QString caption;
+};
+inline QWidget *folder_row(const folder_names &names, QLineEdit *&line) {
+  auto *row = new QWidget;
+  auto *inside = new QHBoxLayout(row);
+  inside->setContentsMargins(0, 0, 0, 0);
+  line = new QLineEdit(row);
+  line->setObjectName(names.line);
+  line->setAccessibleName(QString(names.caption).remove('&'));
+  QPushButton *choose = push_button(names.button, QObject::tr("Folder..."));
+  QObject::connect(choose, &QPushButton::clicked, row, [row, line] {
+    if (const QString chosen = QFileDialog::getExistingDirectory(row, line->accessibleName()); !chosen.isEmpty())
+      line->setText(chosen);
+  });
+  auto *label = new QLabel(names.caption, row);
+  label->setBuddy(line);
+  inside->addWidget(label);
+  inside->addWidget(line, 1);
+  inside->addWidget(choose);
+  return row;
 }
 
 // Two buttons with the names and captions of a form.

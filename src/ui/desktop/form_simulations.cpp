@@ -1,5 +1,4 @@
 // form_simul_1, "Simulations": p-values of common bands by formula, by simulation, and from tables.
-#include <QFileDialog>
 #include <QGroupBox>
 #include <QPointer>
 #include <QVBoxLayout>
@@ -27,7 +26,6 @@ private:
   using setter = std::function<void(bound_command &)>;
   QWidget *pair_frame();
   QWidget *table_frame();
-  QWidget *folder_line();
   void press(const char *id, const setter &set);
   void set_sizes(bound_command &command) const;
   static void set_line(bound_command &command, const char *key, const QLineEdit *line);
@@ -47,7 +45,8 @@ simulations_form::simulations_form(desktop_session &session, QWidget *parent)
   whole->addLayout(side_by_side);
   side_by_side->addWidget(pair_frame());
   side_by_side->addWidget(table_frame());
-  whole->addWidget(folder_line());
+  whole->addWidget(folder_row({"t_folder", "c_folder", tr("&Folder of tables and reports")}, folder_));
+  folder_->setText(qt_path(session.project().working_folder()));
   whole->addWidget(wrong_label());
   auto *close = new QDialogButtonBox(QDialogButtonBox::Close, this);
   whole->addWidget(close);
@@ -139,27 +138,6 @@ QWidget *simulations_form::table_frame() {
     });
   });
   return frame;
-}
-
-QWidget *simulations_form::folder_line() {
-  auto *row = new QWidget(this);
-  auto *inside = new QHBoxLayout(row);
-  inside->setContentsMargins(0, 0, 0, 0);
-  folder_ = new QLineEdit(row);
-  folder_->setObjectName("t_folder");
-  folder_->setAccessibleName(tr("Folder of tables and reports"));
-  folder_->setText(qt_path(session().project().working_folder()));
-  QPushButton *choose = push_button("c_folder", tr("Folder..."));
-  connect(choose, &QPushButton::clicked, this, [this] {
-    if (const QString chosen = QFileDialog::getExistingDirectory(this, tr("Folder")); !chosen.isEmpty())
-      folder_->setText(chosen);
-  });
-  auto *label = new QLabel(tr("&Folder of tables and reports"), row);
-  label->setBuddy(folder_);
-  inside->addWidget(label);
-  inside->addWidget(folder_, 1);
-  inside->addWidget(choose);
-  return row;
 }
 
 void simulations_form::set_line(bound_command &command, const char *key, const QLineEdit *line) {

@@ -2,32 +2,10 @@
 
 #include <QLabel>
 #include <QStatusBar>
-#include <algorithm>
 
-#include "metrics/class_clone_dist_my.h"
+#include "commands/lanes_of_clones.h"
 
 namespace orb {
-
-namespace {
-
-constexpr std::size_t most_lanes = 120; // more would be no picture
-
-} // namespace
-
-lane_values lanes_of_clones(desktop_session &session, const std::vector<clone_number> &clones) {
-  project_state &project = session.project();
-  class_clone_dist_my gate(project.context(), &project.signif().net());
-  gate.net_private_parameters_set_interface(project.rule());
-  const class_DB_of_clones &database = project.database();
-  std::vector<clone_number> known;
-  for (const clone_number clone : clones)
-    if (clone >= 1 && clone <= database.total_number_of_clones_get())
-      known.push_back(clone);
-  known = order_of_lanes(std::move(known), project.has(project_part::contigs) ? database.contigs().get() : nullptr);
-  known.resize(std::min(known.size(), most_lanes));
-  return lane_values_of(database, known,
-                        [&gate](clone_number a, clone_number b) { return gate.overlap_is_significant(a, b); });
-}
 
 lanes_window::lanes_window(desktop_session &session, QWidget *parent)
     : QMainWindow(parent, Qt::Window), session_(session), canvas_(new lanes_canvas(this)), state_(new QLabel(this)) {
@@ -52,7 +30,7 @@ void lanes_window::show_selection() {
   if (!session_.project().running().empty())
     return;
   const auto &clones = session_.selection().clones();
-  lane_values values = lanes_of_clones(session_, clones);
+  lane_values values = lanes_of_clones(session_.project(), clones);
   const auto n_shown = values.lanes.size();
   canvas_->values_set(std::move(values));
   state_->setText(

@@ -10,9 +10,6 @@ class QLabel;
 
 namespace orb {
 
-// Lanes of clones of the session's library; those overlap that do by its rule, from the net when one is loaded.
-lane_values lanes_of_clones(desktop_session &session, const std::vector<clone_number> &clones);
-
 class lanes_window : public QMainWindow {
   Q_OBJECT
 

@@ -114,17 +114,14 @@ fs::path main_window::run_in_use() {
 }
 
 void main_window::open_window(const std::string &control) {
-  QWidget *window = nullptr;
   if (control == "mnu_View_net")
-    window = open_net_viewer(session_, {}, this);
+    open_net_viewer(session_, {}, this);
   else if (control == "mnu_View_contigs")
-    window = open_contig_browser(session_, run_in_use(), this);
+    open_contig_browser(session_, run_in_use(), this);
   else if (control == "mnu_View_lanes")
-    window = open_lanes(session_, this);
+    open_lanes(session_, this);
   else if (control == "mnu_View_mark")
-    window = open_mark_vertices(session_, this);
-  if (window)
-    window->show();
+    open_mark_vertices(session_, this);
 }
 
 void main_window::about() {
@@ -149,11 +146,10 @@ void main_window::open_path(const fs::path &path) {
     if (!session_.run(command).completed)
       return;
   remember(path);
-  QWidget *window = !found.net_to_view.empty()         ? open_net_viewer(session_, found.net_to_view, this)
-                    : !found.contigs_to_browse.empty() ? open_contig_browser(session_, found.contigs_to_browse, this)
-                                                       : nullptr;
-  if (window)
-    window->show();
+  if (!found.net_to_view.empty())
+    open_net_viewer(session_, found.net_to_view, this);
+  else if (!found.contigs_to_browse.empty())
+    open_contig_browser(session_, found.contigs_to_browse, this);
 }
 
 void main_window::dragEnterEvent(QDragEnterEvent *event) {

@@ -126,7 +126,7 @@ bool net_window::open_file(const std::filesystem::path &file) {
 void net_window::closeEvent(QCloseEvent *event) {
   if (depth_ > 0) { // at work, or in a dialog of its own
     event->ignore();
-    if (view_->process_state() == view_process::running || view_->process_state() == view_process::stop_asked)
+    if (view_->is_at_work())
       view_->close_requested();
     return;
   }

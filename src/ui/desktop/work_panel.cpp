@@ -66,6 +66,7 @@ work_panel::work_panel(desktop_session &session, const main_menu &menu, QWidget 
   script_->setPlaceholderText(tr("Each command that runs here becomes a line; orb script repeats them."));
   fill_states();
   connect(&session, &desktop_session::project_changed, this, &work_panel::fill_states);
+  connect(&session.selection(), &selection_model::changed, this, &work_panel::fill_states);
   connect(&session, &desktop_session::begun, this, &work_panel::begin);
   connect(&session, &desktop_session::ended, this, &work_panel::end);
   connect(&session, &desktop_session::note_shown, this, &work_panel::say);
