@@ -115,8 +115,8 @@ void bury(const class_DB_of_clones &database, const class_net &net, const std::v
 }
 
 // A clone can be held by one with as many bands or more, so that clones are looked at from the largest to the smallest:
-// of two that hold each other the larger one stays.
-void bury_clones(const class_DB_of_clones &database, const class_net &net, contig_map &map) {
+// of two that hold each other the larger one stays. False when stopped.
+bool bury_clones(process_frame &frame, const class_DB_of_clones &database, const class_net &net, contig_map &map) {
   std::vector<clone_number> order;
   for (std::size_t c = 1; c < map.contigs.size(); ++c)
     order.insert(order.end(), map.contigs[c].clones.begin(), map.contigs[c].clones.end());
@@ -125,10 +125,15 @@ void bury_clones(const class_DB_of_clones &database, const class_net &net, conti
            std::tuple(-database.number_of_bands_in_clone_get(b), b);
   });
   std::vector<char> seen(map.clones.size(), 0);
+  constexpr std::int32_t stride = 5000;
+  std::int32_t n_seen = 0;
   for (const clone_number clone : order) {
+    if (++n_seen % stride == 0 && !frame.goes_on())
+      return false;
     bury(database, net, seen, clone, map);
     seen[static_cast<std::size_t>(clone)] = 1;
   }
+  return true;
 }
 
 void put_verdicts(const class_net &net, contig_map &map) {
@@ -158,7 +163,8 @@ bool make_contig_map(process_frame &frame, const class_DB_of_clones &database, c
     put_path(registry.tiling_path_get(contig.id), static_cast<std::int32_t>(c), map);
   }
   if (net != nullptr) {
-    bury_clones(database, *net, map);
+    if (!bury_clones(frame, database, *net, map))
+      return false;
     put_verdicts(*net, map);
   }
   return true;

@@ -48,7 +48,7 @@ struct contig_map {
 Q_verdict verdict_in_net(const class_net &net, std::int32_t n_Q, clone_number clone);
 
 // `net`: of the library, with burial codes and marks of Q-clones; null: none is known. A net without a marked Q-clone
-// tells no verdicts. False after a message: coordinates that can't be.
+// tells no verdicts. False when stopped, or after a message: coordinates that can't be.
 bool make_contig_map(process_frame &frame, const class_DB_of_clones &database, const class_FPCto_import &registry,
                      const class_net *net, contig_map &map);
 

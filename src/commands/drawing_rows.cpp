@@ -3,6 +3,8 @@
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
 #include "drawing/class_clone_net_draw.h"
+#include "drawing/mark_vertices.h"
+#include "frame/numbers.h"
 #include "lists/class_list_of_clones.h"
 
 namespace orb {
@@ -179,9 +181,9 @@ bool draw_list(project_state &project, const draw_parameters &p, class_clone_net
                                                                   marks[2], p.several_metrics, p.table, kind);
 }
 
-command_result result_of_drawing(project_state &project, const class_clone_net_draw &draw, bool drawn) {
+command_result result_of_drawing(project_state &project, const std::vector<fs::path> &files, bool drawn) {
   command_result result = result_of(project, drawn);
-  for (const fs::path &file : draw.files_written()) {
+  for (const fs::path &file : files) {
     result.file(file.filename().string(), file);
     result.lines.push_back(file.string());
   }
@@ -203,7 +205,7 @@ command_result run_draw(project_state &project, const draw_parameters &p) {
   draw.options_set(drawing_of(p));
   draw.mark_names_set({"mark 1", "mark 2", "mark 3"});
   const bool drawn = draw_list(project, p, draw, list, name, marks);
-  command_result result = result_of_drawing(project, draw, drawn);
+  command_result result = result_of_drawing(project, draw.files_written(), drawn);
   for (const fs::path &file : {p.list, p.mark_1, p.mark_2, p.mark_3})
     if (!file.empty())
       result.inputs.push_back(file);
@@ -262,7 +264,7 @@ template <class Work> command_result with_drawing(project_state &project, const 
   panel.nets_for_cutoffs = panel.nets_for_cutoffs || project.settings().several_metrics_and_cutoffs;
   draw.options_set(panel);
   const bool drawn = work(draw);
-  return result_of_drawing(project, draw, drawn);
+  return result_of_drawing(project, draw.files_written(), drawn);
 }
 
 command_result run_marked(project_state &project, const runs_parameters &p) {
@@ -293,6 +295,60 @@ command_result run_each_list(project_state &project, const runs_parameters &p) {
     return draw.nets_with_shown_list_of_clones(p.list, p.folder.empty() ? fs::path() : any_file_of(p.folder),
                                                project.database());
   });
+}
+
+// ---- draw.vertices ----
+
+struct vertices_parameters {
+  fs::path list, out;
+  std::vector<fs::path> marks; // texts of vertex_mark
+  std::optional<double> cutoff;
+  bool force = false;
+};
+
+void describe_vertices(parameter_list &list, vertices_parameters &p) {
+  list.add("list", p.list, "clones of the net, one a line; without it a dialog asks").type("LIST");
+  list.add("mark", p.marks,
+           "how the clones of a list are marked: color=Red=LIST, border=Red=LIST, size=3=LIST, shape=box=LIST, "
+           "caption=TEXT=LIST, or name==LIST, which leaves the other clones without names; several are done in turn")
+      .type("MARK");
+  list.add("cutoff", p.cutoff, "of the overlaps that are drawn").limits(0, 1e6).unset("that of the session");
+  list.add("out", p.out, "the drawing").type("FILE.net").unset("a new folder in the working folder");
+  list.add("force", p.force, "overwrite results that exist");
+}
+
+void check_vertices(const project_state &project, const parts_there &, const vertices_parameters &p) {
+  check_input(p.list);
+  for (const fs::path &text : p.marks) {
+    const std::optional<vertex_mark> mark = vertex_mark::of(text.string());
+    if (!mark)
+      throw usage_error("--mark " + text.string() +
+                        ": wanted is KIND=VALUE=LIST with the kind color, border, size, shape, caption or name, and a "
+                        "colour, size or shape that there is");
+    check_input(mark->file);
+    project.files().reads(mark->file);
+  }
+  if (!p.out.empty())
+    check_output(project, p.out, p.force);
+}
+
+command_result run_vertices(project_state &project, const vertices_parameters &p) {
+  if (!p.out.empty())
+    work_in(project, folder_of(p.out));
+  form_mark_vertices form(project.signif(), project.rule());
+  if (p.cutoff)
+    form.t_cutoff = number_text_shortest(*p.cutoff);
+  if (!form.start(p.list))
+    return stopped_or_failed(project);
+  for (const fs::path &mark : p.marks)
+    if (!form.mark(*vertex_mark::of(mark.string())))
+      return stopped_or_failed(project);
+  const bool drawn = form.ok(p.out);
+  command_result result = result_of_drawing(project, form.files_written(), drawn);
+  result.inputs.push_back(form.list_file());
+  for (const vertex_mark &mark : form.marks())
+    result.inputs.push_back(mark.file);
+  return result;
 }
 
 } // namespace
@@ -335,6 +391,16 @@ void add_drawing_rows(command_rows &rows) {
                      .checked_by(check_runs)
                      .runs(run_each_list)
                      .row());
+  rows.push_back(
+      command_maker<vertices_parameters>("draw.vertices")
+          .captioned("Mark vertices")
+          .purpose("draw the net of a list with any number of lists marked in it, each in its way")
+          .example("draw.vertices list=contig.txt mark=color=Red=tiling_path.txt mark=shape=box=doubtful.txt")
+          .needs({part::library})
+          .parameters(describe_vertices)
+          .checked_by(check_vertices)
+          .runs(run_vertices)
+          .row());
 }
 
 } // namespace orb

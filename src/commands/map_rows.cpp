@@ -93,11 +93,15 @@ command_result ended(project_state &project, const map_parameters &p, bool drawn
 }
 
 command_result draw_overview(project_state &project, const map_parameters &p, const contig_map &map) {
+  process_frame &frame = project.frame();
+  if (!frame.goes_on())
+    return stopped_or_failed(project);
   const overview_values values = overview_values_of(map);
-  picture_file picture(p.output.out);
+  if (!frame.goes_on())
+    return stopped_or_failed(project);
+  picture_file picture(p.output.out, [&frame] { frame.yield(); });
   const std::vector<overview_page> pages = lay_out_overview(values, format_of(p), picture.surface().text_width);
-  command_result result =
-      ended(project, p, draw_pages(project.frame(), picture, pages, draw_overview_page), pages.size());
+  command_result result = ended(project, p, draw_pages(frame, picture, pages, draw_overview_page), pages.size());
   result.figure("contigs", values.contigs.size());
   return result;
 }
@@ -115,7 +119,7 @@ command_result draw_contig(project_state &project, const map_parameters &p, cons
     return stopped_or_failed(project);
   if (!project.has(project_part::net))
     project.frame().note("No net is known: nothing is said of buried clones and Q-clones.");
-  picture_file picture(p.output.out);
+  picture_file picture(p.output.out, [&project] { project.frame().yield(); });
   const std::vector<map_page> pages = lay_out_contig(values, format_of(p), picture.surface().text_width);
   command_result result = ended(project, p, draw_pages(project.frame(), picture, pages, draw_map_page), pages.size());
   result.parameter("contig", p.contig);

@@ -106,7 +106,7 @@ const std::vector<menu_entry> &table_of_menu_entries() {
       entry{"mnu_View_net", "View", "Net viewer", "", {}, true},
       entry{"mnu_View_contigs", "View", "Contig browser...", "", {}, true},
       entry{"mnu_View_lanes", "View", "Fingerprints of selected clones", "", {}, true, {project_part::library}},
-      entry{"mnu_View_mark", "View", "Mark vertices...", "", {}, true, {project_part::library}},
+      entry{"mnu_View_mark", "View", "Mark vertices...", "draw.vertices", {}},
       entry{"mnu_View_Project", "View", "Project", "project.show", {}},
       entry{"mnu_Format", "Format", "Data formats", "formats.set", {}},
       // Analysis

@@ -12,6 +12,7 @@
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "drawing/cairo_surface.h"
+#include "drawing/polled_surface.h"
 #include "drawing/scaled_surface.h"
 #include "frame/numbers.h"
 #include "project/input_kind.h"
@@ -69,20 +70,24 @@ net_picture look_of(const picture_parameters &p) {
   return look;
 }
 
-void draw_picture(project_state &project, const class_net_elng &net, net_sheet sheet, const picture_parameters &p,
+// False when stopped: then there is no file.
+bool draw_picture(project_state &project, const class_net_elng &net, net_sheet sheet, const picture_parameters &p,
                   const fs::path &file) {
   constexpr std::int32_t many = 1500; // nodes that would hide each other
   if (net.n_vertices_get() > many)
     sheet.look.least_half_size = 1.5f;
-  picture_file picture(file);
+  picture_file picture(file, [&project] { project.frame().yield(); });
   picture.start_page(picture_size_of(p.size));
-  const paint_faults faults =
-      draw_net_sheet(net, sheet, scaled_surface(picture.surface(), static_cast<float>(p.scale)));
+  const drawing_surface surface = polled_surface(picture.surface(), [&project] { return project.frame().goes_on(); });
+  const paint_faults faults = draw_net_sheet(net, sheet, scaled_surface(surface, static_cast<float>(p.scale)));
+  if (project.frame().stop_requested_get())
+    return false;
   picture.commit();
   if (faults.n_vertices > 0)
     project.frame().alarm("Vertex #" + std::to_string(faults.first_vertex) + " was not drawn properly!");
   if (faults.n_edges > 0)
     project.frame().alarm("Edge #" + std::to_string(faults.first_edge) + " was not drawn properly!");
+  return true;
 }
 
 double aspect_of(const picture_parameters &p) {
@@ -104,7 +109,8 @@ command_result run_net_picture(project_state &project, const net_picture_paramet
   net_sheet sheet;
   sheet.title = fmt::format("{}: {} nodes, {} edges", net.net_name_get(), net.n_vertices_get(), net.n_edges_get());
   sheet.look = look_of(p.picture);
-  draw_picture(project, net, sheet, p.picture, p.picture.output.out);
+  if (!draw_picture(project, net, sheet, p.picture, p.picture.output.out))
+    return stopped_or_failed(project);
   command_result result;
   result.inputs.push_back(p.file);
   result.file("picture", p.picture.output.out);
@@ -171,8 +177,7 @@ public:
                               net.n_edges_get(), number_text_shortest(project_.rule().cutoff));
     sheet.look = look_of(p_.picture);
     colour_nodes(net, map_, p_.colours, sheet);
-    draw_picture(project_, net, sheet, p_.picture, file);
-    return true;
+    return draw_picture(project_, net, sheet, p_.picture, file);
   }
 
   const mapped_contig *contig(const std::string &name) const {

@@ -8,6 +8,7 @@
 #include "commands/picture_size.h"
 #include "commands/row_steps.h"
 #include "drawing/cairo_surface.h"
+#include "drawing/polled_surface.h"
 #include "drawing/recording_surface.h"
 #include "frame/numbers.h"
 #include "viewer/net_view.h"
@@ -58,13 +59,18 @@ void check_view(const project_state &project, const parts_there &, const view_pa
       check_output(project, file, p.force);
 }
 
-void put_picture(const net_view &view, const view_parameters &p) {
-  picture_file picture(p.picture);
+// False when stopped: then there is no file.
+bool put_picture(process_frame &frame, const net_view &view, const view_parameters &p) {
+  picture_file picture(p.picture, [&frame] { frame.yield(); });
   picture.start_page(picture_size_of(p.size));
   net_picture look = view.picture();
   look.moves = false;
-  net_painter().redraw_net(view.net(), view.geometry(), look, &view.cluster_table(), picture.surface());
+  net_painter().redraw_net(view.net(), view.geometry(), look, &view.cluster_table(),
+                           polled_surface(picture.surface(), [&frame] { return frame.goes_on(); }));
+  if (frame.stop_requested_get())
+    return false;
   picture.commit();
+  return true;
 }
 
 command_result run_view(project_state &project, const view_parameters &p) {
@@ -91,7 +97,8 @@ command_result run_view(project_state &project, const view_parameters &p) {
   if (!p.out.empty() && view.save(true, false, p.out))
     result.file("net", p.out);
   if (!p.picture.empty()) {
-    put_picture(view, p);
+    if (!put_picture(project.frame(), view, p))
+      return stopped_or_failed(project);
     result.file("picture", p.picture);
   }
   result.figure("nodes", view.net().n_vertices_get());

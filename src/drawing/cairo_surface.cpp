@@ -325,7 +325,8 @@ std::optional<picture_form> picture_form_of(const std::filesystem::path &file) {
 }
 
 struct picture_file::parts {
-  explicit parts(const std::filesystem::path &path) : form(picture_form_of(path)), file(path) {
+  parts(const std::filesystem::path &path, std::function<void()> between_)
+      : form(picture_form_of(path)), file(path), between(std::move(between_)) {
     start_raster(page, 1, 1); // for the widths of texts
   }
 
@@ -338,6 +339,8 @@ struct picture_file::parts {
         self->svg += text;
       else if (!self->failed)
         self->file.write(text);
+      if (self->between)
+        self->between();
     } catch (...) {
       self->failed = std::current_exception();
     }
@@ -398,6 +401,7 @@ struct picture_file::parts {
 
   std::optional<picture_form> form;
   result_file file; // outlives the page, which may write when it ends
+  std::function<void()> between;
   std::exception_ptr failed;
   std::string svg; // whole, before it goes to the file
   canvas page;
@@ -405,7 +409,8 @@ struct picture_file::parts {
   bool started = false;
 };
 
-picture_file::picture_file(const std::filesystem::path &file) : parts_(std::make_unique<parts>(file)) {
+picture_file::picture_file(const std::filesystem::path &file, std::function<void()> between)
+    : parts_(std::make_unique<parts>(file, std::move(between))) {
   if (!parts_->form)
     throw std::invalid_argument("no picture has the ending of " + file.string());
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -40,7 +41,8 @@ std::optional<picture_form> picture_form_of(const std::filesystem::path &file);
 // file_error.
 class picture_file {
 public:
-  explicit picture_file(const std::filesystem::path &file);
+  // `between` is called now and then while a page is packed, which takes longer than somebody at a window waits.
+  explicit picture_file(const std::filesystem::path &file, std::function<void()> between = {});
   ~picture_file();
   picture_file(const picture_file &) = delete;
   picture_file &operator=(const picture_file &) = delete;

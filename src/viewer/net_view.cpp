@@ -298,6 +298,8 @@ bool net_view::save(bool all_nodes, bool remove_saved, std::filesystem::path fil
     }
     step_value_set(file.string());
   }
+  if (window_.net_is_to_be_written)
+    window_.net_is_to_be_written(file);
   net_saving wanted;
   wanted.net_name = net().net_name_get();
   wanted.all_nodes = all_nodes;

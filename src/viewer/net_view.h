@@ -54,6 +54,7 @@ struct view_window {
   std::function<std::optional<colour_value>(colour_value now)> colour_dialog;
   std::function<void()> panels_changed;
   std::function<void()> picture_changed; // something was drawn; serves events in place of the frame
+  std::function<void(const std::filesystem::path &file)> net_is_to_be_written; // what it throws ends the saving
   // A net or a clustering was written, as this control does.
   std::function<void(const std::string &control, const std::filesystem::path &file)> file_written;
   std::function<void(surface_size)> resize; // gives the surface another size, when a step wants it

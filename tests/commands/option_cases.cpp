@@ -914,6 +914,21 @@ answer: Open = in/lists/a.txt
   mark=in/other.txt -> *.net
   mark-list=yes -> *.net
 [library net]
+run: draw.vertices
+fails
+  list=in/list.txt -> *.net
+[library net]
+before: list.sort list=in/list.txt out=m.net
+run: draw.vertices list=in/list.txt out=m.net
+fails
+  force=yes -> m.net
+[library net]
+run: draw.vertices list=in/list.txt out=o.net
+  mark=color=Red=in/other.txt -> o.net
+  mark=name==in/other.txt -> o.net
+  cutoff=40 -> o.net
+  out=p.net -> p.net
+[library net]
 run: draw.two_metrics
 fails
   list=in/list.txt -> *.net

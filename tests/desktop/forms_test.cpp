@@ -23,6 +23,34 @@ protected:
     ASSERT_TRUE(run("library.load", {{"file", example()}}));
     ASSERT_TRUE(run("net.create"));
   }
+  // A list of the clones first to last of the library.
+  QString list_of(const char *name, orb::clone_number first, orb::clone_number last) {
+    std::string text;
+    for (orb::clone_number clone = first; clone <= last; ++clone)
+      text += session.project().database().name_of_clone_get(clone) + "\n";
+    orb::write_bytes(in_folder(name), text);
+    return qt_text(in_folder(name));
+  }
+  // Whoever reads the screen aloud, or has no mouse: fields have names, and the tab key goes down and to the right.
+  static void expect_reachable(QWidget *form) {
+    const auto is_stop = [form](const QWidget *field) {
+      return field->isVisible() && field->isEnabled() && form->isAncestorOf(field) &&
+             (field->focusPolicy() & Qt::TabFocus) && field->focusProxy() == nullptr;
+    };
+    QPoint last(-1, -1);
+    for (QWidget *field = form->nextInFocusChain(); field != form; field = field->nextInFocusChain()) {
+      if (!is_stop(field))
+        continue;
+      const auto *button = qobject_cast<QAbstractButton *>(field);
+      EXPECT_FALSE((button ? button->text() + field->accessibleName() : field->accessibleName()).isEmpty())
+          << form->objectName().toStdString() << ": " << field->objectName().toStdString() << " "
+          << field->metaObject()->className();
+      const QPoint at = field->mapTo(form, QPoint(0, field->height() / 2));
+      EXPECT_TRUE(at.y() >= last.y() - 4 || at.x() > last.x())
+          << form->objectName().toStdString() << ": up to " << field->objectName().toStdString();
+      last = at;
+    }
+  }
 };
 
 } // namespace
@@ -126,6 +154,38 @@ TEST_F(forms, setting_QQ) {
   EXPECT_EQ(session.answers(), QStringList("max rank connections (min=1, max=50)\t2"));
 }
 
+TEST_F(forms, mark_vertices) {
+  load_all();
+  EXPECT_FALSE(shown("form_mark_vertices"));
+  boxes.answer("Open file with all interesting clones", list_of("all.txt", 1, 40));
+  QWidget *form = choose("mnu_View_mark", "form_mark_vertices");
+  const auto label = [form](const char *name) { return form->findChild<QLabel *>(name)->text(); };
+  EXPECT_EQ(label("l_vertices"), "40 clones from all.txt");
+  press(form, "Command_load"); // cancelled
+  EXPECT_EQ(label("l_n_vertices"), "");
+  auto *kind = form->findChild<QComboBox *>("Combo_mark_by"), *value = form->findChild<QComboBox *>("Combo1_index");
+  EXPECT_EQ(value->currentText(), "White");
+  value->setCurrentText("Red");
+  boxes.answer("Open file with list of marked clones", list_of("red.txt", 2, 5));
+  press(form, "Command_load");
+  EXPECT_EQ(label("l_n_vertices"), "4 clones from red.txt");
+  kind->setCurrentText("Caption");
+  EXPECT_EQ(value->currentText(), "------");
+  boxes.answer("Open file with list of marked clones", list_of("named.txt", 7, 7));
+  boxes.answer("Input caption for marking vertices", " LOD=5");
+  press(form, "Command_load");
+  EXPECT_EQ(label("l_list_name"), "named.txt");
+  fill(form, "t_cutoff", "much");
+  press(form, "Ok");
+  EXPECT_EQ(boxes.seen.back(), "Cutoff should be numerical!");
+  fill(form, "t_cutoff", "17,5");
+  press(form, "Ok");
+  EXPECT_FALSE(shown("form_mark_vertices"));
+  EXPECT_EQ(last_line().toStdString(), "draw.vertices list=" + in_folder("all.txt") +
+                                           " mark=color=Red=" + in_folder("red.txt") +
+                                           " mark=\"caption= LOD=5=" + in_folder("named.txt") + "\" cutoff=17.5");
+}
+
 TEST_F(forms, simulations) {
   QWidget *form = choose("mnu_File_Simul_Score", "form_simul_1");
   EXPECT_EQ(form->windowTitle(), "Simulations");
@@ -178,6 +238,7 @@ TEST_F(forms, adaptive_clustering) {
 TEST_F(forms, every_entry_opens_and_cancels) {
   load_all();
   const auto lines = session.lines();
+  boxes.answer("Open file with all interesting clones", list_of("all.txt", 1, 3));
   std::size_t n_forms = 0;
   for (const orb::menu_entry &entry : orb::table_of_menu_entries()) {
     const QAction *action = window.action(entry.control);
@@ -201,6 +262,7 @@ TEST_F(forms, every_entry_opens_and_cancels) {
     }
     EXPECT_LE(form->width(), 1280);
     EXPECT_LE(form->height(), 800) << entry.control;
+    expect_reachable(form);
     form->close();
     settle();
     ++n_forms;

@@ -39,6 +39,17 @@ protected:
     QWheelEvent event(at, picture->mapToGlobal(at), {}, {0, 120 * steps}, {}, {}, Qt::NoScrollPhase, false);
     QApplication::sendEvent(picture, &event);
   }
+  // A line of the log in a session that begins anew, after what led to the run.
+  exit_status run_again(const std::string &line) {
+    desktop_session other;
+    other.keep_quiet(true, true);
+    const command_streams streams{[](const std::string &) {}, [](const std::string &) {}, [](const std::string &) {},
+                                  [](int, int, const std::string &) {}, [](const std::string &, bool) {}};
+    const std::string script = "library.load file=" ORB_SOURCE_DIR
+                               "/examples/ecoli536\nnet.create\ncontigs.load folder=" +
+                               session.project().origin(project_part::contigs).file.string() + "\n" + line + "\n";
+    return run_script(script, "script", other.project(), streams);
+  }
   std::vector<std::pair<float, float>> places(net_window &window) const {
     std::vector<std::pair<float, float>> found;
     for (const node_elng &node : window.view().net().nodes())
@@ -97,16 +108,33 @@ TEST_F(viewer, what_is_saved_is_what_the_line_of_the_log_saves) {
   const std::size_t at = line.find(saved.string());
   ASSERT_NE(at, std::string::npos) << line;
   line.replace(at, saved.string().size(), again.string());
-  desktop_session other;
-  other.keep_quiet(true, true);
-  const command_streams streams{[](const std::string &) {}, [](const std::string &) {}, [](const std::string &) {},
-                                [](int, int, const std::string &) {}, [](const std::string &, bool) {}};
-  const std::string script = "library.load file=" ORB_SOURCE_DIR
-                             "/examples/ecoli536\nnet.create\ncontigs.load folder=" +
-                             session.project().origin(project_part::contigs).file.string() + "\n" + line + "\n";
-  EXPECT_EQ(run_script(script, "script", other.project(), streams), exit_status::done) << line;
+  EXPECT_EQ(run_again(line), exit_status::done) << line;
   EXPECT_EQ(bytes_of(again), bytes_of(saved)) << line;
   EXPECT_NE(bytes_of(again), bytes_of(file));
+}
+
+TEST_F(viewer, a_net_that_is_saved_over_is_kept_for_the_line_of_the_log) {
+  const fs::path file = part_of_a_contig();
+  const std::string at_first = bytes_of(file);
+  net_window *window = open_net(file);
+  const auto save_after_a_drag = [&] {
+    drag(picture_of(*window), place_of(*window, 3), place_of(*window, 3) + QPoint(40, -30));
+    EXPECT_TRUE(window->choose("mnuSave", file.string()));
+    return bytes_of(file);
+  };
+  save_after_a_drag();
+  const std::string second = save_after_a_drag();
+  EXPECT_EQ(bytes_of(file.string() + "~"), at_first) << "not as it was between";
+  std::string line = session.lines().back().toStdString();
+  EXPECT_EQ(run_again(line), exit_status::done) << line;
+  EXPECT_EQ(bytes_of(file), second) << line;
+  EXPECT_TRUE(window->choose("mnuFileNewNetFile", file.string()));
+  const std::string third = save_after_a_drag();
+  EXPECT_EQ(bytes_of(file.string() + "~~"), second);
+  line = session.lines().back().toStdString();
+  EXPECT_EQ(run_again(line), exit_status::done) << line;
+  EXPECT_EQ(bytes_of(file), third) << line;
+  EXPECT_NE(third, second);
 }
 
 TEST_F(viewer, keys_search_and_one_selection_for_all_windows) {

@@ -385,6 +385,20 @@ TEST(mark_vertices, each_list_is_marked_in_its_way) {
   form.t_cutoff = "20";
   ASSERT_TRUE(form.ok(f.folder / "m.net"));
   const std::string drawn = f.bytes_of("m.net");
+
+  form_mark_vertices again(f.signif, f.rule); // as the texts of its marks say
+  ASSERT_TRUE(again.start(form.list_file()));
+  for (const vertex_mark &wanted : form.marks())
+    ASSERT_TRUE(again.mark(vertex_mark::of(wanted.text()).value())) << wanted.text();
+  again.t_cutoff = form.t_cutoff;
+  ASSERT_TRUE(again.ok(f.folder / "again.net"));
+  EXPECT_EQ(f.bytes_of("again.net"), drawn);
+  EXPECT_EQ(vertex_mark::of("caption=LOD=5=l.txt").value().caption, "LOD=5");
+  EXPECT_EQ(vertex_mark::of("name==l.txt").value().file, "l.txt");
+  for (const char *wrong :
+       {"color=Redd=l.txt", "colour=Red=l.txt", "size=11=l.txt", "size=0=l.txt", "shape=box", "name==", ""})
+    EXPECT_FALSE(vertex_mark::of(wrong)) << wrong;
+
   std::string_view red;
   color_name_of_scale(7, red);
   const auto line_of = [&drawn](const std::string &clone) {

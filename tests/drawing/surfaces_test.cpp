@@ -6,9 +6,12 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <tuple>
 
 #include "drawing/cairo_surface.h"
 #include "drawing/interval_rows.h"
+#include "drawing/polled_surface.h"
+#include "drawing/recording_surface.h"
 #include "frame/failures.h"
 #include "frame/random_source.h"
 #include "support/temporary_folder.h"
@@ -206,6 +209,42 @@ TEST(pictures, are_whole_or_not_at_all) {
   }
   picture_file large(folder.path() / "c.png");
   EXPECT_THROW(large.start_page({10, largest_raster_side + 1.f}), std::length_error);
+}
+
+TEST(polled_surface, draws_all_in_pieces_until_it_is_told_to_end) {
+  const std::vector<surface_line> lines(10'000);
+  std::vector<surface_point> corners(3 * 10'000);
+  for (std::size_t k = 0; k < corners.size(); ++k)
+    corners[k].x = static_cast<float>(k);
+  const auto draw = [&](int answers_yes) {
+    surface_record record{{100, 100}, 0, {}};
+    int n_asked = 0;
+    const drawing_surface surface = polled_surface(recording_surface(record), [&] { return n_asked++ < answers_yes; });
+    surface.lines({}, lines);
+    surface.polygons({}, 3, corners);
+    surface.circles({}, std::vector<surface_box>(5));
+    std::size_t n_lines = 0;
+    std::vector<surface_point> points;
+    for (const auto &drawn : record.drawn) {
+      if (const auto *run = std::get_if<drawn_lines>(&drawn))
+        n_lines += run->lines.size();
+      if (const auto *run = std::get_if<drawn_polygons>(&drawn))
+        points.insert(points.end(), run->points.begin(), run->points.end());
+    }
+    for (std::size_t k = 0; k < points.size(); ++k)
+      EXPECT_EQ(points[k].x, corners[k].x);
+    EXPECT_EQ(points.size() % 3, 0u);
+    return std::tuple(n_asked, n_lines, points.size());
+  };
+  const auto [asked_to_the_end, all_lines, all_points] = draw(1000);
+  EXPECT_GT(asked_to_the_end, 6);
+  EXPECT_EQ(all_lines, lines.size());
+  EXPECT_EQ(all_points, corners.size());
+  const auto [asked, some_lines, no_points] = draw(1);
+  EXPECT_EQ(asked, 2) << "not asked again";
+  EXPECT_GT(some_lines, 0u);
+  EXPECT_LT(some_lines, lines.size());
+  EXPECT_EQ(no_points, 0u);
 }
 
 } // namespace

@@ -52,6 +52,7 @@ adapt_clust_form::adapt_clust_form(desktop_session &session, QWidget *parent)
   folder_->setPlaceholderText(qt_path(session.project().working_folder()));
   more_ = new parameter_fields(shown_, {"out", "max-clones", "max-width", "min-size", "step", "steps"});
   auto *scroll = new QScrollArea(this);
+  scroll->setFocusPolicy(Qt::NoFocus); // the tab key goes to its fields
   scroll->setWidgetResizable(true);
   scroll->setWidget(more_);
   scroll->setMinimumHeight(260);

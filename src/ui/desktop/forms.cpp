@@ -11,7 +11,7 @@
 
 namespace orb {
 
-QWidget *form_of_entry(desktop_session &session, const menu_entry &entry, QWidget *parent) {
+std::optional<QWidget *> form_of_entry(desktop_session &session, const menu_entry &entry, QWidget *parent) {
   const std::string &id = entry.command;
   if (id == "parameters.set")
     return form_param(session, parent);
@@ -25,6 +25,8 @@ QWidget *form_of_entry(desktop_session &session, const menu_entry &entry, QWidge
     return form_setting_QQ(session, entry.control, parent);
   if (id == "contigs.assemble")
     return form_adapt_clust(session, parent);
+  if (id == "draw.vertices")
+    return mark_vertices(session, parent);
   static const std::string of_simulations[]{"pvalue.score", "pvalue.estimate", "pvalue.table", "pvalue.lookup",
                                             "pvalue.preset"};
   if (std::find(std::begin(of_simulations), std::end(of_simulations), id) != std::end(of_simulations))
@@ -32,7 +34,7 @@ QWidget *form_of_entry(desktop_session &session, const menu_entry &entry, QWidge
   const bound_command command = bound_by_name(entry.control);
   const auto &rows = command.parameters().rows();
   if (std::all_of(rows.begin(), rows.end(), [](const parameter_row &row) { return row.is_given(); }))
-    return nullptr; // nothing is left to be asked
+    return std::nullopt; // nothing is left to be asked
   return new parameter_dialog(
       session, [control = entry.control] { return bound_by_name(control); }, qt_text(entry.control),
       qt_text(entry.caption), parent);

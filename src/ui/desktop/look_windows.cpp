@@ -4,7 +4,6 @@
 #include "project/input_kind.h"
 #include "ui/desktop/contig_browser_window.h"
 #include "ui/desktop/lanes_window.h"
-#include "ui/desktop/mark_vertices_dialog.h"
 #include "ui/desktop/net_window.h"
 
 namespace orb {
@@ -50,16 +49,6 @@ QWidget *open_lanes(desktop_session &session, QWidget *parent) {
   auto *window = new lanes_window(session, parent);
   window->show();
   return window;
-}
-
-QWidget *open_mark_vertices(desktop_session &session, QWidget *parent) {
-  auto *dialog = new mark_vertices_dialog(session, parent);
-  if (!dialog->start()) {
-    delete dialog;
-    return nullptr;
-  }
-  dialog->show();
-  return dialog;
 }
 
 } // namespace orb

@@ -16,7 +16,5 @@ QWidget *open_net_viewer(desktop_session &session, const std::filesystem::path &
 QWidget *open_contig_browser(desktop_session &session, const std::filesystem::path &run_or_table, QWidget *parent);
 // Fingerprints of the selected clones, which it follows.
 QWidget *open_lanes(desktop_session &session, QWidget *parent);
-// "Mark vertices": asks for the list of clones to be drawn. Null when cancelled.
-QWidget *open_mark_vertices(desktop_session &session, QWidget *parent);
 
 } // namespace orb

@@ -99,8 +99,9 @@ void main_window::choose(const menu_entry &entry) {
     open_window(entry.control);
     return;
   }
-  if (QWidget *form = form_of_entry(session_, entry, this)) {
-    form->show();
+  if (const std::optional<QWidget *> form = form_of_entry(session_, entry, this)) {
+    if (*form != nullptr)
+      (*form)->show();
     return;
   }
   session_.run(bound_by_name(entry.control));
@@ -120,8 +121,6 @@ void main_window::open_window(const std::string &control) {
     open_contig_browser(session_, run_in_use(), this);
   else if (control == "mnu_View_lanes")
     open_lanes(session_, this);
-  else if (control == "mnu_View_mark")
-    open_mark_vertices(session_, this);
 }
 
 void main_window::about() {

@@ -56,6 +56,7 @@ view_window net_window::window_of_view() {
     if (view_ != nullptr && view_->process_state() != view_process::idle)
       session_.project().frame().yield();
   };
+  window.net_is_to_be_written = [this](const std::filesystem::path &file) { keep_what_was_opened(file); };
   window.file_written = [this](const std::string &control, const std::filesystem::path &file) {
     file_was_written(control, file);
   };
@@ -199,15 +200,52 @@ void net_window::take_selection(const QObject *by) {
   show_panels();
 }
 
+namespace {
+
+// A step that opens a net, as "mnuFileNewNetFile=FILE".
+constexpr std::string_view opens = "mnuFileNewNetFile=";
+
+} // namespace
+
+std::filesystem::path net_window::opened_at(std::size_t step) const {
+  if (step == 0)
+    return first_file_;
+  const std::string &text = view_->steps()[step - 1];
+  return text.starts_with(opens) ? std::filesystem::path(text.substr(opens.size())) : std::filesystem::path();
+}
+
+// A line that reads what it writes couldn't be repeated, and the net as it was would be gone. A file that was opened
+// again after it was saved has one more copy.
+void net_window::keep_what_was_opened(const std::filesystem::path &to_be_written) {
+  std::filesystem::path copy;
+  for (std::size_t step = 0; step <= view_->steps().size(); ++step) {
+    const std::filesystem::path file = opened_at(step);
+    std::error_code failed;
+    if (file.empty() || kept_.contains(step) || !std::filesystem::equivalent(file, to_be_written, failed))
+      continue;
+    if (copy.empty()) {
+      copy = file.string() + "~";
+      while (std::any_of(kept_.begin(), kept_.end(), [&copy](const auto &kept) { return kept.second == copy; }))
+        copy += "~";
+      std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing);
+    }
+    kept_[step] = copy;
+  }
+}
+
 QString net_window::script_line(const std::string &save_control, const std::filesystem::path &file) const {
   bound_command command = bound_by_name("net.view");
+  const auto opened = [this](std::size_t step) {
+    const auto kept = kept_.find(step);
+    return kept == kept_.end() ? opened_at(step).string() : kept->second.string();
+  };
   if (!first_file_.empty())
-    command.set("file", first_file_.string());
+    command.set("file", opened(0));
   const surface_size size = view_->first_size();
   command.set("size",
               std::to_string(static_cast<int>(size.width)) + "x" + std::to_string(static_cast<int>(size.height)));
-  for (const std::string &step : view_->steps())
-    command.set("do", step);
+  for (std::size_t step = 1; step <= view_->steps().size(); ++step)
+    command.set("do", opened_at(step).empty() ? view_->steps()[step - 1] : std::string(opens) + opened(step));
   if (save_control == "mnuSave")
     command.set("out", file.string());
   else if (!save_control.empty() && save_control != "mnuSaveSubNetRm") // which is a step already

@@ -37,7 +37,8 @@ public:
   bool open_file(const std::filesystem::path &file);
   // A control by its name, as a click on it; false when it is grey, or while something else runs.
   bool choose(const std::string &control, const std::string &value = {});
-  // The line of a script that leads to what is on the screen, and to a file when one is given.
+  // The line of a script that leads to what is on the screen, and to a file when one is given. What was opened and then
+  // saved over is read from the copy that was kept of it.
   QString script_line(const std::string &save_control = {}, const std::filesystem::path &file = {}) const;
 
 protected:
@@ -73,6 +74,9 @@ private:
   void parts_changed();
   void publish_selection();
   void take_selection(const QObject *by);
+  void keep_what_was_opened(const std::filesystem::path &to_be_written);
+  // The file that a step opened, 0: the first one; empty: it opened none.
+  std::filesystem::path opened_at(std::size_t step) const;
   void file_was_written(const std::string &control, const std::filesystem::path &file);
   std::vector<std::int32_t> selected_clones() const;
   void send_text_of_selected();
@@ -96,7 +100,8 @@ private:
   std::unique_ptr<lent_sources> lent_;
   std::unique_ptr<net_view> view_;
   net_canvas *canvas_ = nullptr;
-  std::filesystem::path first_file_; // opened before anything was done
+  std::filesystem::path first_file_;                  // opened before anything was done
+  std::map<std::size_t, std::filesystem::path> kept_; // by step as in opened_at: where the bytes lie now, FILE~
   std::uint64_t version_seen_ = 0;
   overlap_rule rule_seen_;
   std::vector<std::int32_t> clones_seen_; // of the selection, as it was told or taken last

@@ -23,6 +23,7 @@ parameter_dialog::parameter_dialog(desktop_session &session, std::function<bound
   head->setWordWrap(true);
   whole->addWidget(head);
   auto *scroll = new QScrollArea(this);
+  scroll->setFocusPolicy(Qt::NoFocus); // the tab key goes to its fields
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidget(fields_);
