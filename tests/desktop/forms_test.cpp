@@ -1,6 +1,7 @@
 // The forms: what they show, what they refuse, and which line of a script each of them is.
 #include <QCheckBox>
 #include <QLabel>
+#include <QLayout>
 #include <QPlainTextEdit>
 
 #include "commands/metric_parameters.h"
@@ -37,6 +38,8 @@ protected:
       return field->isVisible() && field->isEnabled() && form->isAncestorOf(field) &&
              (field->focusPolicy() & Qt::TabFocus) && field->focusProxy() == nullptr;
     };
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    form->layout()->activate(); // a slow machine may not have come to it
     QPoint last(-1, -1);
     for (QWidget *field = form->nextInFocusChain(); field != form; field = field->nextInFocusChain()) {
       if (!is_stop(field))

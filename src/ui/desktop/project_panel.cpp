@@ -88,7 +88,7 @@ void project_panel::fill() {
     const bool is_metric = shown.control == "FrameMetrics";
     auto *lines = frame->layout();
     while (lines->count() > static_cast<int>(shown.lines.size()))
-      delete lines->takeAt(lines->count() - 1)->widget();
+      delete lines->itemAt(lines->count() - 1)->widget(); // which takes its place in the layout along
     while (lines->count() < static_cast<int>(shown.lines.size())) {
       auto *label = new fitted_label(frame);
       if (is_metric && lines->isEmpty())
