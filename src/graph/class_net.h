@@ -39,6 +39,8 @@ struct net_workspace {
   std::vector<std::int32_t> label;
 };
 
+class component_lists;
+
 class class_net {
 public:
   // Building: inicializate_net once; for v = 1..n add_vertex_fast, then that vertex's add_edge_fast calls; then
@@ -151,9 +153,11 @@ public:
   void calculate_ranks_of_vertices(const number_list &start_list, number_list &ranks, int mode, bool use_cutoff,
                                    double cutoff, std::int32_t &n_rank, number_list &reached_list,
                                    std::vector<std::int32_t> &n_in_rank, bool &connected) const;
-  // Component count of what lies within n_rank steps of v, without v. n_in_rank(0..n_rank). Local: costs the ball only.
+  // Component count of what lies within n_rank steps of v, without v. n_in_rank(0..n_rank). Local: costs the ball only,
+  // and with `components` of this net no more than twice the rest of v's component, which is less in a heap.
   void vertex_net_characteristics(vertex_number v, bool use_cutoff, double cutoff, std::vector<std::int32_t> &n_in_rank,
-                                  std::int32_t &n_clusters, std::int32_t n_rank, net_workspace &workspace) const;
+                                  std::int32_t &n_clusters, std::int32_t n_rank, net_workspace &workspace,
+                                  const component_lists *components = nullptr) const;
   // Component count of what lies within n_rank steps of v and its k-th neighbour, without their edge. Every record must
   // have its mirror.
   void edge_net_characteristic(vertex_number v, std::int32_t k, std::int32_t &n_clusters, std::int32_t n_rank,

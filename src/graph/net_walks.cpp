@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "graph/class_net.h"
+#include "graph/component_lists.h"
 #include "graph/layer_walk.h"
 
 namespace orb {
@@ -44,31 +45,83 @@ void class_net::calculate_ranks_of_vertices(const number_list &start_list, numbe
 
 namespace {
 
-// Vertices within n_rank steps of the vertices that stand in workspace.wave, which grows by them; workspace.position
-// gives the place of each (from 0).
-void collect_ball(const class_net &net, bool use_cutoff, double cutoff, std::int32_t n_rank,
-                  std::vector<std::int32_t> &n_in_rank, net_workspace &workspace) {
-  std::vector<vertex_number> &ball = workspace.wave;
-  workspace.position.start(net.number_of_vertices_get());
-  for (std::size_t i = 0; i < ball.size(); ++i)
-    workspace.position.set(ball[i], static_cast<std::int32_t>(i));
-  n_in_rank.assign(static_cast<std::size_t>(std::max(n_rank, 0)) + 1, 0);
-  n_in_rank[0] = static_cast<std::int32_t>(ball.size());
-  std::size_t first = 0;
-  for (std::int32_t step = 0; step < n_rank; ++step) {
-    const std::size_t end = ball.size();
-    for (; first < end; ++first)
-      for (const net_edge &edge : net.edges_of_vertex(ball[first])) {
-        if (workspace.position.has(edge.neighbour) || (use_cutoff && edge.value < cutoff))
-          continue;
-        workspace.position.set(edge.neighbour, static_cast<std::int32_t>(ball.size()));
-        ball.push_back(edge.neighbour);
-      }
-    if (ball.size() == end)
-      break;
-    n_in_rank[static_cast<std::size_t>(step) + 1] = static_cast<std::int32_t>(ball.size() - end);
+struct walk_limits {
+  bool use_cutoff;
+  double cutoff;
+  bool takes(const net_edge &edge) const { return !use_cutoff || edge.value >= cutoff; }
+};
+
+// One vertex and what lies within n_rank steps of it, step by step, into workspace.wave; workspace.position gives the
+// place of each (from 0). In a heap, where each vertex has thousands of neighbours, a step over the records of all that
+// was reached before is the square of that; there it is cheaper to ask those that weren't reached yet, each until it
+// has found one neighbour that was (Beamer, Asanovic and Patterson 2012). The ball is the same; within a step its order
+// isn't.
+class ball_walk {
+public:
+  ball_walk(const class_net &net, const walk_limits &limits, const component_lists *components,
+            net_workspace &workspace)
+      : net_(net), limits_(limits), components_(components), ball_(workspace.wave), position_(workspace.position) {}
+
+  void run(vertex_number v, std::int32_t n_rank, std::vector<std::int32_t> &n_in_rank) {
+    position_.start(net_.number_of_vertices_get());
+    ball_.clear();
+    n_records_left_ = components_ != nullptr ? components_->n_records_of_component(v) : 0;
+    reach(v);
+    n_in_rank.assign(static_cast<std::size_t>(std::max(n_rank, 0)) + 1, 0);
+    n_in_rank[0] = 1;
+    std::size_t first = 0;
+    for (std::int32_t step = 0; step < n_rank; ++step) {
+      const std::size_t end = ball_.size();
+      const std::int64_t n_records_of_step = n_records_;
+      n_records_ = 0;
+      if (components_ != nullptr && n_records_of_step > n_records_left_)
+        ask_the_rest(v, first, end);
+      else
+        for (std::size_t i = first; i < end; ++i)
+          reach_neighbours(ball_[i]);
+      if (ball_.size() == end)
+        break;
+      n_in_rank[static_cast<std::size_t>(step) + 1] = static_cast<std::int32_t>(ball_.size() - end);
+      first = end;
+    }
   }
-}
+
+private:
+  void reach(vertex_number v) {
+    position_.set(v, static_cast<std::int32_t>(ball_.size()));
+    ball_.push_back(v);
+    const std::int64_t n = net_.number_of_edges_for_vertex_total_get(v);
+    n_records_ += n;
+    n_records_left_ -= n;
+  }
+  void reach_neighbours(vertex_number v) {
+    for (const net_edge &edge : net_.edges_of_vertex(v))
+      if (!position_.has(edge.neighbour) && limits_.takes(edge))
+        reach(edge.neighbour);
+  }
+  // Those of the last step stand at `first` .. `end` - 1; what is reached now stands behind them.
+  void ask_the_rest(vertex_number v, std::size_t first, std::size_t end) {
+    const auto is_of_last_step = [&](const net_edge &edge) {
+      if (!position_.has(edge.neighbour) || !limits_.takes(edge))
+        return false;
+      const auto place = static_cast<std::size_t>(position_.get(edge.neighbour));
+      return place >= first && place < end;
+    };
+    for (const vertex_number u : components_->members_of_component(v)) {
+      const auto run = net_.edges_of_vertex(u);
+      if (!position_.has(u) && std::any_of(run.begin(), run.end(), is_of_last_step))
+        reach(u);
+    }
+  }
+
+  const class_net &net_;
+  const walk_limits limits_;
+  const component_lists *components_;
+  std::vector<vertex_number> &ball_;
+  position_table &position_;
+  std::int64_t n_records_ = 0;      // of what the step in hand reached
+  std::int64_t n_records_left_ = 0; // of what isn't reached in the component
+};
 
 std::int32_t root_of(std::vector<std::int32_t> &label, std::int32_t i) {
   while (label[static_cast<std::size_t>(i)] != i) {
@@ -109,9 +162,9 @@ std::int32_t components_of_ball(const class_net &net, vertex_number v, net_works
 
 void class_net::vertex_net_characteristics(vertex_number v, bool use_cutoff, double cutoff,
                                            std::vector<std::int32_t> &n_in_rank, std::int32_t &n_clusters,
-                                           std::int32_t n_rank, net_workspace &workspace) const {
-  workspace.wave.assign(1, v);
-  collect_ball(*this, use_cutoff, cutoff, n_rank, n_in_rank, workspace);
+                                           std::int32_t n_rank, net_workspace &workspace,
+                                           const component_lists *components) const {
+  ball_walk(*this, {use_cutoff, cutoff}, components, workspace).run(v, n_rank, n_in_rank);
   // The cutoff limits the walk only: inside the neighbourhood every record joins.
   n_clusters = components_of_ball(*this, v, workspace);
 }

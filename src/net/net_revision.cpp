@@ -10,6 +10,7 @@
 #include "frame/numbers.h"
 #include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
+#include "graph/component_lists.h"
 #include "net/class_clone_net_signif.h"
 #include "net/form_setting_QQ.h"
 #include "net/q_mark.h"
@@ -309,11 +310,15 @@ void class_clone_net_signif::find_Q_clones(const class_net &net, std::int32_t ma
   found.clear();
   std::vector<clone_verdict> verdicts(vertices_in_block);
   const vertex_number n = net.number_of_vertices_get();
+  std::optional<component_lists> components; // a ball of one step is its centre's records
+  if (max_rank > 1)
+    components.emplace(net);
   const bool completed = for_all_vertices(
       frame, net, context_.settings.threads,
       [&](vertex_number v, std::size_t place, worker_space &space, const std::atomic<bool> &) {
         net.vertex_net_characteristics(v, additional_cutoff.has_value(), additional_cutoff.value_or(0),
-                                       verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, space.walk);
+                                       verdicts[place].n_in_rank, verdicts[place].n_clusters, max_rank, space.walk,
+                                       components ? &*components : nullptr);
       },
       [&](vertex_number v, std::size_t place) {
         const bool is_Q = verdicts[place].n_clusters >= 2;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "graph/component_lists.h"
 #include "graph/label_forest.h"
 #include "support/net_helpers.h"
 
@@ -81,6 +82,7 @@ TEST_P(random_nets, components) {
 
 TEST_P(random_nets, characteristics_of_vertices_and_edges) {
   net_workspace workspace;
+  const component_lists components(net_);
   std::int32_t n_clusters = 0, plain_n = 0;
   for (vertex_number v = 1; v <= n_; ++v)
     for (std::int32_t steps = 1; steps <= 3; ++steps) {
@@ -102,6 +104,9 @@ TEST_P(random_nets, characteristics_of_vertices_and_edges) {
       net_.create_sub_net(list, list.count(), true, nullptr, ball, own);
       plain_components(ball, plain_n);
       ASSERT_EQ(n_clusters, plain_n);
+      ASSERT_EQ(n_in_rank, plain_count);
+      net_.vertex_net_characteristics(v, use_cutoff, 15, n_in_rank, n_clusters, steps, workspace, &components);
+      ASSERT_EQ(n_clusters, plain_n) << "with the rest asked where that is cheaper";
       ASSERT_EQ(n_in_rank, plain_count);
 
       for (std::int32_t k = 1; k <= net_.number_of_edges_for_vertex_total_get(v); ++k) {
