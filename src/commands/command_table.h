@@ -52,6 +52,8 @@ void add_order_rows(command_rows &rows);
 void add_drawing_rows(command_rows &rows);
 void add_pvalue_rows(command_rows &rows);
 void add_simulation_rows(command_rows &rows);
+void add_band_map_rows(command_rows &rows);
+void add_pools_rows(command_rows &rows);
 void add_report_rows(command_rows &rows);
 void add_export_rows(command_rows &rows);
 void add_map_rows(command_rows &rows);

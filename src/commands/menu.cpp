@@ -143,6 +143,8 @@ const std::vector<menu_entry> &table_of_menu_entries() {
             {}},
       entry{"mnu_Analysis_Remetric", "Analysis", "Bring net to the metric in use", "net.remetric", {}},
       entry{"mnu_Analysis_Order", "Analysis", "Ordering of clones (with JK on bands)", "order.list", {}},
+      entry{"mnu_Analysis_Tour", "Analysis", "Tour from a file", "order.tour", {}},
+      entry{"mnu_Analysis_BandMap", "Analysis", "Band map", "bandmap.make", {}},
       entry{"mnu_Analysis_Grow", "Analysis", "Search for overlaping clones", "net.grow", {}},
       // Simulations
       entry{"mnu_File_Simul_Library", "Simulations", "Simulated library", "simulate.library", {}},
@@ -210,6 +212,12 @@ const std::vector<menu_entry> &table_of_menu_entries() {
             {}},
       entry{"mnu_Tools_Tables", "Tools", "Tables of distances", "table.pairs", {}},
       entry{"mnu_Tools_ExtractNames", "Tools", "Extract lists of clone names", "library.find_names", {}},
+      entry{"mnu_Tools_pools_LoadListRecode", "Tools|3D pools", "Load pools recoding", "pools.load", {}},
+      entry{"mnu_Tools_pools_Load_positive_pools", "Tools|3D pools", "Load positive pools", "pools.find", {}},
+      entry{
+          "mnu_Tools_pools_PoolsForListOfClones", "Tools|3D pools", "Pools for list of clones", "pools.of_clones", {}},
+      entry{"mnu_Tools_pools_PlateFill", "Tools|3D pools", "Filling of plates", "pools.table", {}},
+      entry{"mnu_Tools_pools_Deconv", "Tools|3D pools", "Deconvolution of probes", "pools.deconvolve", {}},
       // Tests and Appendix
       entry{"mnu_tests_TestDB_onRepeats", "Tests", "Test DB on repeats", "library.repeats", {}},
       entry{"mnu_tests_printAllCloneNames", "Tests", "Print names of all clones", "library.names", {}},

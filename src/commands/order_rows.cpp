@@ -11,6 +11,9 @@
 #include "frame/numbers.h"
 #include "lists/class_list_of_clones.h"
 #include "ordering/class_clone_ord_and_verif.h"
+#include "ordering/distance_file.h"
+#include "ordering/spanning_tree_tourer.h"
+#include "ordering/tour_solver.h"
 
 namespace orb {
 
@@ -89,6 +92,76 @@ command_result run_order(project_state &project, const order_parameters &p) {
   put_ordering(p.ordering, result);
   result.file("order", file_order);
   result.lines.push_back(file_order.string());
+  return result;
+}
+
+// ---- order.tour ----
+
+struct tour_parameters {
+  fs::path file;
+  std::optional<std::int32_t> steps;
+  bool fixed_ends = false, tree = false;
+};
+
+void describe_tour(parameter_list &list, tour_parameters &p) {
+  list.add("file", p.file, "n, seconds and neighbour rank, then a line a pair: i, j, distance")
+      .type("Input.dis")
+      .unset("that of the program's folder");
+  list.add("steps", p.steps, "limit of the search in place of the seconds").limits(1, 2e9).unset("by the file");
+  list.add("fixed-ends", p.fixed_ends, "the first and the last vertex are the ends of the path");
+  list.add("tree", p.tree, "the longest path of the minimum spanning tree in place of a tour");
+}
+
+void check_tour(const project_state &, const parts_there &, const tour_parameters &p) {
+  check_input(p.file);
+  if (p.tree && (p.fixed_ends || p.steps))
+    throw usage_error("steps and fixed-ends belong to a tour, not to a tree");
+}
+
+bool path_of_tree(project_state &project, const fs::path &file, number_list &path) {
+  distance_instance read;
+  std::string problem;
+  if (!read_distance_file(file, read, problem))
+    return project.frame().refuse(problem);
+  std::int32_t n_path = 0;
+  bool connected = false;
+  class_MSTTourer(project.frame()).callMST(read.dist, read.n, path, n_path, distance_instance::no_distance, connected);
+  if (!connected)
+    project.frame().warn("The distances don't join all vertices.");
+  return true;
+}
+
+bool order_of_tour(project_state &project, const tour_parameters &p, const fs::path &file, number_list &order,
+                   command_result &result) {
+  random_source chance(project.settings().seed);
+  tour_control control;
+  control.steps = p.steps.value_or(0);
+  control.stop = [&project] { return !project.frame().goes_on(); };
+  std::string text;
+  std::int64_t cost = 0;
+  const tour_report report =
+      class_math_TSP(chance, control).Run_Tourer(true, 0, 0, 0, {}, text, order, cost, p.fixed_ends, file);
+  if (!report.message.empty())
+    return project.frame().refuse(report.message);
+  if (p.steps)
+    result.parameter("steps", *p.steps);
+  result.figure("cost", cost);
+  project.frame().note(
+      fmt::format("Length: {}. {}", cost, report.proven ? "No order is shorter." : "The search ended at its limit."));
+  return !report.stopped;
+}
+
+command_result run_tour(project_state &project, const tour_parameters &p) {
+  const fs::path file = p.file.empty() ? project.frame().program_folder_get() / "Input.dis" : p.file;
+  number_list order;
+  command_result result;
+  if (!(p.tree ? path_of_tree(project, file, order) : order_of_tour(project, p, file, order, result)))
+    return stopped_or_failed(project);
+  result.inputs.push_back(file);
+  std::string text;
+  for (const std::int32_t vertex : order.members())
+    text += (text.empty() ? "" : " ") + std::to_string(vertex);
+  result.lines.push_back(text);
   return result;
 }
 
@@ -221,6 +294,14 @@ void add_order_rows(command_rows &rows) {
                      .parameters(describe_order)
                      .checked_by(check_order)
                      .runs(run_order)
+                     .row());
+  rows.push_back(command_maker<tour_parameters>("order.tour")
+                     .captioned("Tour from a file")
+                     .purpose("a short path through the vertices of a file of distances")
+                     .example("order.tour file=Input.dis steps=10000")
+                     .parameters(describe_tour)
+                     .checked_by(check_tour)
+                     .runs(run_tour)
                      .row());
   rows.push_back(command_maker<table_parameters>("table.pairs")
                      .captioned("Tables of distances")

@@ -43,6 +43,9 @@ step net() {
 step net_if_given() {
   return {"net.load", "", {{"file", "net"}}, "net", {}, {}};
 }
+step pools() {
+  return {"pools.load", "", {{"file", "recoding"}}, {}, {}, {}};
+}
 step net_save(std::optional<project_part> if_there = {}) {
   return {"net.save", "net", {}, {}, {}, if_there};
 }
@@ -393,6 +396,47 @@ void add_net_verbs(std::vector<verb> &table) {
       {"out"}));
 }
 
+void add_ordering_verbs(std::vector<verb> &table) {
+  table.push_back(plain_verb("tour", "Input.dis", "a short path through the vertices of a file of distances",
+                             "orb tour Input.dis --steps 10000", {"file"}, place::none,
+                             {{"order.tour", "tour", {}, {}, {}, {}}}));
+  table.push_back(plain_verb("bandmap", "LIB LIST --out DIR",
+                             "one row of bands in which each clone of a contig is a stretch",
+                             "orb bandmap library.ORBdb contig.txt --out map", {"input", "list"}, place::in_folder,
+                             library_and({{"bandmap.make", "band map", {}, {}, {}, {}}}), {"out"}));
+}
+
+void add_pools_verbs(std::vector<verb> &table) {
+  const auto with_pools = [](const std::vector<step> &rest) { return joined({library(), pools()}, rest); };
+  const auto scored_with_pools = [](step net_step, const std::vector<step> &rest) {
+    return joined(scored_library_and({std::move(net_step), pools()}), rest);
+  };
+  verb load = plain_verb("pools load", "LIB RECODING", "say what a scheme of 3D pools holds of a library",
+                         "orb pools load library.ORBdb recoding.txt --prefix EC --plates 2", {"input", "recoding"},
+                         place::none, with_pools({}));
+  load.steps.back().stage = "pools";
+  table.push_back(load);
+  table.push_back(plain_verb(
+      "pools of-clones", "LIB RECODING LIST --out DIR", "in which pools the clones of a list lie",
+      "orb pools of-clones library.ORBdb recoding.txt contig.txt --out tables", {"input", "recoding", "list"},
+      place::in_folder, with_pools({{"pools.of_clones", "pools", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb(
+      "pools find", "LIB RECODING POOLS --out DIR [--net NET]",
+      "the clones behind positive pools, and the groups that they form",
+      "orb pools find library.ORBdb recoding.txt positive.txt --out found --net net.ORBns --subdivide",
+      {"input", "recoding", "pools"}, place::in_folder,
+      scored_with_pools(net_if_given(), {{"pools.find", "search", {{"file", "pools"}}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb("pools table", "LIB RECODING --out DIR", "which wells of the pools hold a clone",
+                             "orb pools table library.ORBdb recoding.txt --out tables", {"input", "recoding"},
+                             place::in_folder, with_pools({{"pools.table", "pools", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(
+      plain_verb("pools deconvolve", "LIB NET RECODING PROBES --out DIR",
+                 "the clones behind each probe of a table of positive pools",
+                 "orb pools deconvolve library.ORBdb net.ORBns recoding.txt probes.txt --out probes --likelihood",
+                 {"input", "net", "recoding", "probes"}, place::in_folder,
+                 scored_with_pools(net(), {{"pools.deconvolve", "deconvolution", {}, {}, {}, {}}}), {"out"}));
+}
+
 void add_simulation_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb("simulate library", "GENOME.fa[.gz] --out DIR",
                              "draw a library of clones from a sequence, with their true places",
@@ -449,6 +493,8 @@ const std::vector<verb> &table_of_verbs() {
     add_list_verbs(made);
     add_marker_verbs(made);
     add_net_verbs(made);
+    add_ordering_verbs(made);
+    add_pools_verbs(made);
     add_simulation_verbs(made);
     add_program_verbs(made);
     return made;

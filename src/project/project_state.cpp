@@ -17,6 +17,8 @@ std::string name_of_part(project_part part) {
     return "a net of overlaps";
   case project_part::contigs:
     return "contigs";
+  case project_part::pools:
+    return "a scheme of pools";
   }
   return {};
 }
@@ -24,7 +26,7 @@ std::string name_of_part(project_part part) {
 project_state::project_state(front_end shown, const std::filesystem::path &program_folder)
     : frame_(std::move(shown), program_folder), context_{frame_, settings_, database_, usable_values_, table_},
       reader_(frame_, settings_, [this] { loaded(project_part::library, {}); }) {
-  renew_net_and_registry();
+  renew_what_hangs_on_clones();
 }
 
 void project_state::start() {
@@ -53,6 +55,8 @@ bool project_state::has(project_part part) const {
     return signif_->net().number_of_vertices_get() > 0;
   case project_part::contigs:
     return database_.contigs_are_specified_get();
+  case project_part::pools:
+    return pools_.is_loaded();
   }
   return false;
 }
@@ -61,7 +65,7 @@ void project_state::loaded(project_part part, part_origin origin) {
   if (part == project_part::library && origin.made_by.empty()) { // the reader has just replaced the clones
     origins_[static_cast<std::size_t>(project_part::markers)] = {};
     settings_.markers_in_clones = false;
-    renew_net_and_registry();
+    renew_what_hangs_on_clones();
   }
   if (part == project_part::contigs)
     database_.contigs_are_specified_set(true);
@@ -77,7 +81,7 @@ void project_state::drop(project_part part) {
     database_ = class_DB_of_clones();
     usable_values_ = class_usable_values();
     drop(project_part::markers);
-    renew_net_and_registry();
+    renew_what_hangs_on_clones();
     return;
   case project_part::markers:
     database_.markers().redim_private_arrays(database_.total_number_of_clones_get(), 0, 0);
@@ -100,6 +104,9 @@ void project_state::drop(project_part part) {
     database_.contigs_are_specified_set(false);
     database_.contigs_set(fresh_registry());
     return;
+  case project_part::pools:
+    pools_ = {};
+    return;
   }
 }
 
@@ -115,9 +122,10 @@ std::shared_ptr<class_FPCto_import> project_state::fresh_registry() {
   return registry;
 }
 
-void project_state::renew_net_and_registry() {
+void project_state::renew_what_hangs_on_clones() {
   drop(project_part::net);
   drop(project_part::contigs);
+  drop(project_part::pools);
 }
 
 std::shared_ptr<class_FPCto_import> project_state::registry_for_reading() {

@@ -22,14 +22,15 @@
 #include "metrics/metric_context.h"
 #include "metrics/overlap_rule.h"
 #include "net/class_clone_net_signif.h"
+#include "pools/class_pools3D.h"
 #include "project/files_in_hand.h"
 
 namespace orb {
 
-enum class project_part { library, markers, pvalue_tables, net, contigs };
-inline constexpr std::array<project_part, 5> all_project_parts{project_part::library, project_part::markers,
+enum class project_part { library, markers, pvalue_tables, net, contigs, pools };
+inline constexpr std::array<project_part, 6> all_project_parts{project_part::library,       project_part::markers,
                                                                project_part::pvalue_tables, project_part::net,
-                                                               project_part::contigs};
+                                                               project_part::contigs,       project_part::pools};
 // "a library", "a net of overlaps" and so on.
 std::string name_of_part(project_part part);
 
@@ -61,14 +62,16 @@ public:
   class_clone_net_signif &signif() { return *signif_; }
   const class_clone_net_signif &signif() const { return *signif_; }
   class_DB_of_clones_read &reader() { return reader_; }
+  class_pools3D &pools() { return pools_; }
+  const class_pools3D &pools() const { return pools_; }
 
   // ---- parts ---------------------------------------------------------------------------------------------------
   bool has(project_part part) const;
   const part_origin &origin(project_part part) const { return origins_[static_cast<std::size_t>(part)]; }
   // Grows with every change of a part.
   std::uint64_t version() const { return version_; }
-  // The one door: the part is new. A new library drops markers, net and contigs; a new net leaves the contigs, which
-  // are lists of clones and stand by themselves.
+  // The one door: the part is new. A new library drops markers, net, contigs and pools; a new net leaves the contigs,
+  // which are lists of clones and stand by themselves.
   void loaded(project_part part, part_origin origin);
   void drop(project_part part);
   // An empty registry; with a library it holds one cluster "all" of all clones that is switched off, or with a net
@@ -97,7 +100,7 @@ public:
   void finish();
 
 private:
-  void renew_net_and_registry();
+  void renew_what_hangs_on_clones();
   void net_may_be_used(bool on);
   std::shared_ptr<class_FPCto_import> fresh_registry();
 
@@ -110,6 +113,7 @@ private:
   metric_context context_;
   std::unique_ptr<class_clone_net_signif> signif_;
   class_DB_of_clones_read reader_;
+  class_pools3D pools_;
   std::array<part_origin, all_project_parts.size()> origins_;
   std::optional<overlap_rule> rule_of_net_;
   std::filesystem::path working_folder_;

@@ -1068,6 +1068,106 @@ run: simulate.digest genome=in/genome.fa out=o scale=10
 fails
   force=yes -> o/fingerprints.sizes
 
+# ---- pools, band maps -----------------------------------------------------------------------------------------------
+
+[]
+run: order.tour
+fails
+  file=in/Input.dis -> lines
+[]
+run: order.tour file=in/Input.dis
+  fixed-ends=yes -> lines
+  tree=yes -> lines
+  steps=2000 -> parameters
+[library]
+run: pools.load
+fails
+[library]
+run: pools.load prefix=EC
+fails
+  file=in/recoding.txt -> figures
+[library]
+run: pools.load file=in/recoding.txt
+fails
+  prefix=EC -> figures
+[library]
+run: pools.load file=in/recoding.txt prefix=EC
+after: pools.table out=o
+  plates=3 -> o/filling_of_tables.txt
+  rows=17 -> o/filling_of_tables.txt
+  columns=25 -> o/filling_of_tables.txt
+[library]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.table
+  out=o -> folder
+[library]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.of_clones
+fails
+[library]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.of_clones out=o
+fails
+  list=in/list.txt -> o/pools_for_clones_list.txt
+[library]
+before: pools.load file=in/recoding.txt prefix=EC
+before: list.sort list=in/list.txt out=l.txt
+run: pools.of_clones list=l.txt
+  out=o -> folder
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.find
+fails
+  file=in/positive.txt -> clones_PxPxP.txt
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+answer: Inuput rank = 0
+run: pools.find file=in/positive.txt
+  out=o -> folder
+  subdivide=yes -> folder
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+answer: Inuput rank = 0
+run: pools.find file=in/positive.txt subdivide=yes
+  rank=1 -> in pools_.txt
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.deconvolve
+fails
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.deconvolve out=o
+fails
+  probes=in/probes.txt -> o/res_for_deconv.txt
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.deconvolve probes=in/probes.txt out=o
+  out=p -> folder
+  likelihood=yes -> folder
+[library net]
+before: pools.load file=in/recoding.txt prefix=EC
+run: pools.deconvolve probes=in/probes.txt out=o likelihood=yes
+  missing-rate=0.3 -> o/likelihood.txt
+  false-rate=0.1 -> o/likelihood.txt
+  max-places=1 -> o/likelihood.txt
+  best=1 -> o/likelihood.txt
+[library]
+run: bandmap.make list=in/list.txt
+  out=o -> folder
+  alignments=yes -> folder
+  groups=yes -> band_map_groups.txt
+  expected-lost=0.4 -> band_map.txt
+  simulate=yes -> band_map_simulation.txt
+[library]
+run: bandmap.make list=in/list.txt simulate=yes
+  coverage=5 -> band_map_simulation.txt
+  lost=0.2 -> band_map_simulation.txt
+  false=0.2 -> band_map_simulation.txt
+  error=1 -> band_map_simulation.txt
+[library]
+run: bandmap.make list=in/scattered.txt tour-steps=1
+  tour-steps=3000 -> band_map.txt
+
 # ---- reports -----------------------------------------------------------------------------------------------------
 
 []

@@ -137,6 +137,33 @@ private:
     folder_.write("positions.txt", "m0\t100\nm1\t250\nm3\t900\n");
     folder_.write("project.txt", "library,in/library.ORBdb\nmarkers,in/markers.txt\nnet,in/net.ORBns\n");
     folder_.write("contig_names.txt", name_of_contig_ + "\tctg_new\n");
+    write_pools(library);
+  }
+
+  // Each clone in the well that its name says; probes in the pools of clones of the contig.
+  void write_pools(const std::vector<std::string> &library) const {
+    std::string recoding = "pools\nheads\n", probes = "probe\tpools\n";
+    for (const std::string &clone : library) { // "EC001A01"
+      const std::string plate = clone.substr(2, 3), well = clone.substr(5);
+      recoding += plate + "\t" + well + "\tx\t" + plate + "\t" + well + "\n";
+    }
+    folder_.write("Input.dis", "5,0,2\n1 2 30\n2 3 10\n3 4 10\n1 4 20\n1 5 90\n2 4 50\n3 5 15\n");
+    folder_.write("recoding.txt", recoding);
+    std::vector<std::string> fields(1 + 17 + 16 + 24);
+    const std::vector<std::string> contig = lines_of(folder_.path() / "list.txt");
+    for (std::size_t k = 0; k < contig.size(); k += 6) {
+      std::fill(fields.begin(), fields.end(), "");
+      fields[0] = "probe" + std::to_string(k);
+      for (std::size_t i = k; i < k + 3; ++i) {
+        fields[static_cast<std::size_t>(std::stoi(contig[i].substr(2, 3)))] = "+";
+        fields[static_cast<std::size_t>(18 + contig[i][5] - 'A')] = "+";
+        fields[static_cast<std::size_t>(33 + std::stoi(contig[i].substr(6)))] = "+";
+      }
+      for (std::size_t i = 0; i < fields.size(); ++i)
+        probes += fields[i] + (i + 1 < fields.size() ? "\t" : "\n");
+    }
+    folder_.write("probes.txt", probes);
+    folder_.write("positive.txt", "Plates: 2\nP1\nP2\ncolumns: 3\n1\n2\n3\nrows: 3\nA\nB\nC\n");
   }
 
   // The text net in two parts.

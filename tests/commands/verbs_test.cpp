@@ -6,6 +6,7 @@
 
 #include "commands/command_table.h"
 #include "commands/verbs.h"
+#include "frame/numbers.h"
 #include "project/project_state.h"
 #include "support/temporary_folder.h"
 
@@ -29,7 +30,7 @@ std::string other_value(const parameter_row &row) {
   if (!row.low)
     return "77";
   const double below = std::min(*row.high, *row.low + 1);
-  const auto text = [](double value) { return std::to_string(static_cast<long long>(value)); };
+  const auto text = [](double value) { return orb::number_text_shortest(value); };
   return row.text() == text(below) ? text(*row.low) : text(below);
 }
 

@@ -1,5 +1,6 @@
 // What is read without a project: lines, numbers, answers, scripts, records of runs, sequences, distances, clones with
 // their true places, clusters.
+#include <array>
 #include <cmath>
 #include <fmt/format.h>
 
@@ -8,6 +9,7 @@
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "ordering/distance_file.h"
+#include "pools/positive_pools.h"
 #include "reports/run_record.h"
 #include "simulation/class_simul_clones.h"
 #include "simulation/sequence_reader.h"
@@ -286,6 +288,54 @@ bool run_clusters(const std::string &bytes) {
   return true;
 }
 
+// ---- pools ----
+
+// What was read, as a file of the form that is read.
+std::string text_of(const pool_lists &lists) {
+  std::string text;
+  constexpr std::array heads{"Plates: ", "rows: ", "columns: "};
+  for (const std::size_t d : {pool_plates, pool_columns, pool_rows}) {
+    text += heads[d] + std::to_string(lists[d].count()) + "\r\n";
+    for (const std::int32_t pool : lists[d].members())
+      text += name_of_pool(d, pool) + "\r\n";
+  }
+  return text;
+}
+
+bool run_positive_pools(const std::string &bytes) {
+  scripted_frame shown;
+  pool_lists read, again;
+  const fs::path file = file_of(bytes, "positive.txt");
+  const memory_count count;
+  const bool accepted = read_list_of_positive_pools(shown.frame, file, standard_pool_sizes, read);
+  count.check(static_cast<std::int64_t>(bytes.size()), {});
+  if (!accepted) {
+    promise(!shown.last_message().empty(), "refused without a word");
+    return false;
+  }
+  promise(read_list_of_positive_pools(shown.frame, file_of(text_of(read), "positive.txt"), standard_pool_sizes, again),
+          shown.last_message());
+  promise(again == read, "the pools read back otherwise");
+  return true;
+}
+
+bool run_probes(const std::string &bytes) {
+  scripted_frame shown;
+  const fs::path file = file_of(bytes, "probes.txt");
+  const memory_count count;
+  probe_reader reader(shown.frame, file, standard_pool_sizes);
+  probe read{{}, {}, positive_pools(standard_pool_sizes), 0};
+  for (auto piece = reader.next(read); piece != probe_reader::piece::end; piece = reader.next(read)) {
+    if (piece == probe_reader::piece::refused) {
+      promise(!shown.last_message().empty(), "refused without a word");
+      return false;
+    }
+    promise(read.n_positive == read.positive.count() && read.n_positive <= 57, "pools are miscounted");
+  }
+  count.check(static_cast<std::int64_t>(bytes.size()), {});
+  return true;
+}
+
 constexpr const char *record_seed = R"({"command": "net", "version": "0.1.0", "seed": 1, "state": "failed",
   "parameters": {"metric": "Sulston_1988", "cutoff": 15}, "wishes": {"cutoff": 15}, "stages": [],
   "makes": ["x.ORBns"], "leaves": [{"name": "x.ORBns", "size": 3, "crc32": "884863d2"}], "warnings": [], "results": {},
@@ -314,6 +364,14 @@ void add_other_targets(fuzz_table &table) {
   table.push_back(literal_target(
       "distances", {"3,1.5,2\r\n1 2 3\r\n1\t2\t10\r\n1\t3\t20\r\n2\t3\t-5\r\n", "2 1 1\n1 2 7"}, run_distances));
   table.push_back(literal_target("clusters", {"1\r\n2\r\n2\r\n1\r\n5\r\n"}, run_clusters));
+  table.push_back(literal_target(
+      "positive_pools",
+      {"Plates: 2\nP1\nP17\ncolumns: 1\n24\nrows: 2\nA\np\n", "Plates: 0\r\nrows: 1\r\nB\r\ncolumns: 2\r\n3\r\n3\r\n"},
+      run_positive_pools));
+  table.push_back(literal_target("probes", {"h\np1\t+\t\tx" + std::string(20, '\t') + "1\r\n\r\np2\n"}, run_probes));
+  command_reader recoding{{"library"}, "r.txt", "pools.load file=read/r.txt prefix=AB"};
+  table.push_back(
+      target_of("pools_recoding", recoding, {}, {"h\nh\n1\tC1\t\t1\tA1\n1 c02 x 17 P24\n2\tD01\t\t3\tb7\r\n\r\n"}));
   command_reader any{{}, "x", "info.show paths=read/x"};
   any.does = effect::none;
   table.push_back(target_of("any_file", any,

@@ -161,6 +161,8 @@ inline std::string text_of_parts(const project_state &project) {
   for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone)
     text << project.usable_values().clone_in_lists_get(clone) << ",";
   add_contigs(*database.contigs(), text);
+  for (const clone_number clone : project.pools().coded_clones().members())
+    text << clone << "@" << project.pools().position_of_clone_in_pools_text_get(clone) << " ";
   add_tables(project.pvalue_tables(), text);
   return text.str();
 }
