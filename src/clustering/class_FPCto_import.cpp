@@ -226,6 +226,12 @@ void class_FPCto_import::make_min_and_max_coor_for_cluster(cluster_id id) {
   }
 }
 
+void class_FPCto_import::make_min_and_max_coor_where_known() {
+  for (cluster_id id = 1; id <= n_list_of_all_cluster_names_; ++id)
+    if (cluster_information_get(id).min_and_max_known)
+      make_min_and_max_coor_for_cluster(id);
+}
+
 void class_FPCto_import::tiling_path_set(cluster_id id, number_list path) {
   tiling_path_[static_cast<std::size_t>(id)] = std::move(path);
 }

@@ -112,6 +112,8 @@ public:
   void tiling_path_set(cluster_id id, number_list path);
   void cluster_user_remark_set(cluster_id id, std::string remark);
   void cluster_trace_remark_set(cluster_id id, std::string remark);
+  // After the values of clones were read: minimum and maximum of all clusters in which they are said to be known.
+  void make_min_and_max_coor_where_known();
   void contig_user_remark_make_based_on_information_for_clones();
   bool ORB_already_set_get() const { return ORB_already_set_; }
   void ORB_already_set_FALSE() { ORB_already_set_ = false; }
@@ -136,8 +138,8 @@ public:
 
   // A folder of list files, each a cluster named after its file.
   void read_clustering_from_folder_of_files_run();
-  // `check`: clones that lie in two lists are refused. Every file of the folder counts.
-  void read_clustering_from_folder_of_files(const std::filesystem::path &folder);
+  // `test`: lists with clones of another list are refused; unset: asks. Every file of the folder counts.
+  void read_clustering_from_folder_of_files(const std::filesystem::path &folder, std::optional<bool> test = {});
 
   // Printing.
   // One row for each clone of the list.
@@ -149,14 +151,18 @@ public:
   //
   // Which contig each clone lies in: "clone", "contig" (empty for none). clones_in_contogs.txt.
   void print_cluster_name_for_clones(const number_list &list, const std::filesystem::path &file = {});
+  // All clusters that hold a clone, on or off, in order of entry: "clone", "clusters" with commas between them.
+  // clusters_of_clones.txt.
+  void print_clusters_of_clones(const number_list &list, const std::filesystem::path &file = {});
   // A new folder with the clones of each cluster from left to right: the names alone, with coordinates, and with their
   // markers behind these, each in a folder of its own, and report.txt with a row a cluster. Returns the folder. Follows
   // the stop flag between clusters.
   std::filesystem::path print_FPC_clusters();
   // Where markers lie, with commas between the fields: mmm.txt, a row for each marker (or for each list of clones in a
-  // line "clone_1,..,clone_k" of a file, after a question) and cluster that holds clones of it; and
-  // contigs_with_n_markers.txt, a row a cluster. False when the file of lists was cancelled or can't be read.
-  bool print_positon_of_markers();
+  // line "clone_1,..,clone_k" of a file, which is asked about and for when `lists` is empty) and cluster that holds
+  // clones of it; and contigs_with_n_markers.txt, a row a cluster. False when the file of lists was cancelled or can't
+  // be read.
+  bool print_positon_of_markers(const std::filesystem::path &lists = {});
   // clones_for_each_marker.txt: a line a marker, with its clones and its position; the form in which lists of clones
   // for each marker are read. A message when there are no markers.
   void PrintClonesForMarkers(marker_separator separator = marker_separator::ask);

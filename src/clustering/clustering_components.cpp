@@ -137,7 +137,10 @@ void class_clustering::clusterization_slow(bool print, const pair_test &test) {
   label_forest forest;
   forest.start(n);
   std::int32_t n_joinings = 0;
-  for (std::int32_t i = 1; i <= n && !frame_->stop_requested_get(); ++i)
+  constexpr std::int32_t elements_between_looks = 50;
+  for (std::int32_t i = 1; i <= n && !frame_->stop_requested_get(); ++i) {
+    if (i % elements_between_looks == 0 && !frame_->goes_on())
+      break;
     for (std::int32_t j = i + 1; j <= n; ++j) {
       double score = 0;
       if (forest.label_get(i) == forest.label_get(j) || forest.joined(i, j) || !test(i, j, score))
@@ -149,6 +152,7 @@ void class_clustering::clusterization_slow(bool print, const pair_test &test) {
         frame_->local_process_text_set("Clustering: i=" + std::to_string(i) + ", j=" + std::to_string(j) +
                                        ", n=" + std::to_string(n_joinings));
     }
+  }
   forest.number_clusters(cluster_number_, n_elements_in_cluster_, private_n_of_clusters_);
   if (!record)
     return;

@@ -89,7 +89,12 @@ void class_FPCto_import::clone_information_from_fpc_file(const fpc_clone_record 
       continue;
     if (!record.map_name.empty())
       set_cluster_of_fpc_clone(clone, record);
-    clone_cluster_set(clone, record.map_name, clustering_);
+    if (record.map_name.empty() && clone_in_cluster_get(clone) > 0) { // a second block that leaves the contig out
+      information.coor_left = clone_coor_left(clone);
+      information.coor_right = clone_coor_right(clone);
+    } else {
+      clone_cluster_set(clone, record.map_name, clustering_);
+    }
     if (!record.markers.empty()) {
       number_list numbers;
       std::vector<bool> are_new;
@@ -154,8 +159,8 @@ void class_FPCto_import::read_clusterization_from_FPC_finish_to_add_clusters(cla
   for (cluster_id id = 1; id <= n_list_of_all_cluster_names_; ++id) {
     in_use_[static_cast<std::size_t>(id)] = 1;
     cluster_information &cluster = cluster_information_[static_cast<std::size_t>(id)];
+    // Whether they are known stays; who has read the coordinates makes them anew from the clones.
     cluster.min_left = cluster.max_right = 0;
-    cluster.min_and_max_known = false; // cleared numbers aren't known ones
     cluster.FPC_name.clear();
   }
   rebuild_sets_from_clones();
@@ -199,10 +204,12 @@ void class_FPCto_import::read_clustering_from_folder_of_files_run() {
     read_clustering_from_folder_of_files(file.parent_path());
 }
 
-void class_FPCto_import::read_clustering_from_folder_of_files(const std::filesystem::path &folder) {
+void class_FPCto_import::read_clustering_from_folder_of_files(const std::filesystem::path &folder,
+                                                              std::optional<bool> test) {
   const auto names = class_serv_raznoe::create_ordered_list_of_files_in_folder(folder, "");
   const bool check =
-      frame_->yes({.text = "Need to test?", .title = {}, .by_default = answer::no, .to_go_on = answer::no});
+      test ? *test
+           : frame_->yes({.text = "Need to test?", .title = {}, .by_default = answer::no, .to_go_on = answer::no});
   class_list_of_clones lists(*frame_, *settings_);
   for (const std::string &name : names) {
     number_list list;

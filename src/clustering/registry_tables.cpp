@@ -42,6 +42,21 @@ void class_FPCto_import::print_cluster_name_for_clones(const number_list &list, 
   out.commit();
 }
 
+void class_FPCto_import::print_clusters_of_clones(const number_list &list, const fs::path &file) {
+  check_clone_numbers(list);
+  result_file out(file_or_default(*frame_, file, "\\clusters_of_clones.txt"));
+  out.line("clone\tclusters");
+  number_list clusters;
+  for (const clone_number clone : list.members()) {
+    list_of_clusters_of_clone_get(clone, clusters);
+    std::string row = database_->name_of_clone_get(clone) + '\t';
+    for (std::int32_t i = 1; i <= clusters.count(); ++i)
+      row += (i > 1 ? "," : "") + name_of_cluster_get(clusters(i));
+    out.line(row);
+  }
+  out.commit();
+}
+
 // ---- contigs as lists ----------------------------------------------------------------------------------------------
 
 namespace {
@@ -193,13 +208,13 @@ std::vector<named_clones> clones_of_lines(const fs::path &file, class_DB_of_clon
 
 } // namespace
 
-bool class_FPCto_import::print_positon_of_markers() {
+bool class_FPCto_import::print_positon_of_markers(const fs::path &lists) {
   question asked;
   asked.text = "From table of lists of clones: clone_1,..,clone_k (or for all markers in system?)";
   asked.to_go_on = answer::no; // all markers, which takes no file
   std::vector<named_clones> wanted;
-  if (frame_->yes(asked)) {
-    const fs::path file = frame_->open_file_dialog("Open file with lists of lists of clones");
+  if (!lists.empty() || frame_->yes(asked)) {
+    const fs::path file = lists.empty() ? frame_->open_file_dialog("Open file with lists of lists of clones") : lists;
     if (file.empty())
       return false;
     if (const std::string problem = why_no_text_file(file); !problem.empty()) {

@@ -10,6 +10,7 @@
 #include "contigs/run_folder.h"
 #include "contigs/run_reports.h"
 #include "database/class_DB_of_clones.h"
+#include "fpc/fpc_blocks.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "project/input_kind.h"
@@ -62,6 +63,8 @@ private:
     const fs::path input = call_.path("input");
     if (kind_of_input(input) != input_kind::missing)
       record_.inputs_add(input);
+    if (std::error_code failed; kind_of_input(input) == input_kind::fpc_file && fs::exists(cor_file_of(input), failed))
+      record_.input_add(cor_file_of(input));
     if (const fs::path markers = call_.path("markers"); !markers.empty())
       record_.input_add(markers);
   }

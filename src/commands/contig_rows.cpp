@@ -6,6 +6,7 @@
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
 #include "contigs/class_contig_adapt_clust.h"
+#include "contigs/run_reports.h"
 #include "frame/numbers.h"
 #include "reports/contig_summary_text.h"
 
@@ -269,6 +270,7 @@ command_result run_separate(project_state &project, const separate_parameters &p
 
 struct run_parameters {
   fs::path folder;
+  std::optional<bool> test;
 };
 
 void describe_load(parameter_list &list, run_parameters &p) {
@@ -295,10 +297,68 @@ command_result run_load(project_state &project, const run_parameters &p) {
 
 void describe_load_folder(parameter_list &list, run_parameters &p) {
   list.add("folder", p.folder, "folder of lists of clones, each a cluster; without it a dialog asks").type("DIR");
+  list.add("test", p.test, "lists with clones of another list aren't taken").asked_else("no");
 }
 
 command_result run_load_folder(project_state &project, const run_parameters &p) {
-  return result_of(load_folder_of_clusters(project, p.folder, "contigs.load_folder"));
+  return result_of(load_folder_of_clusters(project, p.folder, "contigs.load_folder", p.test));
+}
+
+// ---- contigs.test ----
+
+struct test_parameters {
+  fs::path out;
+  std::optional<double> check_cutoff;
+  std::optional<bool> use_maximal_subcluster, increase_cutoff, browse;
+  contig_file_parameters files;
+};
+
+void describe_test(parameter_list &list, test_parameters &p) {
+  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
+  list.add("check-cutoff", p.check_cutoff, "at which cutoff it is measured how far clones lie from the tiling path")
+      .limits(-1e9, 1e9)
+      .unset("cutoff of the rule");
+  list.add("largest-part", p.use_maximal_subcluster,
+           "where a contig isn't connected at the cutoff, go on with its largest part")
+      .asked_else("no");
+  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
+  describe_contig_files(list, p.files);
+  describe_browse(list, p.browse);
+}
+
+void check_test(const project_state &, const parts_there &, const test_parameters &p) {
+  check_lengths(p.files.lengths);
+}
+
+command_result run_test(project_state &project, const test_parameters &p) {
+  work_in(project, p.out);
+  answer_browse_ahead(project, p.browse);
+  const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
+  class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
+  if (p.check_cutoff)
+    clust.check_cutoff_set(*p.check_cutoff);
+  clust.detail_control_set(!p.files.no_ordering);
+  clust.print_all_dist_on_set(!p.files.no_pair_tables);
+  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
+  clust.test_all_FPC_contigs(false);
+  const adapt_clust_result &found = clust.result();
+  command_result result = result_of(project, found.completed);
+  if (!found.folder.empty())
+    result.file("run_folder", found.folder);
+  if (!found.completed)
+    return result;
+  const contig_figures figures = contig_figures_of(found, 2);
+  put_contig_files(p.files, result);
+  put_figures(figures, result);
+  std::int32_t n_apart = 0;
+  for (const contig_summary &cluster : found.clusters)
+    n_apart += cluster.remark == remark_not_connected;
+  result.figure("not_connected", n_apart);
+  result.summary = fmt::format("{} contigs tested, {} of them not connected", found.clusters.size(), n_apart);
+  result.findings = *band_length;
+  result.lines.push_back(found.folder.string());
+  project.loaded(project_part::contigs, {found.folder, "contigs.test"});
+  return result;
 }
 
 // ---- contigs.retain ----
@@ -306,7 +366,7 @@ command_result run_load_folder(project_state &project, const run_parameters &p) 
 struct retain_parameters {
   fs::path out, old_MTP, sequenced;
   std::optional<std::int32_t> which_clusters;
-  bool use_maximal_subcluster = false, increase_cutoff = false;
+  std::optional<bool> use_maximal_subcluster, increase_cutoff;
   contig_file_parameters files;
 };
 
@@ -319,8 +379,9 @@ void describe_retain(parameter_list &list, retain_parameters &p) {
       .limits(0, 2)
       .asked_else("1");
   list.add("largest-part", p.use_maximal_subcluster,
-           "where a contig isn't connected at the cutoff, go on with its largest part");
-  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path");
+           "where a contig isn't connected at the cutoff, go on with its largest part")
+      .asked_else("no");
+  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
   describe_contig_files(list, p.files);
 }
 
@@ -344,13 +405,10 @@ command_result run_retain(project_state &project, const retain_parameters &p) {
   work_in(project, p.out);
   const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
   class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
-  // Given clusters are tested as they are: none is too large, too small or too wide, and the ladder has one step.
-  constexpr std::int32_t any_size = 5000, smallest = 2, any_width = 5000;
-  clust.main_parameters_set(any_size, smallest, any_width, 0, 0, false, 5, 5);
   clust.detail_control_set(!p.files.no_ordering);
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
   clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
-  const bool begun = clust.process_clusters_without_adaptive_clustering_Retain_run(wishes_of(p));
+  const bool begun = clust.test_all_FPC_contigs(true, wishes_of(p));
   const adapt_clust_result &found = clust.result();
   command_result result = result_of(project, begun && found.completed);
   for (const fs::path &file : {p.old_MTP, p.sequenced})
@@ -412,6 +470,16 @@ void add_contig_rows(command_rows &rows) {
                      .parameters(describe_load_folder)
                      .checked_by(check_folder)
                      .runs(run_load_folder)
+                     .row());
+  rows.push_back(command_maker<test_parameters>("contigs.test")
+                     .captioned("Test of given contigs")
+                     .purpose("judge the contigs that are loaded as they are: topology, tiling path, and check at "
+                              "another cutoff")
+                     .example("contigs.test check-cutoff=12 out=tested")
+                     .needs({part::library, part::contigs})
+                     .parameters(describe_test)
+                     .checked_by(check_test)
+                     .runs(run_test)
                      .row());
   rows.push_back(command_maker<retain_parameters>("contigs.retain")
                      .captioned("Re-analysis of contigs")

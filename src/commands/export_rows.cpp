@@ -5,6 +5,7 @@
 #include "commands/command_table.h"
 #include "commands/length_parameters.h"
 #include "commands/row_steps.h"
+#include "fpc/fpc_blocks.h"
 #include "fpc/fpc_export.h"
 #include "metrics/class_clone_dist_general.h"
 #include "reports/map_export.h"

@@ -8,6 +8,7 @@
 #include "database/clone_name_files.h"
 #include "database/database_tests.h"
 #include "database/library_file.h"
+#include "fpc/fpc_blocks.h"
 #include "frame/numbers.h"
 #include "lists/class_list_of_clones.h"
 #include "project/input_kind.h"
@@ -48,7 +49,9 @@ struct load_parameters {
 
 void describe_load(parameter_list &list, load_parameters &p) {
   const char *group = "Reading";
-  list.add("file", p.wishes.file, "folder of .sizes files, one such file, or a library file").type("INPUT");
+  list.add("file", p.wishes.file,
+           "folder of .sizes files, one such file, a library file, or an .fpc file with its .cor file")
+      .type("INPUT");
   list.add("plain-text", p.plain_text, "INPUT is one text file of clones, kept in its own order").in_group(group);
   list.add("capacity", p.wishes.capacity, "number of clones provided for").limits(1, 2000000000).in_group(group);
   list.add("name-format-in", p.wishes.name_format_in, "clone name format of the input").limits(0, 8).in_group(group);
@@ -96,6 +99,17 @@ void put_parameters(const class_DB_of_clones &database, command_result &result) 
   result.parameter("n_bands", fields.n_bands);
 }
 
+// Its bands stand in a file of their own, and its head may say from which score on clones overlap.
+void take_fpc_project(project_state &project, const fs::path &file, command_result &result) {
+  result.inputs.push_back(cor_file_of(file));
+  const std::optional<double> cutoff = head_of_fpc_file(file).cutoff;
+  if (!cutoff || project.rule().distance_index != overlap_rule{}.distance_index)
+    return;
+  project.rule().cutoff = *cutoff;
+  project.frame().note(
+      fmt::format("The head of {} proposes cutoff {}.", file.filename().string(), number_text_shortest(*cutoff)));
+}
+
 command_result run_load(project_state &project, const load_parameters &p) {
   const library_wishes wishes = wishes_of(p);
   if (kind_of_input(wishes.file) == input_kind::library && !is_as_recorded(project, wishes.file))
@@ -107,6 +121,8 @@ command_result run_load(project_state &project, const load_parameters &p) {
   command_result result;
   if (!wishes.file.empty())
     result.inputs.push_back(wishes.file);
+  if (kind_of_input(wishes.file) == input_kind::fpc_file)
+    take_fpc_project(project, wishes.file, result);
   result.summary = text_of_library(project.database());
   if (found.n_copies_dropped > 0)
     result.summary += fmt::format("; exact copies dropped: {} of {} records", found.n_copies_dropped, found.n_records);

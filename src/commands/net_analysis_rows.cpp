@@ -1,5 +1,6 @@
 // What is asked of a net and its clusters: parts of it, clones around a list, the net of clusters.
 #include <fmt/format.h>
+#include <map>
 
 #include "clustering/nets_and_clusters.h"
 #include "commands/command_table.h"
@@ -183,7 +184,8 @@ command_result run_ranks(project_state &project, const ranks_parameters &p) {
 
 struct grow_parameters {
   fs::path list, out, candidates;
-  std::int32_t rank = 1;
+  std::optional<std::int32_t> rank, max_rank;
+  std::optional<bool> compare;
   bool without_net = false;
   std::optional<double> cutoff;
 };
@@ -191,7 +193,12 @@ struct grow_parameters {
 void describe_grow(parameter_list &list, grow_parameters &p) {
   list.add("list", p.list, "clones to begin with").type("LIST").needed();
   list.add("out", p.out, "folder of the list").type("DIR");
-  list.add("rank", p.rank, "steps from the list; below 0 without limit").limits(-1, 2000000000);
+  list.add("rank", p.rank, "steps from the list; below 0 without limit").limits(-1, 2000000000).asked_else("1");
+  list.add("max-rank", p.max_rank, "only clones within so many steps are printed; below 0 all that were found")
+      .limits(-1, 2000000000)
+      .asked_else("-1");
+  list.add("compare", p.compare, "tell the contigs of the clones that were found, where contigs are loaded")
+      .asked_else("no");
   list.add("without-net", p.without_net, "compare clones anew, in place of the loaded net's overlaps");
   list.add("candidates", p.candidates, "only these clones may be added, with without-net").type("LIST");
   list.add("overlap-cutoff", p.cutoff, "in the net only overlaps of at least this score")
@@ -208,47 +215,109 @@ void check_grow(const project_state &, const parts_there &there, const grow_para
     throw usage_error("candidates belong to without-net");
 }
 
+struct found_clones {
+  number_list list, ranks; // ranks(i): steps from the start to list(i)
+};
+
 // In the net: within so many steps; a limit that isn't there is more steps than there are clones.
-number_list grown_in_net(project_state &project, const grow_parameters &p, const number_list &start) {
-  number_list list, ranks;
-  const std::int32_t rank = p.rank < 0 ? project.database().total_number_of_clones_get() : p.rank;
+void grow_in_net(project_state &project, const grow_parameters &p, std::int32_t rank, const number_list &start,
+                 found_clones &found) {
+  rank = rank < 0 ? project.database().total_number_of_clones_get() : rank;
   if (p.cutoff)
-    create_relevant_clones_using_net2(project.context(), start, rank, *p.cutoff, false, project.signif().net(), list,
-                                      ranks);
+    create_relevant_clones_using_net2(project.context(), start, rank, *p.cutoff, false, project.signif().net(),
+                                      found.list, found.ranks);
   else
-    create_relevant_clones_using_net(project.context(), start, rank, false, project.signif().net(), list, ranks);
-  return list;
+    create_relevant_clones_using_net(project.context(), start, rank, false, project.signif().net(), found.list,
+                                     found.ranks);
+}
+
+bool grow_by_comparing(project_state &project, const grow_parameters &p, std::int32_t rank, const number_list &start,
+                       found_clones &found) {
+  pumping_options wanted;
+  wanted.start_list = start;
+  wanted.n_rank_limit = rank;
+  std::string ignored;
+  if (!p.candidates.empty() && !read_list(project, p.candidates, wanted.candidates.emplace(), ignored))
+    return false;
+  if (project.has(project_part::contigs))
+    project.database().contigs()->list_of_clones_black_list_get(wanted.black_list);
+  pumping_result grown;
+  nasos_clones(project.context(), project.rule(), wanted, grown);
+  found = {grown.list, grown.step};
+  return grown.completed;
+}
+
+// "n=12, n(0)=5, n(1)=7"
+std::string text_of_ranks(const found_clones &found) {
+  std::map<std::int32_t, std::int32_t> n_of_rank;
+  for (const std::int32_t rank : found.ranks.members())
+    ++n_of_rank[rank];
+  std::string text = "n=" + std::to_string(found.list.count());
+  for (const auto &[rank, n] : n_of_rank)
+    text += ", n(" + std::to_string(rank) + ")=" + std::to_string(n);
+  return text;
+}
+
+std::int32_t whole_number_asked(process_frame &frame, const input_box &asked, std::int32_t otherwise) {
+  std::int32_t number = otherwise;
+  whole_number_parse(frame.input(asked), number);
+  return number;
+}
+
+// The list, as far as it is wanted, and the contigs of its clones.
+void print_found(project_state &project, const grow_parameters &p, const found_clones &found, command_result &result) {
+  process_frame &frame = project.frame();
+  std::int32_t farthest = 0;
+  for (const std::int32_t rank : found.ranks.members())
+    farthest = std::max(farthest, rank);
+  const std::int32_t asked =
+      p.max_rank
+          ? *p.max_rank
+          : whole_number_asked(frame, {"Input max rank: ", "Print found clones", std::to_string(farthest)}, farthest);
+  number_list printed;
+  for (std::int32_t i = 1; i <= found.list.count(); ++i)
+    if (asked < 0 || found.ranks(i) <= asked)
+      printed.add(found.list(i));
+  const fs::path file = frame.path_in_working_folder("\\result_clones.txt");
+  class_list_of_clones(frame, project.settings()).print_list_of_clones(printed, file, project.database());
+  result.file("list", file);
+  result.lines.push_back(file.string());
+  question compare;
+  compare.text = "Compare with clusters?";
+  compare.to_go_on = answer::no;
+  if (!project.has(project_part::contigs) || printed.empty() || !(p.compare ? *p.compare : frame.yes(compare)))
+    return;
+  const fs::path contigs = frame.path_in_working_folder("\\result_clones_in_contigs.txt");
+  project.database().contigs()->print_cluster_name_for_clones(printed, contigs);
+  result.file("contigs", contigs);
 }
 
 command_result run_grow(project_state &project, const grow_parameters &p) {
   work_in(project, p.out);
-  number_list start, found;
-  std::string name, ignored;
+  process_frame &frame = project.frame();
+  number_list start;
+  std::string name;
   if (!read_list(project, p.list, start, name))
     return stopped_or_failed(project);
+  const std::int32_t rank =
+      p.rank ? *p.rank
+             : whole_number_asked(frame,
+                                  {"Input maximal rank (-1 = Infinity):", "Searching for overlaping clones", "1"}, 1);
+  frame.step_text_set("Fast searching for clones ...");
+  found_clones found;
   if (p.without_net) {
-    pumping_options wanted;
-    wanted.start_list = start;
-    wanted.n_rank_limit = p.rank;
-    if (!p.candidates.empty() && !read_list(project, p.candidates, wanted.candidates.emplace(), ignored))
+    if (!grow_by_comparing(project, p, rank, start, found))
       return stopped_or_failed(project);
-    if (project.has(project_part::contigs))
-      project.database().contigs()->list_of_clones_black_list_get(wanted.black_list);
-    pumping_result grown;
-    nasos_clones(project.context(), project.rule(), wanted, grown);
-    if (!grown.completed)
-      return stopped_or_failed(project);
-    found = grown.list;
   } else {
-    found = grown_in_net(project, p, start);
+    grow_in_net(project, p, rank, start, found);
   }
-  const fs::path file = print_relevant_clones(project.context(), found, project.rule(), name, p.rank);
+  frame.clones_text_set(text_of_ranks(found));
   command_result result;
   result.inputs.push_back(p.list);
-  result.file("list", file);
-  result.figure("clones", found.count());
-  result.lines.push_back(file.string());
-  project.frame().note(fmt::format("Clones found: {}, of them {} given.", found.count(), start.count()));
+  print_found(project, p, found, result);
+  result.figure("clones", found.list.count());
+  frame.note(text_of_ranks(found));
+  frame.message("Searching is finished: " + std::to_string(found.list.count()) + " found");
   return result;
 }
 

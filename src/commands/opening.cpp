@@ -42,6 +42,10 @@ void open_kind(project_state &project, const fs::path &path, input_kind kind, op
   case input_kind::library:
     found.commands.push_back(command_on("library.load", "file", path));
     return;
+  case input_kind::fpc_file: // clones with their bands, or the contigs of clones that are there
+    found.commands.push_back(project.has(project_part::library) ? command_on("fpc.read", "file", path)
+                                                                : command_on("library.load", "file", path));
+    return;
   case input_kind::results_folder:
   case input_kind::run_folder:
     return open_run(project, path, found);

@@ -5,7 +5,7 @@
 #include "commands/command_table.h"
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
-#include "contigs/class_contig_analysis.h"
+#include "contigs/list_axis.h"
 #include "database/class_clone_serv.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -38,23 +38,6 @@ void check_order(const project_state &, const parts_there &, const order_paramet
   check_input(p.list);
 }
 
-// A long list that hangs together is ordered along its axis; without one the work grows with the square of the list.
-constexpr std::int32_t most_without_axis = 5000;
-bool find_axis(project_state &project, ordering_task &task) {
-  if (task.list.count() <= most_in_one_search)
-    return true;
-  class_contig_analysis contig(project.signif(), task.rule);
-  contig.list_of_clones_set(task.list, task.list.count());
-  contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
-  task.axis = contig.axis_of_list();
-  if (!task.axis.empty() || task.list.count() <= most_without_axis)
-    return true;
-  return project.frame().refuse(
-      fmt::format("The {} clones of the list don't hang together at the cutoff. More than {} are "
-                  "ordered only when they do.",
-                  number_text_thousands(task.list.count()), number_text_thousands(most_without_axis)));
-}
-
 std::string text_of_order(const ordering_work &work) {
   const std::int32_t n_list = work.task.list.count();
   std::string text =
@@ -79,7 +62,7 @@ command_result run_order(project_state &project, const order_parameters &p) {
   task.rule = project.rule();
   task.flag = false; // the consensus and solution files
   task.folder = project.frame().working_folder_get();
-  if (!find_axis(project, task))
+  if (!find_axis(project.signif(), task))
     return stopped_or_failed(project);
   std::vector<ordering_work> works;
   if (!orderer.compute_all(std::span(&task, 1), works))

@@ -300,8 +300,7 @@ void describe_options(parameter_list &list, analysis_options &p) {
   list.add("fast-clustering", p.fast_clustering, "single linkage on the net; without it pair by pair")
       .one_of(words)
       .unset("yes");
-  list.add("singletones", p.singletones,
-           "ask whether clones outside contigs go into one set; of contigs from .fpc files, which can't be read yet")
+  list.add("singletones", p.singletones, "ask whether clones outside the contigs of an .fpc file go into one set")
       .one_of(words)
       .unset("no");
 }

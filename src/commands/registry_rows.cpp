@@ -7,6 +7,7 @@
 #include "commands/row_steps.h"
 #include "database/class_markers.h"
 #include "fpc/fpc_writing.h"
+#include "lists/class_list_of_clones.h"
 
 namespace orb {
 
@@ -140,14 +141,20 @@ command_result run_lists(project_state &project, const folder_wishes &p) {
 struct fpc_wishes {
   statistics_wishes statistics;
   std::optional<bool> browse;
+  fs::path list;
+  bool choose = false, long_names = false;
 };
 
 void describe_fpc(parameter_list &list, fpc_wishes &p) {
   describe_statistics(list, p.statistics);
   describe_browse(list, p.browse);
+  list.add("list", p.list, "only these clones").type("LIST").unset("all clones");
+  list.add("choose", p.choose, "only the clones of a list that a dialog asks for");
+  list.add("long-names", p.long_names, "the long names of clusters in place of the short ones in the plain file");
 }
 
 void check_fpc(const project_state &project, const parts_there &, const fpc_wishes &p) {
+  check_input(p.list);
   check_lengths(p.statistics.lengths);
   check_tables(project, p.statistics.folder, {"FPC_like.fpc", "FPC_like_pp.fpc", "rename_for_FPC.tsv"});
 }
@@ -160,7 +167,9 @@ command_result run_fpc(project_state &project, const fpc_wishes &p) {
   const fs::path plain = frame.path_in_working_folder("\\FPC_like.fpc"),
                  pp = frame.path_in_working_folder("\\FPC_like_pp.fpc");
   print_FPC_like_file_run(frame, project.settings(), project.database(), registry_of(project), plain, pp,
-                          frame.working_folder_get(), true);
+                          frame.working_folder_get(), p.list.empty() && !p.choose, {p.list, p.long_names});
+  if (!p.list.empty() && !fs::exists(plain))
+    return stopped_or_failed(project);
   command_result result = result_of(project, !frame.stop_requested_get());
   result.file("fpc", plain);
   result.file("fpc_pp", pp);
@@ -180,16 +189,21 @@ struct markers_wishes {
 struct positions_wishes {
   folder_wishes folder;
   std::optional<bool> from_lists, final_only;
+  fs::path lists;
 };
 
 void describe_positions(parameter_list &list, positions_wishes &p) {
   describe_folder(list, p.folder);
   list.add("from-lists", p.from_lists, "of the clones that a table of lists names, in place of all markers")
       .asked_else("no");
+  list.add("lists", p.lists, "that table: lines of clones with commas between them").type("FILE");
   list.add("final-only", p.final_only, "in final clusters only").asked_else("yes");
 }
 
-void check_marker_positions(const project_state &project, const parts_there &, const positions_wishes &p) {
+void check_marker_positions(const project_state &project, const parts_there &there, const positions_wishes &p) {
+  check_input(p.lists);
+  if (p.lists.empty() && !p.from_lists.value_or(false) && !there.has(project_part::markers))
+    throw usage_error("contigs.marker_positions needs markers, or lists");
   check_tables(project, p.folder, {"mmm.txt", "contigs_with_n_markers.txt"});
 }
 
@@ -199,7 +213,7 @@ command_result run_marker_positions(project_state &project, const positions_wish
     answer_ahead(project, "From table of lists of clones", *p.from_lists);
   if (p.final_only)
     answer_ahead(project, "Final clusters only?", *p.final_only);
-  if (!registry_of(project).print_positon_of_markers())
+  if (!registry_of(project).print_positon_of_markers(p.lists))
     return stopped_or_failed(project);
   return done_in(project, "positions", "\\mmm.txt");
 }
@@ -240,6 +254,113 @@ command_result run_rename(project_state &project, const rename_wishes &p) {
   command_result result;
   result.inputs.push_back(p.file);
   return result;
+}
+
+// ---- clusters one by one ----
+
+struct off_wishes {
+  std::string name;
+};
+
+void describe_off(parameter_list &list, off_wishes &p) {
+  list.add("contig", p.name, "the contig that is switched off").needed();
+}
+
+command_result run_off(project_state &project, const off_wishes &p) {
+  class_FPCto_import &registry = registry_of(project);
+  const std::int32_t before = registry.current_list_of_clusters_in_use_get().count();
+  registry.cluster_off_clusterName(p.name);
+  if (registry.current_list_of_clusters_in_use_get().count() == before)
+    return command_result::ended(exit_status::run_failed);
+  project.loaded(project_part::contigs, project.origin(project_part::contigs));
+  return {};
+}
+
+struct add_wishes {
+  fs::path list;
+  std::string name, long_name;
+  bool shared = false;
+};
+
+void describe_add(parameter_list &list, add_wishes &p) {
+  list.add("list", p.list, "clones of the cluster, one a line").type("LIST").needed();
+  list.add("name", p.name, "of the cluster").unset("the name of the list");
+  list.add("long-name", p.long_name, "its long name").unset("none");
+  list.add("shared", p.shared, "also when a clone lies in a cluster that is in use; it then belongs to the new one");
+}
+
+void check_add(const project_state &, const parts_there &, const add_wishes &p) {
+  check_input(p.list);
+}
+
+command_result run_add(project_state &project, const add_wishes &p) {
+  number_list list;
+  std::string name;
+  if (!read_list(project, p.list, list, name))
+    return stopped_or_failed(project);
+  class_FPCto_import &registry = registry_of(project);
+  if (!registry.add_new_cluster(list, p.name.empty() ? name : p.name, p.long_name, !p.shared))
+    return command_result::ended(exit_status::run_failed);
+  registry.add_new_cluster_finish();
+  const bool first = !project.has(project_part::contigs);
+  project.loaded(project_part::contigs,
+                 first ? part_origin{p.list, "contigs.add_list"} : project.origin(project_part::contigs));
+  command_result result;
+  result.inputs.push_back(p.list);
+  result.figure("clones", list.count());
+  return result;
+}
+
+struct bar_wishes {
+  fs::path list;
+};
+
+void describe_bar(parameter_list &list, bar_wishes &p) {
+  list.add("list", p.list, "clones that are never added to a list that grows, one a line").type("LIST").needed();
+}
+
+void check_bar(const project_state &, const parts_there &, const bar_wishes &p) {
+  check_input(p.list);
+}
+
+command_result run_bar(project_state &project, const bar_wishes &p) {
+  number_list list, all;
+  std::string name;
+  if (!read_list(project, p.list, list, name))
+    return stopped_or_failed(project);
+  registry_of(project).list_of_clones_add_to_black_list(list);
+  registry_of(project).list_of_clones_black_list_get(all);
+  command_result result;
+  result.inputs.push_back(p.list);
+  result.figure("barred_clones", all.count());
+  return result;
+}
+
+void check_barred(const project_state &project, const parts_there &, const folder_wishes &p) {
+  check_tables(project, p, {"black_list.txt"});
+}
+
+command_result run_barred(project_state &project, const folder_wishes &p) {
+  work_in(project, p.out);
+  number_list all;
+  registry_of(project).list_of_clones_black_list_get(all);
+  class_list_of_clones(project.frame(), project.settings())
+      .print_list_of_clones(all, project.frame().path_in_working_folder("\\black_list.txt"), project.database());
+  return done_in(project, "black_list", "\\black_list.txt");
+}
+
+void check_clusters_of(const project_state &project, const parts_there &, const list_wishes &p) {
+  check_input(p.list);
+  check_tables(project, p.folder, {"clusters_of_clones.txt"});
+}
+
+command_result run_clusters_of(project_state &project, const list_wishes &p) {
+  work_in(project, p.folder.out);
+  number_list list;
+  if (!list_of_table(project, p.list, list))
+    return stopped_or_failed(project);
+  registry_of(project).print_clusters_of_clones(list);
+  return done_in(project, "clusters", "\\clusters_of_clones.txt");
 }
 
 template <class Parameters>
@@ -284,6 +405,37 @@ void add_registry_rows(command_rows &rows) {
                      .needs({project_part::library, project_part::contigs, project_part::markers})
                      .runs(run_remarks)
                      .row());
+  rows.push_back(command_maker<off_wishes>("contigs.off")
+                     .captioned("Switch a contig off")
+                     .purpose("take a contig out of use; its clones and its name stay known")
+                     .example("contigs.off contig=cl_12")
+                     .needs({project_part::library, project_part::contigs})
+                     .parameters(describe_off)
+                     .runs(run_off)
+                     .row());
+  rows.push_back(command_maker<add_wishes>("contigs.add_list")
+                     .captioned("List of clones as a cluster")
+                     .purpose("a list of clones as one more cluster of the registry")
+                     .example("contigs.add_list list=contig.txt name=mine")
+                     .needs({project_part::library})
+                     .makes({project_part::contigs})
+                     .parameters(describe_add)
+                     .checked_by(check_add)
+                     .runs(run_add)
+                     .row());
+  rows.push_back(command_maker<bar_wishes>("contigs.bar")
+                     .captioned("Bar clones from use")
+                     .purpose("put clones into the black list: searches for more clones leave them out")
+                     .example("contigs.bar list=suspects.txt")
+                     .needs({project_part::library, project_part::contigs})
+                     .parameters(describe_bar)
+                     .checked_by(check_bar)
+                     .runs(run_bar)
+                     .row());
+  add_table<folder_wishes>(rows, "contigs.black_list", "Print barred clones", "the clones of the black list",
+                           describe_folder, check_barred, run_barred);
+  add_table(rows, "contigs.clusters_of", "Clusters of clones", "all clusters that hold a clone, in use or not",
+            describe_list, check_clusters_of, run_clusters_of);
   add_table(rows, "contigs.statistics", "N50 statistics", "how long contigs are", describe_statistics, check_statistics,
             run_statistics);
   add_table(rows, "contigs.coordinates", "Coordinates of clones", "where each clone lies in its contig", describe_list,
@@ -296,7 +448,7 @@ void add_registry_rows(command_rows &rows) {
   add_table(rows, "contigs.fpc", "Print .fpc files", "the contigs as .fpc files, in two flavours", describe_fpc,
             check_fpc, run_fpc);
   add_table(rows, "contigs.marker_positions", "Positions of markers", "where markers lie in contigs",
-            describe_positions, check_marker_positions, run_marker_positions, true);
+            describe_positions, check_marker_positions, run_marker_positions);
   add_table(rows, "contigs.marker_clones", "Clones for markers", "the clones of each marker", describe_marker_clones,
             check_marker_clones, run_marker_clones, true);
 }

@@ -4,6 +4,8 @@
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
+#include "fpc/fpc_blocks.h"
+#include "frame/numbers.h"
 #include "project/input_kind.h"
 
 namespace orb {
@@ -112,6 +114,20 @@ void prepare_run_verb(verb_run &call, project_state &project) {
   if (call.step("net.load"))
     take_net_of_run(call, record, results);
   tell_unfinished_run(project.frame(), results);
+}
+
+// The cutoff of an FPC project's head counts where neither a metric nor a cutoff is asked for.
+void take_cutoff_of_fpc_input(verb_run &call) {
+  bound_command *metric = call.step("metric.set");
+  if (!metric || call.is_given("metric") || call.is_given("cutoff"))
+    return;
+  for (const char *name : {"input", "file", "library"}) {
+    const fs::path file = call.path(name);
+    if (file.empty() || kind_of_input(file) != input_kind::fpc_file)
+      continue;
+    if (const std::optional<double> cutoff = head_of_fpc_file(file).cutoff)
+      metric->set_default("cutoff", number_text_shortest(*cutoff));
+  }
 }
 
 } // namespace orb

@@ -66,7 +66,9 @@ verb_run::verb_run(const verb &wanted) : verb_(&wanted) {
   for (verb_option &option : options_) {
     option.is_by_place =
         std::find(wanted.by_place.begin(), wanted.by_place.end(), option.name) != wanted.by_place.end();
-    option.needed = option.needed || option.is_by_place ||
+    const bool may_lack =
+        std::find(wanted.may_lack.begin(), wanted.may_lack.end(), option.name) != wanted.may_lack.end();
+    option.needed = option.needed || (option.is_by_place && !may_lack) ||
                     std::find(wanted.needed.begin(), wanted.needed.end(), option.name) != wanted.needed.end();
   }
 }
@@ -321,6 +323,7 @@ exit_status run_verb(verb_run &call, project_state &project, const command_strea
   const verb &wanted = call.the_verb();
   command_result end;
   try {
+    take_cutoff_of_fpc_input(call);
     if (wanted.run)
       return wanted.run(call, project, streams);
     const files_scope in_hand(project.files());

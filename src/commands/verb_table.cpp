@@ -108,6 +108,11 @@ void check_net(verb_run &call) {
     throw usage_error("--start and --parts belong to --text");
 }
 
+void check_analyse(verb_run &call) {
+  if (!call.is_given("lists") && !call.flag("all"))
+    throw usage_error("what is to be analysed: a list of clones, a folder of lists, or --all");
+}
+
 // ---- groups ----
 
 verb list_verb(std::string name, std::string purpose, std::string row, std::string example) {
@@ -239,6 +244,79 @@ void add_viewer_verbs(std::vector<verb> &table, const verb &exported) {
                              {"file"}, place::beside_file, {{"net.view", "view", {}, {}, {}, {}}}));
 }
 
+// What reading an assembly leaves to other verbs: the library keeps its own parameters.
+step library_named() {
+  return {"library.load", "load", {{"file", "library"}, {"source", ""}, {"keep", ""}}, {}, {}, {}};
+}
+step assembly() {
+  return {"fpc.read", "read", {{"keep-contigs", ""}}, {}, {}, {}, {{"bp-per-band", "estimate"}}};
+}
+step assembly_quietly() {
+  return {"fpc.read",
+          "read",
+          {{"keep-contigs", ""}, {"specified", ""}},
+          {},
+          {{"print", "no"}},
+          {},
+          {{"bp-per-band", "estimate"}}};
+}
+
+void add_fpc_verbs(std::vector<verb> &table, const verb &retain) {
+  table.push_back(plain_verb(
+      "fpc read", "FILE.fpc --library LIB --out DIR",
+      "an assembly of the FPC program as a run that all other verbs read",
+      "orb fpc read project.fpc --library project.ORBdb --out read", {"file"}, place::in_folder,
+      {library_named(), metric(), net_if_given(), assembly(), {"contigs.save_run", "contigs", {}, {}, {}, {}}},
+      {"library", "out"}));
+  table.push_back(plain_verb("fpc test", "FILE.fpc --library LIB --out DIR",
+                             "judge each contig of an FPC assembly: topology, tiling path, and check at another cutoff",
+                             "orb fpc test project.fpc --library project.ORBdb --net net.ORBns --out tested", {"file"},
+                             place::in_folder,
+                             {library_named(),
+                              markers(),
+                              tables(),
+                              metric(),
+                              options(),
+                              net_if_given(),
+                              assembly_quietly(),
+                              {"contigs.test", "test", {}, "!old-mtp", {}, {}},
+                              {"contigs.retain", "test", {}, "old-mtp", {}, {}}},
+                             {"library", "out"}));
+  verb compare = plain_verb("fpc compare", "FILE.fpc RUN [--out DIR]",
+                            "which contigs of an FPC assembly and of a run are joined, split or lacking in the other",
+                            "orb fpc compare project.fpc results --out compared", {"assembly", "run"}, place::in_folder,
+                            {retain.steps.front(),
+                             metric(),
+                             {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
+                             {"net.load", "", {{"file", ""}}, {}, {}, {}},
+                             {"fpc.compare", "compare", {{"file", "assembly"}}, {}, {}, {}, {{"out", "."}}}});
+  compare.extra = retain.extra;
+  compare.prepare = prepare_run_verb;
+  table.push_back(compare);
+  table.push_back(plain_verb("fpc mtp", "FILE.fpc PATHS --library LIB --out DIR",
+                             "tiling paths of an FPC assembly against the longest paths of its contigs in the net",
+                             "orb fpc mtp project.fpc paths.txt --library project.ORBdb --net net.ORBns --out tested",
+                             {"file", "paths"}, place::in_folder,
+                             {library_named(),
+                              markers(),
+                              tables(),
+                              metric(),
+                              net_if_given(),
+                              assembly_quietly(),
+                              {"fpc.mtp", "test", {{"file", "paths"}}, {}, {}, {}}},
+                             {"library", "out"}));
+  table.push_back(plain_verb(
+      "fpc specified", "FILE --library LIB --out DIR", "contigs from a file of sections of clones as a run",
+      "orb fpc specified zone.txt --library project.ORBdb --out zone", {"file"}, place::in_folder,
+      {library_named(), {"fpc.specified", "read", {}, {}, {}, {}}, {"contigs.save_run", "contigs", {}, {}, {}, {}}},
+      {"library", "out"}));
+  verb unite = plain_verb("fpc unite", "FILE --out FILE", "all files of bands of a folder as one file",
+                          "orb fpc unite plates/P001.sizes --out united.sizes", {"file"}, place::beside_file,
+                          {{"fpc.unite", "unite", {}, {}, {}, {}}}, {"out"});
+  unite.says_saved = true;
+  table.push_back(unite);
+}
+
 void add_list_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb(
       "order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
@@ -318,6 +396,7 @@ void add_list_verbs(std::vector<verb> &table) {
   map.says_saved = true;
   table.push_back(map);
   add_viewer_verbs(table, exported);
+  add_fpc_verbs(table, retain);
   table.push_back(plain_verb("list sort", "LIB LIST --out LIST", "a list in the order of the library, without repeats",
                              "orb list sort library.ORBdb contig.txt --out sorted.txt", {"input", "list"},
                              place::beside_file, library_and({{"list.sort", "list", {}, {}, {}, {}}}), {"out"}));
@@ -338,6 +417,34 @@ void add_list_verbs(std::vector<verb> &table) {
       plain_verb("list bands", "LIB LIST --out FILE", "the bands of the clones of a list, in one of four forms",
                  "orb list bands library.ORBdb contig.txt --form lengths --out bands.txt", {"input", "list"},
                  place::beside_file, library_and({{"list.bands", "list", {}, {}, {}, {}}}), {"out"}));
+}
+
+void add_analysis_verbs(std::vector<verb> &table) {
+  verb analyse = plain_verb(
+      "analyse", "LIB NET LIST|FOLDER|--all --do A,B,... [--out DIR]",
+      "chosen analyses of a list of clones, of each list of a folder, or of all clones",
+      "orb analyse library.ORBdb net.ORBns contig.txt --do topology,ordering --out analysed", {"input", "net", "lists"},
+      place::in_folder,
+      scored_library_and(
+          {options_of_order(), net(), {"analyse.run", "analyse", {{"folder", ""}}, {}, {}, {}, {{"out", "."}}}}));
+  analyse.steps.front().names.emplace_back("preset", ""); // here it is one of analyses
+  analyse.may_lack = {"lists"};
+  analyse.check = check_analyse;
+  table.push_back(analyse);
+  table.push_back(plain_verb("grow", "LIB NET LIST [--out DIR]", "more clones near a list",
+                             "orb grow library.ORBdb net.ORBns contig.txt --rank 2 --out grown",
+                             {"input", "net", "list"}, place::in_folder,
+                             scored_library_and({net(), {"net.grow", "grow", {}, {}, {}, {}, {{"out", "."}}}})));
+  table.push_back(
+      plain_verb("tree", "LIB NET --cutoffs A,B,... --out DIR", "refine clusters down a ladder of rising cutoffs",
+                 "orb tree library.ORBdb net.ORBns --cutoffs 15,20,25 --out tree", {"input", "net"}, place::in_folder,
+                 library_and({net(), {"clusters.tree", "tree", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb(
+      "group", "LIB NET CLUSTERS [--out DIR]", "join small clusters into larger ones by their strongest overlaps",
+      "orb group library.ORBdb net.ORBns lists/ --out groups", {"input", "net", "clusters"}, place::in_folder,
+      scored_library_and({net(),
+                          {"contigs.load_folder", "load", {{"folder", "clusters"}}, {}, {}, {}},
+                          {"clusters.group", "group", {}, {}, {}, {}, {{"out", "."}}}})));
 }
 
 void add_marker_verbs(std::vector<verb> &table) {
@@ -491,6 +598,7 @@ const std::vector<verb> &table_of_verbs() {
     std::vector<verb> made;
     add_stage_verbs(made);
     add_list_verbs(made);
+    add_analysis_verbs(made);
     add_marker_verbs(made);
     add_net_verbs(made);
     add_ordering_verbs(made);

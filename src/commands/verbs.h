@@ -72,10 +72,11 @@ struct verb {
   std::string name;      // one word, or a group and a word: "list sort"
   std::string arguments; // as shown in the help
   std::string purpose, example;
-  std::vector<std::string> by_place; // options that are known by their place, all needed
+  std::vector<std::string> by_place; // options that are known by their place, needed but for those of `may_lack`
   record_place record = record_place::none;
   std::vector<verb_step> steps;
   std::vector<std::string> needed;                        // options that this verb needs, besides
+  std::vector<std::string> may_lack = {};                 // of those known by their place
   void (*extra)(parameter_list &, verb_run &) = nullptr;  // options of the verb itself
   void (*check)(verb_run &) = nullptr;                    // of options together; throws usage_error
   void (*prepare)(verb_run &, project_state &) = nullptr; // settles options by what the inputs say
@@ -159,6 +160,7 @@ void take_end(const command_result &result, command_result &end);
 exit_status run_assemble_verb(verb_run &call, project_state &project, const command_streams &streams);
 exit_status run_menu_verb(verb_run &call, project_state &project, const command_streams &streams);
 exit_status run_script_verb(verb_run &call, project_state &project, const command_streams &streams);
+void take_cutoff_of_fpc_input(verb_run &call);
 void prepare_run_verb(verb_run &call, project_state &project);
 void prepare_map_verb(verb_run &call, project_state &project);
 void prepare_picture_verb(verb_run &call, project_state &project);

@@ -243,6 +243,15 @@ void class_contig_adapt_clust::process_clusters_without_adaptive_clustering(cons
   });
 }
 
+bool class_contig_adapt_clust::test_all_FPC_contigs(bool flag, const retained_path_options &options) {
+  constexpr std::int32_t any_size = 5000, smallest = 2, any_width = 5000;
+  main_parameters_set(any_size, smallest, any_width, 0, 0, false, 5, 5);
+  if (flag)
+    return process_clusters_without_adaptive_clustering_Retain_run(options);
+  process_clusters_without_adaptive_clustering_all_run();
+  return true;
+}
+
 void class_contig_adapt_clust::given_clusters_answers_set(std::optional<bool> use_maximal_subcluster,
                                                           std::optional<bool> increase_cutoff) {
   answers_ = {use_maximal_subcluster, increase_cutoff};

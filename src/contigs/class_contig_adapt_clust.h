@@ -109,6 +109,12 @@ public:
   // The same for given names (from 1, element 0 unused); a name that isn't in the registry is passed over.
   void process_clusters_without_adaptive_clustering(const std::vector<std::string> &names, std::int32_t n,
                                                     class_DB_of_clones &database);
+  // All contigs in use as another program made them, with parameters of its own: none is too large, too small or too
+  // wide, and the ladder has one step. With `flag` the re-analysis below, otherwise the test above. False when
+  // cancelled.
+  bool test_all_FPC_contigs(bool flag, const retained_path_options &options = {});
+  // How far clones lie from the tiling path is measured at this cutoff, in place of that at which the run began.
+  void check_cutoff_set(double cutoff) { check_cutoff_ = cutoff; }
   // The two questions that the runs over given clusters ask; once set they aren't asked.
   void given_clusters_answers_set(std::optional<bool> use_maximal_subcluster, std::optional<bool> increase_cutoff);
 
@@ -203,6 +209,7 @@ private:
   overlap_rule rule_; // of the run: with the cutoff of level 0
   contig_files files_;
   std::filesystem::path folder_to_continue_;
+  std::optional<double> check_cutoff_;
   given_clusters_answers answers_;
   std::vector<tested_cluster> tested_;
   std::int32_t n_to_be_ordered_ = 0; // of these

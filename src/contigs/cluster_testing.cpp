@@ -170,7 +170,7 @@ void class_contig_adapt_clust::analyse_contig_and_decide(cluster_test &test) {
   }
   class_contig_analysis &contig = *test.contig;
   contig.contig_topology_analyse_and_MTP_and_ordering_without_TSP();
-  contig.check_contig_with_MTP_new_cutoff(rule_.cutoff);
+  contig.check_contig_with_MTP_new_cutoff(check_cutoff_.value_or(rule_.cutoff));
   test.diam = contig.net_diam_get();
   test.width = contig.net_width_NewCutoff_get();
   test.n_far = contig.net_n_far_NewCutoff_get();

@@ -260,4 +260,26 @@ void class_DB_of_clones_read::read_database_from_folder_of_sizes_files(fs::path 
   replace_database(fresh, store, database);
 }
 
+bool class_DB_of_clones_read::read_database_from_records(const record_source &read, class_DB_of_clones &database,
+                                                         class_usable_values &usable_values) {
+  summary_ = {};
+  summary_.n_files = 1;
+  class_DB_of_clones fresh;
+  fresh.parameters_from(database);
+  if (const std::string wrong = wrong_band_axis(fresh); !wrong.empty())
+    return frame_.refuse(wrong);
+  band_statistics statistics;
+  prepare_band_statistics(fresh, statistics);
+  fingerprint_records records;
+  if (!read(fresh, records, statistics) || frame_.stop_requested_get())
+    return false;
+  summary_.n_records = static_cast<std::int32_t>(records.count());
+  if (records.count() == 0)
+    return frame_.refuse("NB! No clones was readen!");
+  order_and_store(records, fresh);
+  finish_load(fresh, statistics, usable_values);
+  replace_database(fresh, true, database);
+  return true;
+}
+
 } // namespace orb

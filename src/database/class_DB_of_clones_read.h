@@ -42,6 +42,12 @@ public:
   // dropped. An empty path asks.
   void read_database_from_folder_of_sizes_files(std::filesystem::path path, bool single_file, bool store, bool &success,
                                                 class_DB_of_clones &database, class_usable_values &usable_values);
+  // Records that `read` fills from a format of its own, with their checked bands counted: clones in the order of their
+  // header lines, exact copies dropped. `fresh` has the parameters that count. False, after a message or a stop
+  // request, when `read` says so or there are no records.
+  using record_source = std::function<bool(class_DB_of_clones &fresh, fingerprint_records &, band_statistics &)>;
+  bool read_database_from_records(const record_source &read, class_DB_of_clones &database,
+                                  class_usable_values &usable_values);
   const load_summary &summary() const { return summary_; }
 
 private:

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "database/class_markers.h"
+#include "fpc/fpc_blocks.h"
 #include "fpc/fpc_dates.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -170,10 +171,6 @@ private:
 };
 
 } // namespace
-
-fs::path cor_file_of(const fs::path &fpc_file) {
-  return fs::path(fpc_file).replace_extension(".cor");
-}
 
 bool write_fpc_export(process_frame &frame, const class_DB_of_clones &database, const contig_map &map,
                       std::optional<double> exponent, const fs::path &file) {

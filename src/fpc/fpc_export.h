@@ -9,9 +9,6 @@
 
 namespace orb {
 
-// Where the bands go that belong to an .fpc file.
-std::filesystem::path cor_file_of(const std::filesystem::path &fpc_file);
-
 // Contigs are called ctg1, ctg2, ... in the order of the map; their own names are the remarks of the contig section. A
 // clone of a contig without coordinates stands at 0 to its number of bands less 1. `exponent`: the least -log10 P of an
 // overlap, where that is what overlaps were judged by. False after a message, with nothing written: a band that 16 bits

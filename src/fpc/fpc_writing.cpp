@@ -153,9 +153,8 @@ private:
     line("Bands  " + std::to_string(information.first_band_adress) + " " + std::to_string(information.number_of_bands));
     for (const std::int32_t marker : database_.markers().markers_of_clone(clone))
       line("Positive_Probe \"" + database_.markers().name_of_marker_get(marker) + "\" New");
-    // The 1 stands before the two-digit year on purpose: years count from 1900 there.
-    line("Creation_date 1" + str_date_from_FPC_format_get(information.creation_date));
-    line("Modified_date 1" + str_date_from_FPC_format_get(information.modification_date));
+    line("Creation_date " + date_text_of_fpc_file(information.creation_date));
+    line("Modified_date " + date_text_of_fpc_file(information.modification_date));
   }
 
   void marker_section(const std::string &date_now) {
@@ -238,15 +237,16 @@ void write_fpc_file(process_frame &frame, const class_DB_of_clones &database, co
 
 void print_FPC_like_file_run(process_frame &frame, const project_settings &settings, class_DB_of_clones &database,
                              const class_FPCto_import &registry, const std::filesystem::path &path_plain,
-                             const std::filesystem::path &path_pp, const std::filesystem::path &folder,
-                             bool all_clones) {
+                             const std::filesystem::path &path_pp, const std::filesystem::path &folder, bool all_clones,
+                             const fpc_file_choice &choice) {
   frame.process_start("Printing of .fpc files");
   number_list clones;
   if (all_clones) {
     clones = number_list::range(1, database.total_number_of_clones_get());
   } else {
     frame.local_process_text_set("Load list of clones");
-    const std::filesystem::path file = frame.open_file_dialog("Open file with list of selected clones");
+    const std::filesystem::path file =
+        choice.list.empty() ? frame.open_file_dialog("Open file with list of selected clones") : choice.list;
     std::string pure_name;
     if (file.empty() || !class_list_of_clones(frame, settings)
                              .run_reading_file_with_list_of_clones(file, clones, pure_name, database)) {
@@ -259,8 +259,8 @@ void print_FPC_like_file_run(process_frame &frame, const project_settings &setti
     frame.process_canceled();
     return;
   }
-  write_fpc_file(frame, database, registry, clones, path_plain, false, folder);
-  write_fpc_file(frame, database, registry, clones, path_pp, true, folder);
+  write_fpc_file(frame, database, registry, clones, path_plain, false, folder, choice.use_FPC_names);
+  write_fpc_file(frame, database, registry, clones, path_pp, true, folder, choice.use_FPC_names);
   frame.process_done();
   frame.message("Printing of FPC like files .fpc is completed.");
 }

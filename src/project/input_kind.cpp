@@ -126,6 +126,8 @@ static input_kind kind_of_file(const fs::path &file) {
   const input_kind found = kind_of_text(first_lines(file));
   if (extension == ".orb" && found != input_kind::native_markers)
     return input_kind::library;
+  if (extension == ".fpc" && found == input_kind::other_file)
+    return input_kind::fpc_file; // one without the usual first line
   const bool is_told = found != input_kind::other_file && found != input_kind::list_of_clones;
   if (extension == ".orbns" && !is_told)
     return input_kind::native_net; // a damaged one

@@ -5,6 +5,7 @@
 
 #include "database/band_statistics.h"
 #include "database/library_file.h"
+#include "fpc/fpc_fingerprints.h"
 #include "frame/numbers.h"
 #include "project/input_kind.h"
 #include "project/part_loading.h"
@@ -115,12 +116,33 @@ void override_library_parameters(project_state &project, const library_wishes &w
 }
 
 source_kind source_of(const library_wishes &wishes) {
+  const input_kind kind = kind_of_input(wishes.file);
+  if (kind == input_kind::fpc_file && wishes.source != source_kind::library_file)
+    return source_kind::fpc;
   if (wishes.source == source_kind::by_content)
-    return kind_of_input(wishes.file) == input_kind::library ? source_kind::library_file : source_kind::sizes;
+    return kind == input_kind::library ? source_kind::library_file : source_kind::sizes;
   const bool is_text = wishes.source == source_kind::plain_text;
   std::error_code failed;
   const bool can_be_text = wishes.file.empty() || (fs::exists(wishes.file, failed) && !fs::is_directory(wishes.file));
   return is_text && !can_be_text ? source_kind::sizes : wishes.source;
+}
+
+// What the head of an .fpc file proposes counts where nothing else is asked for, and this is said.
+library_parameters parameters_of_fpc_input(process_frame &frame, const library_wishes &wishes) {
+  const library_parameters asked = parameters_of(wishes);
+  fpc_head head = head_of_fpc_file(wishes.file);
+  if (wishes.preset || (!head.tolerance && !head.gel_length))
+    return asked;
+  if (wishes.tolerance)
+    head.tolerance = *wishes.tolerance;
+  if (wishes.gel_length)
+    head.gel_length = *wishes.gel_length;
+  library_parameters fields = parameters_of_fpc(head, asked);
+  fields.n_bands = wishes.n_bands.value_or(fields.n_bands);
+  frame.note(fmt::format("By the head of {} and the options: tolerance {}, gel length {}, n-bands {}.",
+                         wishes.file.filename().string(), fields.tolerance, number_text_shortest(fields.gel_length),
+                         fields.n_bands));
+  return fields;
 }
 
 // The reader that fits, as a process with a name. The library comes into its place whole, or the old one stays.
@@ -130,7 +152,16 @@ bool read_library(project_state &project, const library_wishes &wishes, source_k
   class_DB_of_clones &database = project.database();
   bool loaded = false;
   frame.all_panels_reset();
-  if (source == source_kind::sizes) {
+  if (source == source_kind::fpc) {
+    frame.process_start("Load DB from FPC project");
+    loaded = reader.read_database_from_records(
+        [&](class_DB_of_clones &fresh, fingerprint_records &records, band_statistics &statistics) {
+          return read_fpc_fingerprints(frame, project.settings(), wishes.file, fresh, records, statistics);
+        },
+        database, project.usable_values());
+    if (loaded && reader.summary().n_copies_dropped > 0)
+      make_band_statistics(frame, database, project.usable_values());
+  } else if (source == source_kind::sizes) {
     frame.process_start("Load DB from sizes folder");
     const bool single = wishes.file.empty() ? wishes.single_file : !fs::is_directory(wishes.file);
     reader.read_database_from_folder_of_sizes_files(wishes.file, single, true, loaded, database,
@@ -177,7 +208,8 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
   parameters_keeper keeper(project);
   settings.clone_name_format_input = wishes.name_format_in;
   settings.clone_name_format_output = wishes.name_format_out;
-  library_parameters fields = parameters_of(wishes);
+  library_parameters fields =
+      source == source_kind::fpc ? parameters_of_fpc_input(frame, wishes) : parameters_of(wishes);
   apply_parameters(database, fields, false);
   const bool loaded = read_library(project, wishes, source);
   if (loaded) { // it is there, even when a wish to stop came too late
@@ -197,8 +229,8 @@ load_end load_library(project_state &project, const library_wishes &wishes, cons
     return load_end::stopped;
   if (wishes.file.empty())
     return frame.data_failed() ? load_end::refused : load_end::cancelled;
-  if (const std::string found =
-          words_of_other_kind(wishes.file, {input_kind::library, input_kind::sizes_file, input_kind::sizes_folder});
+  if (const std::string found = words_of_other_kind(
+          wishes.file, {input_kind::library, input_kind::sizes_file, input_kind::sizes_folder, input_kind::fpc_file});
       !found.empty())
     frame.message(found + " Wanted: fingerprints or a library file.");
   const bool nothing_there = kind_of_input(wishes.file) == input_kind::missing ||

@@ -163,7 +163,8 @@ load_end load_run(project_state &project, const fs::path &folder, const std::str
   return load_end::loaded;
 }
 
-load_end load_folder_of_clusters(project_state &project, const fs::path &folder, const std::string &made_by) {
+load_end load_folder_of_clusters(project_state &project, const fs::path &folder, const std::string &made_by,
+                                 std::optional<bool> test) {
   process_frame &frame = project.frame();
   fs::path chosen = folder;
   if (chosen.empty())
@@ -173,11 +174,30 @@ load_end load_folder_of_clusters(project_state &project, const fs::path &folder,
   if (!fs::is_directory(chosen))
     throw file_error("can't open", chosen, "it is no folder");
   const std::shared_ptr<class_FPCto_import> fresh = project.registry_for_reading();
-  fresh->read_clustering_from_folder_of_files(chosen);
+  fresh->read_clustering_from_folder_of_files(chosen, test);
   if (frame.was_stopped() || frame.stop_requested_get())
     return load_end::stopped;
   project.database().contigs_set(fresh);
   project.loaded(project_part::contigs, {chosen, made_by});
+  return load_end::loaded;
+}
+
+load_end load_fpc_assembly(project_state &project, const fs::path &file, const fpc_reading_options &options,
+                           const std::string &made_by, fpc_reading_summary &summary) {
+  process_frame &frame = project.frame();
+  if (const std::string found = words_of_other_kind(file, {input_kind::fpc_file}); !found.empty()) {
+    frame.refuse(found + " Wanted: an .fpc file.");
+    return load_end::refused;
+  }
+  class_FPCfrom_export reader(frame, project.settings(), project.database());
+  if (!reader.read_clusterization_from_FPC(file, options))
+    return end_of_failure(frame);
+  summary = reader.summary();
+  if (project.database().markers().total_number_of_markers_get() > 0) {
+    project.settings().markers_in_clones = true;
+    project.loaded(project_part::markers, {file, made_by});
+  }
+  project.loaded(project_part::contigs, {file, made_by});
   return load_end::loaded;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "database/class_markers.h"
+#include "fpc/fpc_reading.h"
 #include "project/project_state.h"
 
 namespace orb {
@@ -24,8 +25,10 @@ enum class load_end {
 
 // What is asked of a library: unset values are the defaults for fingerprints, and for a library file what it says.
 struct library_wishes {
-  std::filesystem::path file; // folder of .sizes files, one such file, or a library file; empty: asks by the source
-  enum class source_kind { by_content, plain_text, library_file, sizes } source = source_kind::by_content;
+  // Folder of .sizes files, one such file, a library file, or an .fpc file with its .cor file; empty: asks by the
+  // source.
+  std::filesystem::path file;
+  enum class source_kind { by_content, plain_text, library_file, sizes, fpc } source = source_kind::by_content;
   bool single_file = false; // of a dialog for sizes: one file
   std::int32_t capacity = library_parameters{}.max_n_clones;
   std::int16_t name_format_in = project_settings{}.clone_name_format_input;
@@ -70,8 +73,13 @@ load_end load_text_net(project_state &project, text_net_reading wanted, const st
 
 // The folder of a finished run.
 load_end load_run(project_state &project, const std::filesystem::path &folder, const std::string &made_by);
-// A folder of lists of clones, each a cluster; an empty path asks. The registry is new.
+// A folder of lists of clones, each a cluster; an empty path asks. The registry is new. `test`: whether lists that
+// share clones are refused; unset: asks.
 load_end load_folder_of_clusters(project_state &project, const std::filesystem::path &folder,
-                                 const std::string &made_by);
+                                 const std::string &made_by, std::optional<bool> test = {});
+// The contigs of an .fpc file, and its markers.
+load_end load_fpc_assembly(project_state &project, const std::filesystem::path &file,
+                           const fpc_reading_options &options, const std::string &made_by,
+                           fpc_reading_summary &summary);
 
 } // namespace orb

@@ -74,11 +74,8 @@ public:
     if (!stopped() && !values_.net.empty() && is_there(values_.net, "File ", " with NET is NOT FOUND!"))
       count(load_net(project_, values_.net, made_by_));
     if (!stopped() && !values_.fpc_contigs.empty() &&
-        is_there(values_.fpc_contigs, "File ", " with contigs in FPC format is NOT FOUND!")) {
-      project_.frame().alarm("Contigs in FPC format can't be read yet: " + values_.fpc_contigs +
-                             " was left out of the project.");
-      whole_ = false;
-    }
+        is_there(values_.fpc_contigs, "File ", " with contigs in FPC format is NOT FOUND!"))
+      load_fpc_contigs();
     if (!stopped() && !values_.clusters_folder.empty() &&
         is_there(values_.clusters_folder, "Folder ", " with clusters NOT FOUND!"))
       count(load_folder_of_clusters(project_, values_.clusters_folder, made_by_));
@@ -104,6 +101,13 @@ private:
       return;
     count(load_markers(project_, values_.markers, marker_file_form::unknown, made_by_));
     project_.frame().step_text_set("Markers loaded");
+  }
+
+  void load_fpc_contigs() {
+    fpc_reading_options options;
+    options.print = false; // a project that is opened leaves no lists behind
+    fpc_reading_summary summary;
+    count(load_fpc_assembly(project_, values_.fpc_contigs, options, made_by_, summary));
   }
 
   project_state &project_;
@@ -165,10 +169,13 @@ static project_panel_frame panel_of_contigs(const project_state &project) {
       n_clones += registry.n_clones_in_cluster_get(id);
     }
   }
+  const fs::path from = project.origin(project_part::contigs).file;
+  const bool is_fpc = from.extension() == ".fpc";
   return {"FrameNet",
           "Net of contigs",
-          {"Contigs folder name = " + file_or(project.origin(project_part::contigs).file, ""),
-           "Contigs in FPC format  = ", "Number of contigs = " + std::to_string(n_contigs),
+          {"Contigs folder name = " + file_or(is_fpc ? fs::path() : from, ""),
+           "Contigs in FPC format  = " + file_or(is_fpc ? from : fs::path(), ""),
+           "Number of contigs = " + std::to_string(n_contigs),
            "Number of clones in contigs = " + std::to_string(n_clones)}};
 }
 

@@ -156,6 +156,7 @@ void project_state::clear() {
   settings_.seed = seed;
   settings_.threads = threads;
   rule_ = {};
+  analyses_ = {};
   working_folder_.clear();
 }
 

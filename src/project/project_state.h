@@ -13,6 +13,7 @@
 #include <string>
 
 #include "clustering/class_FPCto_import.h"
+#include "contigs/class_contig_process.h"
 #include "database/class_DB_of_clones.h"
 #include "database/class_DB_of_clones_read.h"
 #include "database/class_usable_values.h"
@@ -64,6 +65,9 @@ public:
   class_DB_of_clones_read &reader() { return reader_; }
   class_pools3D &pools() { return pools_; }
   const class_pools3D &pools() const { return pools_; }
+  // What the analysis of lists does while it isn't told otherwise.
+  contig_process_options &analyses() { return analyses_; }
+  const contig_process_options &analyses() const { return analyses_; }
 
   // ---- parts ---------------------------------------------------------------------------------------------------
   bool has(project_part part) const;
@@ -107,6 +111,7 @@ private:
   process_frame frame_;
   project_settings settings_;
   overlap_rule rule_;
+  contig_process_options analyses_;
   class_DB_of_clones database_;
   class_usable_values usable_values_;
   class_clone_dist_table table_;

@@ -96,9 +96,8 @@ after: contigs.assemble no-drawings=yes no-ordering=yes no-pair-tables=yes
   fast-clustering=no -> panels
 [library net]
 run: options.set
-after: contigs.load_folder folder=in/lists
-# kept for contigs from .fpc files, which no command reads
-  singletones=yes -> settings
+after: fpc.read file=in/assembly.fpc print=no
+  singletones=yes -> questions
 []
 run: program.exit
 
@@ -489,11 +488,16 @@ run: net.ranks list=in/list.txt interesting=in/other.txt
 run: net.grow list=in/lists/a.txt
   out=o -> folder
   rank=2 -> figures
+  max-rank=0 -> result_clones.txt
   without-net=yes -> figures
   overlap-cutoff=40 -> figures
 [library net]
 run: net.grow list=in/lists/a.txt without-net=yes
   candidates=in/list.txt -> figures
+
+[library net contigs]
+run: net.grow list=in/lists/a.txt
+  compare=yes -> folder
 
 # ---- revision ----------------------------------------------------------------------------------------------------
 
@@ -601,6 +605,88 @@ run: contigs.load folder=in/run
 run: contigs.load_folder
 fails
   folder=in/lists -> panel
+[library]
+run: contigs.load_folder folder=in/shared
+after: contigs.names
+  test=yes -> clones_in_contogs.txt
+[library net contigs]
+run: contigs.test no-drawings=yes no-pair-tables=yes no-ordering=yes
+  out=o -> folder
+  check-cutoff=40 -> *report_contigs.txt
+  browse=yes -> folder
+  raise-cutoff=yes -> *report_contigs.txt
+  bp-per-band=2000 -> folder
+  clone-length=140000 -> folder
+  genome-length=5000000 -> folder
+[library raw-net contigs]
+before: metric.set cutoff=45
+run: contigs.test no-drawings=yes no-pair-tables=yes no-ordering=yes
+  largest-part=yes -> *report_contigs.txt
+[library net]
+before: contigs.load_folder folder=in/lists
+run: contigs.test
+[library net]
+before: contigs.load_folder folder=in/lists
+run: contigs.test ordering-steps=1000
+  no-ordering=yes -> folder
+  no-pair-tables=yes -> folder
+  no-drawings=yes -> folder
+  drawing-format=graphml -> folder
+  drawing-names=no -> *.net
+  drawing-numbers=yes -> *.net
+  drawing-bands=no -> *.net
+  drawing-burial=no -> *.net
+  drawing-relations=yes -> *.net
+  drawing-cutoffs=yes -> folder
+  drawing-colours=no -> *.net
+  drawing-scores=no -> *.net
+  jackknife=3 -> *Cf15.0_p0.90.txt
+[library net]
+before: contigs.load_folder folder=in/wide
+run: contigs.test no-drawings=yes no-ordering=yes
+  from-net-only=yes -> *All_dist_w.txt
+[library net contigs]
+run: contigs.test no-drawings=yes no-pair-tables=yes ordering-seconds=0
+  ordering-seconds=1 -> *Cf15.0_p0.90.txt
+  ordering-steps=100000 -> *Cf15.0_p0.90.txt
+[library net contigs]
+run: contigs.test no-drawings=yes no-pair-tables=yes ordering-steps=1000 jackknife=3
+  jackknife-alpha=0.5 -> *Cf15.0_p0.90.txt
+[library contigs]
+run: contigs.off contig=cl_3
+after: contigs.lists
+[library]
+run: contigs.add_list list=in/list.txt
+after: contigs.lists
+  name=mine -> folder
+  long-name=long -> *report.txt
+[library contigs]
+run: contigs.add_list list=in/list.txt
+fails
+  shared=yes -> parts
+[library net contigs]
+run: contigs.bar list=in/other.txt
+[library contigs]
+before: contigs.bar list=in/other.txt
+run: contigs.black_list
+  out=o -> folder
+[library contigs]
+before: contigs.black_list out=o
+run: contigs.black_list out=o
+fails
+  force=yes -> status
+[library contigs]
+run: contigs.clusters_of
+  out=o -> folder
+  list=in/list.txt -> clusters_of_clones.txt
+[library contigs]
+before: contigs.clusters_of out=o
+run: contigs.clusters_of out=o
+fails
+  force=yes -> status
+[library contigs]
+run: contigs.save_run
+  out=o -> folder
 [library net contigs]
 run: contigs.retain old-mtp=in/list.txt
 [library net contigs]
@@ -719,6 +805,12 @@ run: contigs.fpc
   out=o -> folder
   browse=yes -> folder
 [library contigs]
+run: contigs.fpc
+answer: Open file with list of selected = in/list.txt
+  list=in/other.txt -> FPC_like.fpc
+  choose=yes -> FPC_like.fpc
+  long-names=yes -> FPC_like.fpc
+[library contigs]
 run: contigs.fpc browse=yes
   bp-per-band=2000 -> *.fpc
   clone-length=140000 -> *.fpc
@@ -736,6 +828,7 @@ run: contigs.marker_positions
 run: contigs.marker_positions
 answer: Open file with lists of lists = in/list.txt
   from-lists=yes -> mmm.txt
+  lists=in/columns.txt -> mmm.txt
 [library contigs markers]
 before: contigs.marker_positions out=o
 run: contigs.marker_positions out=o
@@ -750,6 +843,174 @@ before: contigs.marker_clones out=o
 run: contigs.marker_clones out=o
 fails
   force=yes -> status
+
+# ---- assemblies of the FPC program -------------------------------------------------------------------------------
+
+[library]
+run: fpc.read
+fails
+  file=in/assembly.fpc -> figures
+[library]
+run: fpc.read file=in/assembly.fpc
+  out=o -> folder
+  print=no -> folder
+  specified=in/zone.txt -> folder
+  bp-per-band=2000 -> folder
+  clone-length=140000 -> folder
+  genome-length=5000000 -> folder
+[library contigs]
+run: fpc.read file=in/other_plate.fpc
+  other-plates=yes -> figures
+  keep-contigs=yes -> folder
+[library net contigs]
+run: fpc.compare file=in/other_plate.fpc
+  out=o -> folder
+  other-plates=yes -> figures
+[library net contigs]
+before: fpc.compare file=in/assembly.fpc out=o
+run: fpc.compare file=in/assembly.fpc out=o
+fails
+  force=yes -> status
+[library net contigs]
+run: fpc.mtp
+fails
+  file=in/paths.txt -> figures
+[library net contigs]
+run: fpc.mtp file=in/paths.txt
+  out=o -> folder
+  drawing-format=graphml -> folder
+[library]
+run: fpc.specified
+fails
+  file=in/zone.txt -> figures
+[library]
+run: fpc.specified file=in/zone.txt
+  out=o -> folder
+[]
+run: fpc.unite
+fails
+answer: Save all .sizes files = here.sizes
+  file=in/plates/EC001.sizes -> here.sizes
+[]
+run: fpc.unite file=in/plates/EC001.sizes
+fails
+  out=u.sizes -> u.sizes
+[]
+run: fpc.unite file=in/plates/EC001.sizes out=u.sizes
+  files=1 -> u.sizes
+[]
+before: fpc.unite file=in/plates/EC001.sizes out=u.sizes
+run: fpc.unite file=in/plates/EC001.sizes out=u.sizes
+fails
+  force=yes -> status
+
+# ---- clusters ----------------------------------------------------------------------------------------------------
+
+[small]
+run: clusters.make
+answer: Open file with list of clones = in/lists/a.txt
+  list=in/lists/a.txt -> figures
+  choose=yes -> figures
+  out=o -> folder
+  slow=yes -> panels
+  test=yes -> folder
+  data=yes -> folder
+  caption=k -> folder
+  min-size=41 -> folder
+[small]
+run: clusters.read
+fails
+  file=in/clusters_of_small.txt -> figures
+[small]
+run: clusters.read file=in/clusters_of_a.txt
+fails
+  list=in/lists/a.txt -> figures
+[small]
+run: clusters.read file=in/clusters_of_small.txt
+after: contigs.names
+  caption=k -> clones_in_contogs.txt
+[library net]
+run: clusters.tree cutoffs=15,30
+  out=o -> folder
+  min-size=100 -> folder
+  max-size=20 -> folder
+  keep-nets=yes -> folder
+[library net]
+before: clusters.tree cutoffs=15,30 out=o
+run: clusters.tree cutoffs=15,30 out=o
+fails
+  force=yes -> status
+[library net]
+before: contigs.load_folder folder=in/tiny
+run: clusters.group
+  out=o -> folder
+  min-size=100 -> folder
+[library net]
+before: metric.set metric=k2mn cutoff=20
+before: contigs.load_folder folder=in/tiny
+run: clusters.group
+  without-net=yes -> *clustering_cutoffs.txt
+
+# ---- analyses of lists -------------------------------------------------------------------------------------------
+
+[]
+run: analyse.options
+  preset=folder -> findings
+  do=topology -> findings
+[]
+before: analyse.options do=net
+run: analyse.options
+  clear=yes -> findings
+[library net]
+before: analyse.options do=consecutive
+run: analyse.run
+fails
+  lists=in/list.txt -> folder
+  all=yes -> folder
+[library net]
+before: analyse.options do=consecutive
+run: analyse.run
+fails
+answer: Click any file from directory = in/lists/a.txt
+  folder=yes -> folder
+[library net]
+run: analyse.run lists=in/list.txt do=consecutive
+  out=o -> folder
+  do=topology -> folder
+  preset=clustering -> folder
+[library net]
+run: analyse.run lists=in/list.txt do=net mark=in/other.txt
+  mark=in/lists/a.txt -> *.net
+  mark2=in/lists/c.txt -> *.net
+  drawing-names=no -> *.net
+  drawing-numbers=yes -> *.net
+  drawing-bands=no -> *.net
+  drawing-burial=no -> *.net
+  drawing-relations=yes -> *.net
+  drawing-cutoffs=yes -> folder
+  drawing-colours=no -> *.net
+  drawing-scores=no -> *.net
+[library net]
+run: analyse.run lists=in/list.txt do=all-pairs
+  from-net-only=yes -> All_dist_list.txt
+[library net]
+run: analyse.run lists=in/lists/a.txt do=clustering
+  caption=k -> folder
+  min-size=7 -> folder
+[library net]
+run: analyse.run lists=in/lists/a.txt do=read-clusters
+fails
+  clusters=in/clusters_of_a.txt -> folder
+[library net]
+run: analyse.run lists=in/scattered.txt do=ordering ordering-steps=1000
+  jackknife=3 -> *Cf15.0_p0.90.txt
+[library net]
+run: analyse.run lists=in/scattered.txt do=ordering ordering-seconds=0
+  ordering-seconds=1 -> *Cf15.0_p0.90.txt
+  ordering-steps=100000 -> *Cf15.0_p0.90.txt
+[library net]
+run: analyse.run lists=in/scattered.txt do=ordering ordering-steps=1000 jackknife=3
+  jackknife-alpha=0.5 -> *Cf15.0_p0.90.txt
 
 # ---- orders, tables, drawings ------------------------------------------------------------------------------------
 

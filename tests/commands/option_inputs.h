@@ -14,7 +14,8 @@ namespace option_test {
 class case_inputs {
 public:
   case_inputs() {
-    fs::create_directories(folder_.path() / "lists");
+    for (const char *name : {"lists", "shared", "tiny"})
+      fs::create_directories(folder_.path() / name);
     fs::create_directory_symlink(ORB_SOURCE_DIR "/examples/ecoli536", folder_.path() / "plates");
     write_sequence();
     const current_folder work(folder_.path());
@@ -30,7 +31,9 @@ public:
     run("net.save out=in/net.ORBns");
     run("contigs.assemble out=assembly no-ordering=yes no-pair-tables=yes no-drawings=yes");
     fs::rename(project.origin(orb::project_part::contigs).file, folder_.path() / "run");
+    run("contigs.export to=fpc out=in/assembly.fpc");
     write_lists(project.database());
+    write_assemblies(project.database());
     write_parts();
     run("list.select list=in/small.txt fingerprints=in/plates out=in/small.sizes frequency=1");
     run("list.select list=in/one.txt fingerprints=in/plates out=in/one.sizes frequency=1");
@@ -164,6 +167,34 @@ private:
     }
     folder_.write("probes.txt", probes);
     folder_.write("positive.txt", "Plates: 2\nP1\nP2\ncolumns: 3\n1\n2\n3\nrows: 3\nA\nB\nC\n");
+  }
+
+  // What goes with assemblies and clusters.
+  void write_assemblies(const orb::class_DB_of_clones &database) const {
+    const std::vector<std::string> list = lines_of(folder_.path() / "list.txt");
+    folder_.write("zone.txt", "# z1 - remark: r\n" + list[0] + " " + list[1] + "\n# z2\n" + list[2] + "\n");
+    folder_.write("paths.txt",
+                  "// paths\n" + name_of_contig_ + "    " + list[0] + " " + list[5] + " " + list[9] + "\n");
+    write_list("shared/a.txt", {list[0], list[1]});
+    write_list("shared/b.txt", {list[1], list[2]});
+    fs::create_directories(folder_.path() / "wide");
+    fs::copy_file(folder_.path() / "small.txt", folder_.path() / "wide/w.txt");
+    for (std::size_t i = 0; i + 2 <= list.size(); i += 2)
+      write_list("tiny/t" + std::to_string(10 + i) + ".txt", {list[i], list[i + 1]});
+    std::string of_small;
+    for (int i = 0; i < 40; ++i)
+      of_small += std::to_string(i / 10 + 1) + "\n";
+    folder_.write("clusters_of_small.txt", of_small);
+    folder_.write("clusters_of_a.txt", "1\n1\n2\n2\n2\n1\n");
+    // a clone under the other number of its plate
+    for (const std::string &name : lines_of(folder_.path() / "list.txt"))
+      if (const std::size_t at = name.find("002"); at != std::string::npos) {
+        std::string other = name;
+        other.replace(at, 3, "001");
+        if (database.clone_number_get(other) < 1)
+          folder_.write("other_plate.fpc", "// fpc project p\n\nBAC : \"" + other + "\"\nMap \"" + name_of_contig_ +
+                                               "\" Ends Left 1\nMap \"" + name_of_contig_ + "\" Ends Right 9\n");
+      }
   }
 
   // The text net in two parts.

@@ -69,6 +69,8 @@ public:
     write("contig_names.txt", "cl_1\tctg_new\n");
     write("project.txt",
           "library,../in/library.ORBdb\nmarkers,../in/fields.txt\nnet,../in/net.ORBns\nfpc,\nclusters,../in/lists\n");
+    write("fpc_paths.txt", "// paths\ncl_2    AB001C01 AB001C02\nCL_2 AB001C03\n");
+    write("fpc_zone.txt", "# z - remark: r\nAB001C01,AB001C02\n# y\nAB002D01\n");
     write("native.ORB", orb_test::native_markers(11));
     write("q_clones.txt", "AB001C03\nAB002D01\n");
     make_by_commands();
@@ -84,6 +86,7 @@ private:
                      "contigs.assemble out=../in/made min-size=4 ordering-steps=200 no-drawings=yes",
                      "pvalue.table out=../in/tables runs=50 min-bands=10 step=10 steps=2",
                      "markers.load file=../in/fields.txt", "markers.save out=../in/markers.ORB",
+                     "contigs.export to=fpc out=../in/fpc/x.fpc",
                      "contigs.evaluate folder=../in/made truth=../in/truth.tsv"});
     for (const fs::directory_entry &entry : fs::directory_iterator(in_ / "made"))
       if (entry.is_directory())

@@ -64,6 +64,43 @@ void add_runs(fuzz_table &table) {
   table.push_back(target_of("folder_of_lists", lists));
 }
 
+std::string text_of_contigs(const session &of) {
+  std::ostringstream text;
+  orb_test::add_contigs(*of.project.database().contigs(), text);
+  return text.str();
+}
+
+// Contigs whose names would give two folders one name are refused.
+bool write_as_run(session &on) {
+  const command_result result = on.run("contigs.save_run out=out");
+  promise(result.completed || !on.told().empty(), "refused without a word");
+  if (result.completed)
+    fs::rename(result.files.front().path, "out/run");
+  return result.completed;
+}
+
+void add_fpc(fuzz_table &table) {
+  command_reader assembly{{"library", "markers"}, "x.fpc", "fpc.read file=read/x.fpc out=out print=no"};
+  assembly.folder = "fpc";
+  assembly.write = write_as_run;
+  assembly.read_again = {"contigs.load folder=out/run"};
+  assembly.text = text_of_contigs;
+  table.push_back(target_of("fpc_assembly", assembly));
+  for (const char *file : {"x.fpc", "x.cor"}) {
+    command_reader bands{{"library"}, file, "library.load file=read/x.fpc gel-length=2000 tolerance=2"};
+    bands.folder = "fpc";
+    bands.write = by_lines({"library.save out=out/l.ORBdb"});
+    bands.read_again = {"library.load file=out/l.ORBdb"};
+    bands.limits.bytes = 6 << 20; // frequencies of all places of a gel
+    table.push_back(target_of(std::string("fpc_bands_") + (file + 2), bands));
+  }
+  command_reader paths{{"library", "net", "contigs"}, "p.txt", "fpc.mtp file=read/p.txt out=out"};
+  paths.does = effect::none;
+  table.push_back(target_of("fpc_paths", paths, {"fpc_paths.txt"}));
+  table.push_back(target_of("fpc_specified", {{"library"}, "z.txt", "fpc.specified file=read/z.txt out=out"},
+                            {"fpc_zone.txt", "list.txt"}));
+}
+
 // The same files, with six decimals, from what is read of them.
 bool write_tables(session &on) {
   process_frame &frame = on.project.frame();
@@ -104,6 +141,7 @@ void add_pvalue_tables(fuzz_table &table) {
 void add_net_and_run_targets(fuzz_table &table) {
   add_nets(table);
   add_runs(table);
+  add_fpc(table);
   add_pvalue_tables(table);
   // What can't be loaded of a project is told, and the rest is loaded.
   command_reader project{{"library", "net"}, "p.txt", "project.open file=read/p.txt"};

@@ -98,4 +98,4 @@ TEST_P(guides, run_as_they_stand) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Pages, guides, testing::Values("user-guide.md", "pools.md"));
+INSTANTIATE_TEST_SUITE_P(Pages, guides, testing::Values("user-guide.md", "pools.md", "work-with-what-you-have.md"));

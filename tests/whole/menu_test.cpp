@@ -50,6 +50,9 @@ protected:
     write_bytes(folder / "positions.txt", "M1\t12\n");
     write_bytes(folder / "columns.txt", "EC001A01,EC001A02\n");
     write_bytes(folder / "contig_names.txt", "cl_2\tfirst\n");
+    write_bytes(folder / "clusters_of_a.txt", "1\n1\n1\n1\n1\n1\n1\n2\n2\n2\n2\n2\n2\n2\n");
+    write_bytes(folder / "paths.txt", "ctg1    EC001A01 EC001A02\n");
+    write_bytes(folder / "zone.txt", "# z - remark: r\nEC001A01 EC001A02\n");
     write_bytes(folder / "new_names.txt", "other\tEC001A01\n");
     write_bytes(folder / "maize.orb", "DB,l.ORBdb,M,markers.txt,N,from_text.ORBns,F,,C,lists");
     write_bytes(folder / "genome.fa", genome());
@@ -156,8 +159,8 @@ TEST_F(menu, a_project_says_what_can_run) {
   EXPECT_EQ(empty["mnu_File_open_my"], "runnable");
   EXPECT_EQ(empty["mnuNewProject"], "without action");
   EXPECT_EQ(empty["mnu_View_net"], "only in the window");
-  EXPECT_EQ(empty["mnu_Edit_Clusters_MarkerPositions"], "needs a library, contigs, markers");
-  EXPECT_EQ(library["mnu_Edit_Clusters_MarkerPositions"], "needs contigs, markers");
+  EXPECT_EQ(empty["mnu_Edit_Clusters_MarkerClones"], "needs a library, contigs, markers");
+  EXPECT_EQ(library["mnu_Edit_Clusters_MarkerClones"], "needs contigs, markers");
   EXPECT_EQ(empty["mnu_Analysis_RevizeNetSignif_QQ"], "needs a library, a net of overlaps");
   EXPECT_EQ(library["mnu_Analysis_RevizeNetSignif_QQ"], "needs a net of overlaps");
   for (const auto &[control, state] : whole) {
