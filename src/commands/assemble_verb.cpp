@@ -28,9 +28,11 @@ class assembly {
 public:
   assembly(verb_run &call, project_state &project, const command_streams &streams)
       : call_(call), project_(project), streams_(streams), record_(identity_of(call), project.frame().clock()),
-        stages_(streams, 4), out_(call.path("out")), record_file_(out_ / "run.json") {}
+        stages_(streams, by_layout() ? 3 : 4), out_(call.path("out")), record_file_(out_ / "run.json") {}
 
   command_result run() {
+    if (by_layout() && (call_.is_given("cutoff") || call_.is_given("metric")))
+      throw usage_error("--cutoff and --metric belong to --method own: a layout finds its scale in the fingerprints");
     note_inputs(call_, project_);
     record_inputs();
     if (call_.is_given("pvalue-tables")) {
@@ -137,7 +139,11 @@ private:
   }
 
   fs::path library_file() const { return out_ / library_name; }
-  fs::path net_file() const { return out_ / net_signif_file_name(project_.rule()); }
+  // Contigs by layout come from a net of a scale of its own; its clone test stands for the revision.
+  bool by_layout() const { return call_.option("method")->rows.front()->text() == "layout"; }
+  fs::path net_file() const {
+    return out_ / (by_layout() ? std::string("net_layout.ORBns") : net_signif_file_name(project_.rule()));
+  }
   fs::path revised_file() const {
     double additional = project_.rule().cutoff + QQ_proposed_step;
     number_parse(call_.option("additional-cutoff")->rows.front()->text(), additional);
@@ -146,9 +152,11 @@ private:
 
   // The results that aren't in the run's own folder.
   std::vector<fs::path> results_to_be() const {
+    if (by_layout())
+      return {library_file(), net_file()};
     std::vector<fs::path> files{library_file(), net_file(), revised_file()};
     const bool q_overlaps = !call_.flag("no-overlaps"), q_clones = !call_.flag("no-clones");
-    for (const std::string &name : QQ_report_names(project_.rule(), q_overlaps, q_clones))
+    for (const std::string &name : QQ_report_names(project_.rule(), q_overlaps, q_clones, call_.flag("clone-test")))
       files.push_back(out_ / name);
     return files;
   }
@@ -195,7 +203,7 @@ private:
 
   bool is_complete() const {
     return earlier_ && earlier_->value("state", "") == "complete" && kept("library") && kept("net") &&
-           kept("revised_net") && kept("run_folder");
+           (by_layout() || kept("revised_net")) && kept("run_folder");
   }
 
   command_result summarise_again() {
@@ -205,8 +213,9 @@ private:
     const auto figure = [&](const char *name) { return number_text_thousands(results.value(name, std::int64_t{0})); };
     streams_.people(
         fmt::format("Clones read: {}. Exact copies dropped: {}.", figure("clones"), figure("copies_dropped")));
-    streams_.people(fmt::format("Overlaps: {}. Removed as false: {} Q-overlaps, {} Q-clones.", figure("overlaps"),
-                                figure("q_overlaps"), figure("q_clones")));
+    if (!by_layout())
+      streams_.people(fmt::format("Overlaps: {}. Removed as false: {} Q-overlaps, {} Q-clones.", figure("overlaps"),
+                                  figure("q_overlaps"), figure("q_clones")));
     run_folder run;
     if (!read_run_folder(project_.frame(), folder, run))
       return command_result::ended(exit_status::run_failed);
@@ -214,7 +223,7 @@ private:
     whole_number_parse(call_.option("min-size")->rows.front()->text(), min_size);
     contig_figures figures =
         contig_figures_of(run, min_size, static_cast<std::int32_t>(results.value("clones", std::int64_t{0})));
-    figures.ordering = !call_.flag("no-ordering");
+    figures.ordering = !call_.flag("no-ordering") && !by_layout();
     figures.windows = {results.value("contigs_in_windows", std::int32_t{0}),
                        results.value("window_joins", std::int32_t{0}),
                        results.value("weak_window_joins", std::int32_t{0})};
@@ -252,6 +261,10 @@ private:
     }
     if (call_.is_given("markers"))
       take_end(step("markers.load"), end);
+    if (end.completed)
+      take_end(step("metric.set"), end);
+    if (end.completed && by_layout()) // the library is kept with the positions found
+      take_end(other("metric.by_library", {}), end);
     if (end.completed && !resumed)
       take_end(other("library.save", {{"out", library_file().string()}, {"force", "yes"}}), end);
     record_.stage_end();
@@ -259,7 +272,6 @@ private:
       return end;
     record_.output_set("library", library_file());
     record_.library_set(project_.database().total_number_of_clones_get(), library_checksum(project_.database()));
-    take_end(step("metric.set"), end);
     take_end(step("options.set"), end);
     return end;
   }
@@ -268,7 +280,7 @@ private:
     stages_.begin("net");
     if (kept("net")) {
       tell_kept("the net is there already");
-      return kept("revised_net") ? command_result{} : load(net_file());
+      return !by_layout() && kept("revised_net") ? command_result{} : load(net_file());
     }
     for (const char *later : {"net", "revised_net", "run_folder"})
       record_.output_drop(later);
@@ -286,6 +298,8 @@ private:
   command_result load(const fs::path &file) { return other("net.load", {{"file", file.string()}}); }
 
   command_result revision() {
+    if (by_layout())
+      return {};
     stages_.begin("revision");
     if (kept("revised_net")) {
       tell_kept("the revised net is there already");

@@ -1,4 +1,5 @@
 // Contigs: adaptive clustering, runs read back, the re-analysis with an older tiling path.
+#include <cmath>
 #include <fmt/format.h>
 #include <limits>
 
@@ -7,6 +8,7 @@
 #include "commands/row_steps.h"
 #include "contigs/class_contig_adapt_clust.h"
 #include "contigs/run_reports.h"
+#include "database/class_DB_of_clones.h"
 #include "frame/numbers.h"
 #include "reports/contig_summary_text.h"
 
@@ -103,6 +105,8 @@ struct assemble_parameters {
   fs::path out, folder_to_continue;
   std::int32_t n_clones_max = 1200, minimal_cluster_size = 6, width_max = 1, n_steps = 6;
   double step_cutoff = 3;
+  std::string method = "own";
+  bool by_layout() const { return method == "layout"; }
   bool excluding_branching = false;
   std::int32_t rank_relative_to_diam_path = 2, minimal_branch_size = 3;
   std::optional<bool> browse;
@@ -117,6 +121,11 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
            "folder of the run in place of a new one; one where a run of the same library, net and parameters was "
            "stopped is gone on with")
       .type("RUN");
+  list.add("method", p.method,
+           "own: clusters are cut at rising cutoffs; layout: all overlaps lay the clones out, and ends are joined by "
+           "their end stretches")
+      .one_of({"own", "layout"})
+      .in_group(group);
   list.add("max-clones", p.n_clones_max, "a larger cluster is cut")
       .captioned("N clones in cluster >")
       .limits(1, most)
@@ -140,6 +149,13 @@ void describe_assemble(parameter_list &list, assemble_parameters &p) {
 }
 
 void put_assemble(const assemble_parameters &p, command_result &result) {
+  if (p.by_layout()) {
+    result.parameter("method", p.method);
+    result.parameter("min_size", p.minimal_cluster_size);
+    contig_file_parameters files = p.files;
+    files.no_ordering = true;
+    return put_contig_files(files, result);
+  }
   if (p.n_clones_max == assemble_parameters::any_number)
     result.parameter("max_clones", std::string("none"));
   else
@@ -163,8 +179,50 @@ void put_figures(const contig_figures &figures, command_result &result) {
   result.figure("weak_window_joins", figures.windows.n_weak_joins);
 }
 
-void check_assemble(const project_state &, const parts_there &, const assemble_parameters &p) {
+void check_assemble(const project_state &, const parts_there &there, const assemble_parameters &p) {
+  if (p.by_layout() && !there.has(project_part::net))
+    throw usage_error("--method layout needs a net of overlaps");
   check_lengths(p.files.lengths);
+}
+
+void put_layout(const layout_figures &laid, command_result &result) {
+  result.figure("positions_of_bands", laid.n_positions);
+  result.figure("cutoff_of_layout", laid.cutoff);
+  result.figure("suspects", laid.n_suspects);
+  result.figure("misfits", laid.n_misfits);
+  result.figure("dropped_overlaps", laid.n_dropped);
+  result.figure("joins", laid.n_joins);
+  result.figure("weak_joins", laid.n_weak_joins);
+}
+
+std::string text_of_layout(const layout_figures &laid) {
+  return fmt::format(
+      "\nBands take {:.0f} positions; overlaps count from a score of {} at that.\n"
+      "Left out: {} suspects (clones of two places), {} clones and {} overlaps that contradict the layout.\n"
+      "Joins of contigs: {}, {} of them carried by one side or by two clones only.\n"
+      "Why, clone by clone: layout_doubts.txt, layout_suspects.txt, layout_joins.txt, "
+      "layout_dropped_overlaps.txt.\n",
+      laid.n_positions, number_text(laid.cutoff, 2), laid.n_suspects, laid.n_misfits, laid.n_dropped, laid.n_joins,
+      laid.n_weak_joins);
+}
+
+// A net that was made by another scale serves, but hides what it left out.
+void tell_of_another_net(project_state &project) {
+  const band_scale scale = band_scale_of(clone_bands(project.database()), project.settings().seed);
+  const std::optional<overlap_rule> made_by = project.rule_of_net();
+  const std::int32_t n_bands = project.database().total_number_of_different_bands_FPC_get();
+  const bool same = made_by && made_by->distance_index == class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get() &&
+                    std::abs(made_by->cutoff - cutoff_of_net(scale)) < 0.01 && n_bands == positions_of_library(scale);
+  if (same)
+    return;
+  project.frame().note(
+      fmt::format("The layout would make its net by Sulston_1988 at cutoff {} with {} positions of bands; it takes the "
+                  "net given{}.",
+                  number_text(cutoff_of_net(scale), 2), positions_of_library(scale),
+                  made_by ? fmt::format(", which was made by {} at cutoff {} with {}",
+                                        class_clone_dist_general::name_of_cutoff_distance(made_by->distance_index),
+                                        number_text(made_by->cutoff, 2), n_bands)
+                          : std::string(", of which it isn't known how it was made")));
 }
 
 command_result run_assemble(project_state &project, const assemble_parameters &p) {
@@ -177,13 +235,20 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
   clust.detail_control_set(!p.files.no_ordering);
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
   clust.folder_to_continue_set(p.folder_to_continue);
-  clust.adaptive_clustering_all_run(project.database());
+  if (p.by_layout()) {
+    tell_of_another_net(project);
+    clust.layout_all_run(project.database());
+  } else {
+    clust.adaptive_clustering_all_run(project.database());
+  }
   const adapt_clust_result &found = clust.result();
   contig_figures figures = contig_figures_of(found, p.minimal_cluster_size);
-  figures.ordering = !p.files.no_ordering;
+  figures.ordering = !p.files.no_ordering && !p.by_layout();
   command_result result = result_of(project, found.completed);
   put_assemble(p, result);
   put_figures(figures, result);
+  if (p.by_layout())
+    put_layout(clust.laid(), result);
   if (!found.folder.empty()) {
     result.file("run_folder", found.folder);
     result.lines.push_back(found.folder.string());
@@ -193,6 +258,8 @@ command_result run_assemble(project_state &project, const assemble_parameters &p
     result.summary = fmt::format("{} contigs with {} clones", figures.contigs.size(),
                                  number_text_thousands(figures.n_clones_in_contigs));
     result.findings = text_of_contigs(figures, *band_length);
+    if (p.by_layout())
+      result.findings += text_of_layout(clust.laid());
     result.figure("band_length", *band_length);
   }
   return result;

@@ -38,6 +38,8 @@ void describe_load(parameter_list &list, load_parameters &p) {
 void check_load(const project_state &, const parts_there &, const load_parameters &p) {
   check_input(p.file);
   check_input(p.positions);
+  if (std::error_code failed; fs::is_directory(p.positions, failed)) // told before the markers are there
+    throw file_error("can't open", p.positions, "Is a directory");
 }
 
 command_result run_load(project_state &project, const load_parameters &p) {

@@ -10,6 +10,7 @@
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_text_distance.h"
+#include "net/band_scale.h"
 #include "project/project_file.h"
 
 namespace orb {
@@ -115,6 +116,43 @@ command_result run_metric(project_state &project, const metric_parameters &p) {
   return result;
 }
 
+// False, and all as it was, when the bands that are loaded don't fit.
+bool change_parameters(project_state &project, library_parameters fields) {
+  class_DB_of_clones &database = project.database();
+  library_parameters before = parameters_of(database);
+  apply_parameters(database, fields, false);
+  const bool changed = fields.tolerance != before.tolerance || fields.gel_length != before.gel_length ||
+                       fields.n_bands != before.n_bands || fields.tolerance_index != before.tolerance_index;
+  if (!changed || !project.has(project_part::library))
+    return true;
+  if (!make_band_statistics(project.frame(), database, project.usable_values())) {
+    apply_parameters(database, before, true);
+    make_band_statistics(project.frame(), database, project.usable_values());
+    return false;
+  }
+  project.loaded(project_part::library, project.origin(project_part::library));
+  return true;
+}
+
+// Positions of bands and cutoff from the fingerprints themselves, for a layout.
+command_result run_metric_by_library(project_state &project, const no_parameters &) {
+  const band_scale scale = band_scale_of(clone_bands(project.database()), project.settings().seed);
+  library_parameters fields = parameters_of(project.database());
+  fields.n_bands = positions_of_library(scale);
+  if (!change_parameters(project, fields))
+    return command_result::ended(exit_status::run_failed, "the positions found don't fit the loaded bands");
+  project.rule() = rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get(), cutoff_of_net(scale),
+                                  project.rule().burying);
+  settle_use_of_net(project);
+  command_result result;
+  result.parameter("n_bands", fields.n_bands);
+  result.parameter("metric", class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index));
+  result.parameter("cutoff", project.rule().cutoff);
+  result.summary = fmt::format("bands take {} positions; the net is made from a score of {} on", fields.n_bands,
+                               number_text(project.rule().cutoff, 2));
+  return result;
+}
+
 void describe_metric_form(parameter_list &list, metric_parameters &p) {
   describe_metric(list, p);
   list.add("several", p.several, "draw.marked and draw.folder make a series at rising cutoffs")
@@ -210,18 +248,8 @@ command_result run_form_param(project_state &project, const form_param &p) {
   fields.tolerance_index = p.wishes.tolerance_index.value_or(fields.tolerance_index);
   fields.gel_length = p.wishes.gel_length.value_or(fields.gel_length);
   fields.n_bands = p.wishes.n_bands.value_or(fields.n_bands);
-  apply_parameters(database, fields, false);
-  const bool changed = fields.tolerance != before.tolerance || fields.gel_length != before.gel_length ||
-                       fields.n_bands != before.n_bands || fields.tolerance_index != before.tolerance_index;
-  if (changed && project.has(project_part::library)) {
-    if (!make_band_statistics(project.frame(), database, project.usable_values())) {
-      library_parameters old = before;
-      apply_parameters(database, old, true);
-      make_band_statistics(project.frame(), database, project.usable_values());
-      return command_result::ended(exit_status::run_failed, "the parameters don't fit the loaded bands");
-    }
-    project.loaded(project_part::library, project.origin(project_part::library));
-  }
+  if (!change_parameters(project, fields))
+    return command_result::ended(exit_status::run_failed, "the parameters don't fit the loaded bands");
   settings.use_file_with_connections = flag_of(p.use_net, settings.use_file_with_connections);
   settings.same_metric_as_net = flag_of(p.same_metric, settings.same_metric_as_net);
   settings.same_metric_net_ord_as_net = flag_of(p.same_metric_net_ord, settings.same_metric_net_ord_as_net);
@@ -437,6 +465,13 @@ void add_project_rows(command_rows &rows) {
                      .checked_by(check_metric)
                      .foresees(foresee_metric)
                      .runs(run_metric)
+                     .row());
+  rows.push_back(command_maker<no_parameters>("metric.by_library")
+                     .captioned("Metric by the library")
+                     .purpose("positions of bands and cutoff from the fingerprints themselves, for contigs by layout")
+                     .example("metric.by_library")
+                     .needs({project_part::library})
+                     .runs(run_metric_by_library)
                      .row());
   rows.push_back(command_maker<form_formats>("formats.set")
                      .captioned("Data formats")

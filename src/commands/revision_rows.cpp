@@ -22,7 +22,7 @@ struct revise_parameters {
   std::int32_t rank = 1;
   bool ask_rank = false;
   std::string additional_cutoff;
-  bool no_overlaps = false, no_clones = false;
+  bool no_overlaps = false, no_clones = false, clone_test = false;
 };
 
 void describe_revise(parameter_list &list, revise_parameters &p) {
@@ -38,7 +38,11 @@ void describe_revise(parameter_list &list, revise_parameters &p) {
       .in_group(group);
   list.add("no-overlaps", p.no_overlaps, "leave Q-overlaps in").in_group(group);
   list.add("no-clones", p.no_clones, "leave Q-clones in").in_group(group);
+  list.add("clone-test", p.clone_test, "take out clones of two places first, told by which neighbours show their bands")
+      .in_group(group);
 }
+
+constexpr std::int32_t fewest_to_tell = 5; // Q-clones, for a word on thin places
 
 double additional_cutoff(const revise_parameters &p, const overlap_rule &rule) {
   if (p.additional_cutoff.empty())
@@ -52,13 +56,13 @@ double additional_cutoff(const revise_parameters &p, const overlap_rule &rule) {
 }
 
 void check_revise(const project_state &project, const parts_there &, const revise_parameters &p) {
-  if (p.no_overlaps && p.no_clones)
+  if (p.no_overlaps && p.no_clones && !p.clone_test)
     throw usage_error("--no-overlaps and --no-clones leave nothing to revise");
   additional_cutoff(p, project.rule());
   if (p.output.out.empty())
     return;
   check_output(project, p.output.out, p.output.force);
-  for (const std::string &name : QQ_report_names(project.rule(), !p.no_overlaps, !p.no_clones))
+  for (const std::string &name : QQ_report_names(project.rule(), !p.no_overlaps, !p.no_clones, p.clone_test))
     check_output(project, folder_of(p.output.out) / name, p.output.force);
 }
 
@@ -67,6 +71,7 @@ command_result run_revise(project_state &project, const revise_parameters &p) {
   class_clone_net_signif::revision_options wanted;
   wanted.q_overlaps = !p.no_overlaps;
   wanted.q_clones = !p.no_clones;
+  wanted.clone_test = p.clone_test;
   wanted.max_rank = p.ask_rank ? 0 : p.rank;
   wanted.additional_cutoff = number_text_shortest(additional_cutoff(p, rule));
   wanted.file = p.output.out;
@@ -79,6 +84,8 @@ command_result run_revise(project_state &project, const revise_parameters &p) {
   command_result result;
   result.parameter("rank", p.rank);
   result.parameter("additional_cutoff", additional_cutoff(p, rule));
+  if (p.clone_test)
+    result.parameter("clone_test", true);
   result.parameter("q_overlaps", !p.no_overlaps);
   result.parameter("q_clones", !p.no_clones);
   result.figure("q_overlaps", summary.n_q_overlaps);
@@ -86,6 +93,16 @@ command_result run_revise(project_state &project, const revise_parameters &p) {
   result.file("net", project.signif().net().FullFileNameGet());
   result.summary = fmt::format("removed as false: {} Q-overlaps, {} Q-clones",
                                number_text_thousands(summary.n_q_overlaps), number_text_thousands(summary.n_q_clones));
+  if (summary.n_q_clones >= fewest_to_tell && 3 * summary.n_q_clones_thin >= summary.n_q_clones)
+    result.summary +=
+        fmt::format(" ({} of these where clones lie less than half as deep as usual: good clones that "
+                    "alone bridge a place look so too, see ..._Q_clones_depth.txt; --no-clones keeps them)",
+                    number_text_thousands(summary.n_q_clones_thin));
+  result.figure("q_clones_thin", summary.n_q_clones_thin);
+  if (p.clone_test) {
+    result.figure("suspects", summary.n_suspects);
+    result.summary += fmt::format(", {} clones of two places", number_text_thousands(summary.n_suspects));
+  }
   return result;
 }
 

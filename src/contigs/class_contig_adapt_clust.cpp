@@ -322,6 +322,7 @@ void class_contig_adapt_clust::note_result(const cluster_test &test, const class
   summary.cutoff = test.cutoff;
   summary.width = test.width;
   summary.n_clones_MTP = test.contig->list_of_clones_MTP().count();
+  summary.n_far = test.n_far;
   summary.is_contig = test.n_clones >= minimal_cluster_size_;
   summary.remark = row_of_test(test).remark;
   result_.clusters.push_back(std::move(summary));

@@ -15,6 +15,7 @@
 #include "contigs/class_contig_analysis.h"
 #include "contigs/contig_drawings.h"
 #include "contigs/contig_tables.h"
+#include "contigs/layout_method.h"
 #include "contigs/retained_tiling_path.h"
 #include "contigs/run_reports.h"
 #include "ordering/found_order.h"
@@ -31,6 +32,7 @@ struct contig_summary {
   std::int32_t n_clones_MTP = 0;
   bool is_contig = false;  // at least the minimal size; else a heap
   std::string remark = {}; // of the report
+  std::int32_t n_far = -1; // clones far from the tiling path
 };
 
 // Whether a contig of this size and width gets an order: large ones only when they are narrow.
@@ -60,6 +62,13 @@ struct contig_files {
   drawing_options drawing;
 };
 
+// What a layout found, for summaries.
+struct layout_figures {
+  double n_positions = 0, cutoff = 0;
+  std::int64_t n_overlaps = 0, n_overlaps_below = 0;
+  std::int32_t n_suspects = 0, n_misfits = 0, n_dropped = 0, n_joins = 0, n_weak_joins = 0;
+};
+
 // One entry of the work list on its way through a test.
 struct cluster_test {
   std::string name, name_long;         // the long name may grow in the test
@@ -67,6 +76,7 @@ struct cluster_test {
   bool is_connected = false;           // known before, or found out by the test
   bool use_maximal_subcluster = false; // go on with the largest part of a cluster that isn't connected
   bool increase_cutoff = false;        // until few clones stray from the path
+  bool by_layout = false;              // to which no limit of width applies
   // What the test found.
   bool final = false;    // the cluster is kept as it is
   bool analysed = false; // it counts as a contig
@@ -100,6 +110,10 @@ public:
 
   // The whole library; the registry of the database is replaced and holds the result.
   void adaptive_clustering_all_run(class_DB_of_clones &database);
+  // The same by layout (layout_method.h), from the current net; what each decision rests on goes to layout_reports.h's
+  // files beside the reports. Clones aren't ordered besides: their places are the order.
+  void layout_all_run(class_DB_of_clones &database);
+  const layout_figures &laid() const { return laid_; }
   // Clusters of the registry by name, with their long names (both from 1, element 0 unused), cut again and again until
   // each part passes.
   void adaptive_clustering_run(const std::vector<std::string> &names, const std::vector<std::string> &names_long,
@@ -203,6 +217,9 @@ private:
   cluster_row row_of_test(const cluster_test &test) const;
   void print_contig_into_common_files(const tested_cluster &tested, const std::string &row, run_reports &reports);
   void note_result(const cluster_test &test, const class_FPCto_import &registry);
+  void laid_contigs_loop(const layout_result &found, run_reports &reports, class_DB_of_clones &database);
+  void test_laid_contig(const laid_contig &laid, cluster_test &test, run_reports &reports,
+                        class_FPCto_import &registry);
   void print_library_reports(const run_reports &reports, class_DB_of_clones &database);
 
   class_clone_net_signif *signif_;
@@ -220,6 +237,7 @@ private:
   std::int32_t rank_relative_to_diam_path_ = 2, minimal_branch_size_ = 3;
   bool detail_control_ = true, print_all_dist_on_ = true;
   adapt_clust_result result_;
+  layout_figures laid_;
 };
 
 } // namespace orb

@@ -150,6 +150,22 @@ void class_contig_analysis::make_clone_coordinates(const contig_shape &shape) {
   add_extreme_clones_to_MTP(list_of_clones_(left_extreme), list_of_clones_(right_extreme));
 }
 
+void class_contig_analysis::laid_set(std::span<const std::int32_t> left, std::span<const std::int32_t> right,
+                                     number_list path) {
+  coor_left_.assign(1, 0);
+  coor_left_.insert(coor_left_.end(), left.begin(), left.end());
+  coor_right_.assign(1, 0);
+  coor_right_.insert(coor_right_.end(), right.begin(), right.end());
+  clone_coor_known_ = true;
+  net_is_connected_ = true;
+  net_diam_ = path.count();
+  net_radius_ = net_diam_ / 2;
+  net_width_ = 0;
+  list_of_clones_diam_path_ = path;
+  list_of_clones_MTP_ = std::move(path);
+  list_of_clones_far_.clear();
+}
+
 // Only the two ends are looked at: a clone that reaches farthest to both sides, or one inside the path, may come to
 // stand in the tiling path twice. Deliberate.
 void class_contig_analysis::add_extreme_clones_to_MTP(clone_number left_extreme, clone_number right_extreme) {

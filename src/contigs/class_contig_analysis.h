@@ -48,6 +48,8 @@ public:
   void contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   // How well the tiling path explains the cluster at another cutoff.
   void check_contig_with_MTP_new_cutoff(double cutoff);
+  // In place of the analysis: coordinates (by position in the list, from 0) and tiling path that were found elsewhere.
+  void laid_set(std::span<const std::int32_t> left, std::span<const std::int32_t> right, number_list path);
   // The short form: shape without coordinates.
   void old_contig_topology_and_MTP_analyse();
   // A hook that does nothing yet in this system: deliberate.

@@ -236,7 +236,8 @@ cluster_row class_contig_adapt_clust::row_of_test(const cluster_test &test) cons
   row.width = test.width;
   row.n_gaps = test.n_gaps;
   row.n_far = test.n_far;
-  row.remark = !test.is_connected ? remark_not_connected : test.too_large ? remark_too_large : "";
+  const bool wide = test.analysed && !test.by_layout && test.width > width_max_;
+  row.remark = !test.is_connected ? remark_not_connected : test.too_large ? remark_too_large : wide ? remark_wide : "";
   row.full_name = test.name_long;
   return row;
 }

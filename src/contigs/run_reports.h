@@ -18,6 +18,8 @@ inline constexpr const char *heaps_folder_name = "Heaps";
 inline constexpr const char *far_clones_start = "far_from_MTP_"; // of the name of a contig's list
 inline constexpr const char *remark_not_connected = "Not connected";
 inline constexpr const char *remark_too_large = "Too large";
+// A contig that stayed wider than the limit at the top of the ladder.
+inline constexpr const char *remark_wide = "Wide: may join apart places";
 inline constexpr const char *coordinates_header = "clone\tcoor_left\tcoor_right";
 
 struct run_reports {

@@ -115,6 +115,14 @@ double class_clone_dist_FPC::minus_log10_p_value_from_FPC(std::int32_t k, std::i
   return minus_log10_of_sum(terms.data(), terms.data() + terms.size());
 }
 
+double class_clone_dist_FPC::minus_log10_p_value_of_positions(std::int32_t k, std::int32_t n1, std::int32_t n2,
+                                                              double n_positions) {
+  thread_local std::vector<double> terms;
+  const double p = std::clamp(1 - std::pow(1 - 1.0 / n_positions, std::max(n1, n2)), 0.0, 1.0);
+  binomial_terms(std::max(k, 0), std::min(n1, n2), p, terms);
+  return minus_log10_of_sum(terms.data(), terms.data() + terms.size());
+}
+
 std::int32_t class_clone_dist_FPC::proposed_table_size(const class_DB_of_clones &database) {
   std::int32_t largest = smallest_table;
   for (clone_number clone = 1; clone <= database.total_number_of_clones_get(); ++clone)

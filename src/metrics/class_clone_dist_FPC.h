@@ -23,6 +23,8 @@ public:
   static double minus_log10_p_value_from_FPC(std::int32_t k, std::int32_t n1, std::int32_t n2, std::int16_t index,
                                              const class_DB_of_clones &database,
                                              const class_usable_values &usable_values);
+  // The first of them (Sulston) where bands can take `n_positions` positions, whatever a library says.
+  static double minus_log10_p_value_of_positions(std::int32_t k, std::int32_t n1, std::int32_t n2, double n_positions);
 
   // Asks for the largest band count M ("Preprocess"), fills the table with progress and writes metric_table.txt.
   void create_sulston_significant_table(process_frame &frame, double cutoff, const class_DB_of_clones &database,

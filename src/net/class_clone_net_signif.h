@@ -123,10 +123,13 @@ public:
     std::int32_t max_rank = 0;     // 1..50; 0: asks "max rank connections"
     std::string additional_cutoff; // as typed into the form; empty: the form's proposal (cutoff + 10)
     std::filesystem::path file;    // of the revised net; its folder gets the reports
+    bool clone_test = false;       // before the two: clones of two places, by their bands (clone_test.h)
   };
   struct revision_summary {
     std::int32_t n_q_overlaps = 0; // undirected
     std::int32_t n_q_clones = 0;
+    std::int32_t n_q_clones_thin = 0; // where clones lie less than half as deep as usual
+    std::int32_t n_suspects = 0;      // of the clone test
     bool completed = false;
   };
   // Revises the current net and saves it; the rule's cutoff is the current one. False when the form's rules refuse the
@@ -153,6 +156,7 @@ private:
   void create_sub_net_plus_markers(const number_list &list, std::int32_t n, const overlap_rule &rule,
                                    const class_net &net_in, class_net &net);
   void bring_net_to_rule(const overlap_rule &rule);
+  void find_suspect_clones(const std::filesystem::path &file, std::vector<vertex_number> &found);
   void find_Q_connections(const class_net &net, std::int32_t max_rank, bool print, const std::filesystem::path &file,
                           std::vector<edge_adress> &found);
   void find_Q_clones(const class_net &net, std::int32_t max_rank, std::optional<double> additional_cutoff, bool print,
@@ -174,7 +178,7 @@ inline constexpr double QQ_proposed_step = 10;
 std::string QQ_additional_cutoff_refused(const std::string &text, double current_cutoff);
 // Begin and names of the revision's reports: "cutoff" and the cutoff in letters and digits only.
 std::string QQ_report_base(const overlap_rule &rule);
-std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones);
+std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones, bool clone_test);
 // Names of the two nets without needless zeros and with two decimals, as the commands propose them.
 std::string net_signif_file_name(const overlap_rule &rule); // net_signif_Sulston_1988_15.00.ORBns
 std::string net_noQQ_file_name(const overlap_rule &rule, double additional_cutoff); // net_signif_noQQ_15_25.ORBns

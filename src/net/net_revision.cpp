@@ -12,8 +12,11 @@
 #include "frame/worker_blocks.h"
 #include "graph/component_lists.h"
 #include "net/class_clone_net_signif.h"
+#include "net/clone_depth.h"
+#include "net/clone_test.h"
 #include "net/form_setting_QQ.h"
 #include "net/q_mark.h"
+#include "net/suspect_table.h"
 
 namespace orb {
 
@@ -23,6 +26,8 @@ namespace {
 constexpr const char *overlaps_report = "_Q_overlaps.txt";
 constexpr const char *test_report_of_clones = "_test_of_clones_for_Q.txt";
 constexpr const char *clones_report = "_Q_clones.txt";
+constexpr const char *depths_report = "_Q_clones_depth.txt";
+constexpr const char *suspects_report = "_suspects.txt";
 constexpr std::int32_t largest_rank = 50;
 constexpr vertex_number vertices_in_block = 1024, vertices_in_piece = 16; // blocks that take long are smaller
 constexpr std::int64_t status_stride = 100;                               // records, or clones
@@ -211,14 +216,17 @@ std::string QQ_report_base(const overlap_rule &rule) {
   return "cutoff" + class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(rule.cutoff));
 }
 
-std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones) {
+std::vector<std::string> QQ_report_names(const overlap_rule &rule, bool q_overlaps, bool q_clones, bool clone_test) {
   const std::string base = QQ_report_base(rule);
   std::vector<std::string> names;
+  if (clone_test)
+    names.push_back(base + suspects_report);
   if (q_overlaps)
     names.push_back(base + overlaps_report);
   if (q_clones) {
     names.push_back(base + test_report_of_clones);
     names.push_back(base + clones_report);
+    names.push_back(base + depths_report);
   }
   return names;
 }
@@ -343,6 +351,24 @@ void class_clone_net_signif::find_Q_clones(const class_net &net, std::int32_t ma
     frame.local_process_text_set("Finished, " + std::to_string(found.size()) + " Q-clones found");
 }
 
+// Ascending; nothing after a stop request.
+void class_clone_net_signif::find_suspect_clones(const std::filesystem::path &file, std::vector<vertex_number> &found) {
+  process_frame &frame = context_.frame;
+  const int threads = context_.settings.threads;
+  frame.step_text_set("Test for clones of two places");
+  const clone_bands clones(context_.database);
+  const band_scale scale = band_scale_of(clones, context_.settings.seed);
+  const scored_net net(net_, clones, scale, scale.cutoff, threads, [&frame] { return frame.goes_on(); });
+  const std::vector<clone_suspect> suspects =
+      find_suspects(clones, scale, net, threads, [&frame](double) { return frame.goes_on(); });
+  found.clear();
+  if (frame.stop_requested_get())
+    return;
+  for (const clone_suspect &suspect : suspects)
+    found.push_back(suspect.clone);
+  print_suspects(context_.database, suspects, file);
+}
+
 // Nothing when the form's rules refuse the options or no file was chosen.
 bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const revision_options &options,
                                                 revision_summary &summary) {
@@ -371,6 +397,15 @@ bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const 
     return true;
   };
   revision_in_place changed(net_);
+  if (options.clone_test) {
+    std::vector<vertex_number> found;
+    find_suspect_clones(folder / (base + suspects_report), found);
+    if (stopped())
+      return false;
+    summary.n_suspects = static_cast<std::int32_t>(found.size());
+    changed.disconnect(found);
+    net_.test_neighbours_sorted();
+  }
   if (options.q_overlaps) {
     std::vector<edge_adress> found;
     find_Q_connections(net_, max_rank, true, folder / (base + overlaps_report), found);
@@ -387,6 +422,10 @@ bool class_clone_net_signif::revise_connections(const overlap_rule &rule, const 
     if (stopped())
       return false;
     summary.n_q_clones = static_cast<std::int32_t>(found.size());
+    summary.n_q_clones_thin = print_depths(net_, clone_bands(context_.database), found, folder / (base + depths_report),
+                                           [&frame] { return frame.goes_on(); });
+    if (stopped())
+      return false;
     changed.disconnect(found);
   }
   if (!net_.save_net_type(frame, file)) {

@@ -75,6 +75,35 @@ std::string text_of_what_is_missing(const contig_figures &figures) {
   return text;
 }
 
+// What stayed wide is where false joins are: a contig told as good as any other would mislead.
+std::string text_of_wide_contigs(const contig_figures &figures) {
+  std::string names;
+  std::size_t n_contigs = 0;
+  std::int64_t n_clones = 0, n_far = 0;
+  for (const contig_summary &contig : figures.contigs) {
+    if (contig.remark != remark_wide)
+      continue;
+    n_clones += contig.n_clones;
+    n_far += std::max(contig.n_far, 0);
+    if (++n_contigs <= names_shown)
+      names += fmt::format("{}{} ({} clones, width {}, {} far)", n_contigs > 1 ? ", " : "", contig.name,
+                           number_text_thousands(contig.n_clones), contig.width,
+                           number_text_thousands(std::max(contig.n_far, 0)));
+  }
+  if (n_contigs == 0)
+    return {};
+  if (n_contigs > names_shown)
+    names += fmt::format(" and {} more", n_contigs - names_shown);
+  return fmt::format(
+      "Wider than --max-width to the end: {} contigs, with {} clones, {} of them far from their tiling "
+      "path:\n  {}.\n"
+      "  Most contigs that fold or join apart places are such: chimeras that hide each other, or false "
+      "overlaps.\n"
+      "  Take no path of theirs on trust: try --clone-test or --method layout, see far_from_MTP_cl_N.txt, "
+      "or look at a picture\n  (orb draw).\n",
+      n_contigs, number_text_thousands(n_clones), number_text_thousands(n_far), names);
+}
+
 std::string text_of_windows(const window_totals &windows) {
   if (windows.n_contigs == 0)
     return {};
@@ -120,7 +149,8 @@ contig_figures contig_figures_of(const run_folder &run, std::int32_t min_size, s
                            row.diam < 0 ? -1 : row.width,
                            static_cast<std::int32_t>(run.tiling_path[i].size()),
                            row.contig,
-                           row.remark};
+                           row.remark,
+                           row.n_far};
     double left = 0, right = -1;
     for (const auto &place : run.coordinates[i]) {
       left = right < left ? place.left : std::min(left, place.left);
@@ -154,6 +184,7 @@ std::string text_of_contigs(const contig_figures &figures, const std::string &ba
   if (!band_length.empty())
     text += band_length + "\n";
   text += text_of_windows(figures.windows) + text_of_what_is_missing(figures);
+  text += text_of_wide_contigs(figures);
   text += "\nOpen next, in " + figures.folder.string() + ":\n";
   text += "  report_contigs.txt      one line a contig\n";
   text += "  clones_in_MTP.txt       the clones to sequence\n";

@@ -144,6 +144,31 @@ void add_path_measures(std::vector<measure> &all, const std::optional<path_quali
       [](const path_quality &p) { return share_of(p.length_covered, p.length_main); }, unit::share);
 }
 
+void add_whole_measures(std::vector<measure> &all, const map_quality &q) {
+  const char *section = "whole_contigs";
+  const whole_quality &w = q.whole;
+  const auto known = [](const std::optional<double> &value) { return value ? rounded(*value, 6) : json(); };
+  all.push_back({section, "clones", "clones of one place with coordinates", w.n_clones});
+  all.push_back({section, "wrong_clones", "clones that sit wrongly, not counting gaps of up to 100 kb", w.n_wrong});
+  all.push_back({section, "tau", "Kendall's tau of whole contigs, by clones", known(w.tau()), unit::tau});
+  all.push_back({section, "clones_in_order", "clones in contigs of tau 0.9 and more", w.n_clones_right});
+  all.push_back({section, "blocks_turned", "blocks turned, by centres", w.n_turned});
+  const auto add = [&](const char *out, const char *far, const char *floor, const neighbour_order &order,
+                       const char *label, const char *label_far, const char *label_floor) {
+    all.push_back({section, out, label, known(order.out_share()), unit::share});
+    all.push_back({section, far, label_far, known(order.far_share()), unit::share});
+    all.push_back({section, floor, label_floor, known(order.floor_share()), unit::share});
+  };
+  add("lefts_out_share", "lefts_out_far_share", "lefts_floor_share", w.lefts, "left ends out of order",
+      "  of those 2 bands apart and more", "  of true places in whole bands");
+  add("centres_out_share", "centres_out_far_share", "centres_floor_share", w.centres, "centres out of order",
+      "  of those 2 bands apart and more", "  of true places in whole bands");
+  all.push_back({section, "path_over_fewest", "clones of paths over the fewest that cover the same",
+                 known(w.path_over_fewest()), unit::ratio});
+  all.push_back({section, "share_in_paths", "share of the genome in paths",
+                 share_of(w.length_of_paths, q.genome_length), unit::share});
+}
+
 void add_Q_measures(std::vector<measure> &all, const map_quality &q) {
   const char *section = "Q_clones";
   const auto add = [&](const char *key, const char *label, auto figure) {
@@ -166,6 +191,7 @@ std::vector<measure> measures_of(const map_quality &q) {
   add_order_measures(all, "order_by_coordinates", q.coordinates);
   add_order_measures(all, "order_by_ordering", q.ordering);
   add_path_measures(all, q.path);
+  add_whole_measures(all, q);
   add_Q_measures(all, q);
   return all;
 }
@@ -180,6 +206,7 @@ constexpr section_title titles[] = {{"clones", "Contigs and clones"},
                                     {"order_by_coordinates", "Order by coordinates"},
                                     {"order_by_ordering", "Order by the ordering"},
                                     {"tiling_path", "Tiling path"},
+                                    {"whole_contigs", "Whole contigs, whatever their main place"},
                                     {"Q_clones", "Chimeric clones"}};
 
 json row_of_contig(const contig_quality &contig, const true_map &truth) {
@@ -212,6 +239,7 @@ json row_of_contig(const contig_quality &contig, const true_map &truth) {
   row["path_false_steps"] = figure_of(contig.path, [](const path_quality &p) { return p.n_false_steps; });
   row["path_covered_share"] =
       figure_of(contig.path, [](const path_quality &p) { return share_of(p.length_covered, p.length_main); });
+  row["whole_tau"] = contig.whole.tau() ? rounded(*contig.whole.tau(), 6) : json();
   return row;
 }
 

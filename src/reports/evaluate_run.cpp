@@ -1,5 +1,6 @@
 #include "reports/evaluate_run.h"
 
+#include "contigs/layout_reports.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -31,8 +32,12 @@ std::string start_by_cutoff(const fs::path &folder) {
          class_serv_raznoe::string_with_letters_and_numbers_only_get(number_text_shortest(cutoff.get<double>()));
 }
 
-// The report that the revision left beside the run's folder; empty when there is none, or none can be chosen.
+// What a layout left out, or the report that the revision left beside the run's folder; empty when there is none, or
+// none can be chosen.
 fs::path Q_file_beside(process_frame &frame, const fs::path &run) {
+  std::error_code failed;
+  if (const fs::path of_layout = run / layout_suspects_name; fs::is_regular_file(of_layout, failed))
+    return of_layout;
   const fs::path folder = folder_beside(run);
   const std::vector<fs::path> found = Q_clone_reports_of_folder(folder);
   if (found.empty())

@@ -143,8 +143,6 @@ parameter_proposal proposed_parameters(const fingerprint_survey &survey) {
     proposal.preset = preset;
     proposal.reason = fmt::format("the largest band, {}, is the first to fit a known gel length, {}",
                                   number_text_shortest(largest), number_text_shortest(proposal.fields.gel_length));
-    if (preset == 4)
-      proposal.reason += "; preset 5 has the same length with tolerance 5, for more exact machines";
     return proposal;
   }
   proposal.fields = *parameters_of_kind(4);

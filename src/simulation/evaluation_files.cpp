@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view head_of_order = "i\tIndex\tCloneName\t";
 constexpr std::string_view start_of_zones = "Zones of markers:"; // a last line where the run knew markers
-constexpr std::string_view head_of_Q_clones = "k\tclone\tname";
+constexpr std::string_view head_of_Q_clones = "k\tclone\tname", head_of_suspects = "clone\twhy\tpartner";
 constexpr std::string_view end_of_Q_report = "Q_clones.txt";
 constexpr std::int32_t name_column = 2; // from 0, of both tables
 
@@ -127,20 +127,23 @@ bool read_Q_clones(process_frame &frame, const std::filesystem::path &file, std:
   std::vector<std::string_view> fields;
   std::string_view line;
   bool table = false;
+  auto column = name_column;
   while (lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with(head_of_Q_clones)) {
+    const bool of_layout = line.starts_with(head_of_suspects);
+    if (lines.line_number() == 1 && (of_layout || line.starts_with(head_of_Q_clones))) {
       table = true;
+      column = of_layout ? 0 : name_column;
       continue;
     }
     if (line.empty())
       continue;
     const std::int32_t n = class_serv_raznoe::cut_string_views(line, fields, name_column + 2);
-    if (table ? n <= name_column || fields[name_column].empty() : n != 1)
+    if (table ? n <= column || fields[column].empty() : n != 1)
       return refuse(frame,
                     table ? "A row of the report of Q-clones has no name of a clone."
                           : "A list of Q-clones is the report of a revision, or names, one a line.",
                     lines.place());
-    read.emplace_back(table ? fields[name_column] : fields[0]);
+    read.emplace_back(fields[table ? column : 0]);
   }
   names = std::move(read);
   return true;

@@ -37,6 +37,7 @@ private:
     return clone >= 0 && rightly_[index(clone)] == 1 && truth_.stretches(clone).size() == 1;
   }
   void count_path(std::size_t cluster, contig_quality &contig);
+  void count_whole(std::size_t cluster, contig_quality &contig);
   void count_path_cover(const std::vector<true_clone> &path, const contig_quality &contig, path_quality &found);
   void count_genome();
   void count_islands();
@@ -120,6 +121,7 @@ void quality_counter::count_contig(std::size_t cluster) {
   count_coordinates(cluster, contig);
   count_ordering(cluster, contig);
   count_path(cluster, contig);
+  count_whole(cluster, contig);
   for (const true_clone clone : clones_)
     if (clone >= 0)
       rightly_[index(clone)] = 0;
@@ -316,6 +318,25 @@ void quality_counter::count_path_cover(const std::vector<true_clone> &path, cons
     found.length_covered += place.length();
 }
 
+// Chimeric clones belong to no one place of an order; to a path they bring all their stretches.
+void quality_counter::count_whole(std::size_t cluster, contig_quality &contig) {
+  const auto &coordinates = input_.run->coordinates[cluster];
+  std::vector<whole_point> points;
+  for (std::size_t i = 0; i < coordinates.size(); ++i)
+    if (const true_clone clone = clones_[i]; clone >= 0 && !truth_.is_chimeric(clone)) {
+      const true_stretch &stretch = truth_.stretches(clone).front();
+      points.push_back({coordinates[i].left, coordinates[i].right, stretch.begin, stretch.end});
+    }
+  contig.whole = whole_quality_of(points);
+  contig.whole.n_wrong = clones_apart(stretches_, truth_);
+  std::vector<true_stretch> of_path;
+  const auto &path = input_.run->tiling_path[cluster];
+  for (const std::string &name : path)
+    if (const true_clone clone = placed_clone(name); clone >= 0)
+      of_path.insert(of_path.end(), truth_.stretches(clone).begin(), truth_.stretches(clone).end());
+  add_path(std::move(of_path), stretches_, static_cast<std::int32_t>(path.size()), contig.whole);
+}
+
 void quality_counter::count_genome() {
   quality_.genome_length_given = input_.genome_length > 0;
   quality_.genome_length = quality_.genome_length_given ? input_.genome_length : truth_.genome_length();
@@ -446,6 +467,7 @@ void quality_counter::add_up() {
     add_to(quality_.coordinates, contig.coordinates);
     add_to(quality_.ordering, contig.ordering);
     add_to(quality_.path, contig.path);
+    quality_.whole.add(contig.whole);
   }
 }
 

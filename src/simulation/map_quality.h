@@ -20,6 +20,7 @@
 #include "simulation/order_quality.h"
 #include "simulation/path_quality.h"
 #include "simulation/true_map.h"
+#include "simulation/whole_quality.h"
 
 namespace orb {
 
@@ -37,6 +38,7 @@ struct contig_quality {
   std::optional<order_quality> coordinates; // of the order by middles of coordinates
   std::optional<order_quality> ordering;    // of the order of the unburied clones found by the ordering
   std::optional<path_quality> path;         // of the tiling path
+  whole_quality whole;                      // of all its clones, whatever the main place
 };
 
 // A clone that sits wrongly. `distance`: base pairs to the main place; -1: it lies on other chromosomes.
@@ -123,6 +125,7 @@ struct map_quality {
   std::optional<order_quality> coordinates, ordering;
   std::optional<band_density> density;
   std::optional<path_quality> path;
+  whole_quality whole;
   std::optional<Q_clone_quality> Q_clones;
 
   std::vector<misplaced_clone> misplaced;

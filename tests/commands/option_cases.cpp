@@ -41,6 +41,9 @@ after: net.remetric
 []
 run: pvalue.load folder=in/tables
 [library]
+run: metric.by_library
+after: net.create
+[library]
 run: metric.set
 after: net.create
 after: net.save out=n.ORBns
@@ -517,6 +520,7 @@ run: net.revise out=n.ORBns
   additional-cutoff=40 -> figures
   no-overlaps=yes -> folder
   no-clones=yes -> figures
+  clone-test=yes -> folder
 [library raw-net]
 run: net.ladder
   out=o -> folder
@@ -576,6 +580,7 @@ run: contigs.assemble ordering-steps=1000
 [library raw-net]
 run: contigs.assemble no-ordering=yes no-pair-tables=yes no-drawings=yes
   max-clones=50 -> figures
+  method=layout -> figures
   min-size=50 -> findings
   browse=yes -> folder
   bp-per-band=2000 -> folder

@@ -256,10 +256,10 @@ bool slow_assembly::test(std::size_t m, entry &e, std::vector<std::vector<int>> 
   shape s;
   std::string measured = "\t\t\t";
   std::vector<int> far;
+  int width = 0;
   if (e.connected && !too_large) {
     s = analyse(e.list, cutoff);
     const rank_map r = ranks(e.list, base_, clone_set(s.MTP.begin(), s.MTP.end()), 1 << 30);
-    int width = 0;
     for (const int c : e.list) {
       width = std::max(width, r.at(c));
       if (r.at(c) > 1)
@@ -270,7 +270,11 @@ bool slow_assembly::test(std::size_t m, entry &e, std::vector<std::vector<int>> 
     measured = std::to_string(s.diam) + "\t" + std::to_string(width) + "\t0\t" + std::to_string(far.size());
     write_contig(folder, cluster, e, s, far);
   }
-  const std::string remark = !e.connected ? "Not connected" : too_large ? "Too large" : "";
+  const bool wide = contig && !too_large && width > p_.width_max;
+  const std::string remark = !e.connected ? "Not connected"
+                             : too_large  ? "Too large"
+                             : wide       ? "Wide: may join apart places"
+                                          : "";
   clusters.push_back(std::to_string(m) + "\t" + cluster + "\t" + std::to_string(n) + "\t" +
                      (contig ? "True" : "False") + "\t" + number_text(cutoff, 2) + "\t" + measured + "\t" + remark +
                      "\t" + e.name_long);

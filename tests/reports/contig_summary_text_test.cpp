@@ -38,4 +38,20 @@ TEST(contig_summary_text, contigs_without_map_or_order_are_named_with_what_helps
   EXPECT_NE(other.find(": 2. Weak joins of their windows (see order_control_): 1 of 30.\n"), std::string::npos);
 }
 
+// A contig that stayed wide to the end is named with what it may mean and the way on; one of allowed width isn't.
+TEST(contig_summary_text, wide_contigs_are_named) {
+  adapt_clust_result result;
+  result.clusters.push_back(contig("cl_7", 2100, 900, 4, "Wide: may join apart places"));
+  result.clusters.back().n_far = 31;
+  result.clusters.push_back(contig("cl_8", 100, 90, 1));
+  const std::string text = text_of_contigs(contig_figures_of(result, 6));
+  EXPECT_NE(text.find(": 1 contigs, with 2,100 clones, 31 of them far from their tiling path:\n  cl_7 (2,100 clones, "
+                      "width 4, 31 far).\n"),
+            std::string::npos)
+      << text;
+  EXPECT_NE(text.find("--clone-test or --method layout"), std::string::npos);
+  result.clusters.erase(result.clusters.begin());
+  EXPECT_EQ(text_of_contigs(contig_figures_of(result, 6)).find("--clone-test"), std::string::npos);
+}
+
 } // namespace

@@ -1,0 +1,454 @@
+#include "contigs/band_columns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace orb {
+
+namespace {
+
+constexpr double share_of_tolerance = 0.83; // within which bands of two clones go to one column
+constexpr double least_common_stretch = 2;  // times l
+constexpr double off_place = 6;             // times r: a member's stretch that misses the place by more is no member
+constexpr double off_best = 8;              // times r
+constexpr std::size_t most_tries = 6;       // columns of a group
+constexpr int n_refits = 2;
+constexpr double negligible = 30; // below the best score
+constexpr int n_passes = 3;
+constexpr double longest_gap = 6; // a longer stretch that only one clone covers, where no column is, keeps its length
+constexpr double least_missing = 0.01, most_missing = 0.2;
+
+double gain_of_member(const column_chances &c) {
+  return std::log((1 - c.missing) / c.stray);
+}
+double loss_of_other(const column_chances &c) {
+  return std::log((1 - c.stray) / c.missing);
+}
+bool covers(const laid_clone &clone, const band_column &column, double slack) {
+  return clone.left <= column.place + slack && clone.right >= column.place - slack;
+}
+
+} // namespace
+
+std::int32_t band_columns::root(std::int32_t entry) {
+  while (parent_[static_cast<std::size_t>(entry)] != entry) {
+    std::int32_t &parent = parent_[static_cast<std::size_t>(entry)];
+    parent = parent_[static_cast<std::size_t>(parent)];
+    entry = parent;
+  }
+  return entry;
+}
+
+// Bands of two clones that lie side by side and are of a size are one band of the genome.
+void band_columns::join_entries(std::span<const laid_clone> laid, const std::atomic<bool> &stopped) {
+  const std::int32_t near = static_cast<std::int32_t>(std::lround(share_of_tolerance * clones_.t));
+  const double least = least_common_stretch * scale_.l;
+  std::vector<std::int32_t> reaching; // clones that go on
+  for (std::size_t b = 0; b < laid.size() && !stopped; ++b) {
+    std::erase_if(reaching,
+                  [&](std::int32_t a) { return laid[static_cast<std::size_t>(a)].right - laid[b].left <= least; });
+    const auto bands_b = clones_.of(laid[b].clone);
+    for (const std::int32_t a : reaching) {
+      const auto &other = laid[static_cast<std::size_t>(a)];
+      if (std::min(other.right, laid[b].right) - laid[b].left <= least)
+        continue;
+      const auto bands_a = clones_.of(other.clone);
+      const auto first_a = first_band_[static_cast<std::size_t>(a)], first_b = first_band_[b];
+      for (std::size_t i = 0, j = 0; i < bands_a.size() && j < bands_b.size();) {
+        const std::int32_t d = bands_a[i] - bands_b[j];
+        const bool a_moves = d <= near, b_moves = d >= -near;
+        if (a_moves && b_moves) {
+          const auto x = root(static_cast<std::int32_t>(first_a + i)), y = root(static_cast<std::int32_t>(first_b + j));
+          parent_[static_cast<std::size_t>(std::max(x, y))] = std::min(x, y);
+        }
+        i += a_moves;
+        j += b_moves;
+      }
+    }
+    reaching.push_back(static_cast<std::int32_t>(b));
+  }
+}
+
+// The stretch of the axis at which most clones that want the band there cover it, and fewest that don't show it.
+bool band_columns::best_place(std::span<const laid_clone> laid, const column_chances &chances, double low, double high,
+                              band_column &column) {
+  steps_.clear();
+  const double gain = gain_of_member(chances), loss = loss_of_other(chances);
+  const auto change_of = [&](std::size_t i) {
+    return stance_[i] == stance::explained ? 0.0 : stance_[i] == stance::wanting ? gain : -loss;
+  };
+  // Left ends and right ends both ascend: they are merged as they come. What ends beyond `high` needn't be closed.
+  const auto first = std::lower_bound(laid.begin(), laid.end(), low - longest_,
+                                      [](const laid_clone &c, double x) { return c.left < x; });
+  auto begins = static_cast<std::size_t>(first - laid.begin());
+  auto ends = static_cast<std::size_t>(
+      std::lower_bound(by_right_.begin(), by_right_.end(), low,
+                       [&](std::int32_t c, double x) { return laid[static_cast<std::size_t>(c)].right < x; }) -
+      by_right_.begin());
+  for (;;) {
+    while (begins < laid.size() && (laid[begins].right < low || stance_[begins] == stance::explained))
+      ++begins;
+    const double left = begins < laid.size() ? laid[begins].left : high + 1;
+    const double right = ends < by_right_.size() ? laid[static_cast<std::size_t>(by_right_[ends])].right : high + 1;
+    if (left > high && right > high)
+      break;
+    if (left <= right) {
+      steps_.push_back({left, change_of(begins)});
+      ++begins;
+    } else {
+      steps_.push_back({right, -change_of(static_cast<std::size_t>(by_right_[ends]))});
+      ++ends;
+    }
+  }
+  double score = 0, best = 0, best_at = 0;
+  for (std::size_t i = 0; i + 1 < steps_.size(); ++i) {
+    score += steps_[i].change;
+    if (score > best && steps_[i + 1].at > steps_[i].at) {
+      best = score;
+      column.from = steps_[i].at;
+      column.to = steps_[i + 1].at;
+      best_at = (column.from + column.to) / 2;
+    }
+  }
+  if (best < 2 * gain - 1)
+    return false;
+  score = 0;
+  double sum = 0, weights = 0;
+  for (std::size_t i = 0; i + 1 < steps_.size(); ++i) {
+    score += steps_[i].change;
+    if (score < best - negligible)
+      continue;
+    const double weight = (steps_[i + 1].at - steps_[i].at) * std::exp(std::min(0.0, score - best));
+    weights += weight;
+    sum += weight * (steps_[i].at + steps_[i + 1].at) / 2;
+  }
+  column.place = weights > 0 ? sum / weights : best_at;
+  if (std::abs(column.place - best_at) > off_best * scale_.r)
+    column.place = best_at;
+  return true;
+}
+
+// Who of a group still wants a column: clones that cover no fit but `without`, to within the slack. How many.
+std::int32_t band_columns::take_stances(std::span<const laid_clone> laid, std::span<const std::int32_t> entries,
+                                        std::size_t without, double slack) {
+  std::int32_t wanting = 0;
+  for (const std::int32_t e : entries) {
+    const auto i = static_cast<std::size_t>(clone_of(e));
+    if (stance_[i] != stance::other)
+      continue; // another band of the clone
+    stance_[i] = stance::wanting;
+    for (std::size_t f = 0; f < fits_.size() && stance_[i] == stance::wanting; ++f)
+      if (f != without && covers(laid[i], fits_[f], slack))
+        stance_[i] = stance::explained;
+    wanting += stance_[i] == stance::wanting;
+  }
+  return wanting;
+}
+
+void band_columns::forget_stances(std::span<const std::int32_t> entries) {
+  for (const std::int32_t e : entries)
+    stance_[static_cast<std::size_t>(clone_of(e))] = stance::other;
+}
+
+// Makes columns of a group of entries. Bands of like size that lie near each other on the genome make one group, and
+// show as one band in a clone that holds both: so a clone may belong to several columns of its group.
+void band_columns::place_group(std::span<const laid_clone> laid, const column_chances &chances,
+                               std::span<const std::int32_t> entries) {
+  double low = laid[static_cast<std::size_t>(clone_of(entries.front()))].left, high = low;
+  for (const std::int32_t e : entries) {
+    low = std::min(low, laid[static_cast<std::size_t>(clone_of(e))].left);
+    high = std::max(high, laid[static_cast<std::size_t>(clone_of(e))].right);
+  }
+  constexpr auto none = static_cast<std::size_t>(-1);
+  fits_.clear();
+  std::int32_t wanting_before = static_cast<std::int32_t>(entries.size()) + 1;
+  while (fits_.size() < most_tries) {
+    const std::int32_t wanting = take_stances(laid, entries, none, off_place * scale_.r);
+    band_column fit;
+    const bool more = wanting > 1 && wanting < wanting_before && best_place(laid, chances, low, high, fit);
+    forget_stances(entries);
+    if (!more)
+      break;
+    wanting_before = wanting;
+    fits_.push_back(fit);
+  }
+  for (int round = 0; round < n_refits && fits_.size() > 1; ++round)
+    for (std::size_t f = 0; f < fits_.size();) {
+      const bool wanted = take_stances(laid, entries, f, 0) > 1 && best_place(laid, chances, low, high, fits_[f]);
+      forget_stances(entries);
+      if (wanted)
+        ++f;
+      else
+        fits_.erase(fits_.begin() + static_cast<std::ptrdiff_t>(f));
+    }
+  keep_fits(laid, entries);
+}
+
+void band_columns::keep_fits(std::span<const laid_clone> laid, std::span<const std::int32_t> entries) {
+  const double slack = off_place * scale_.r;
+  for (band_column &fit : fits_) {
+    fit.first = members_.size();
+    fit.n_members = 0;
+    fit.value = 0;
+    for (const std::int32_t e : entries) {
+      const laid_clone &clone = laid[static_cast<std::size_t>(clone_of(e))];
+      const bool again = fit.n_members > 0 && members_.back() == clone_of(e);
+      if (again || !covers(clone, fit, slack) ||
+          (!covers(clone, fit, 0) &&
+           std::any_of(fits_.begin(), fits_.end(), [&](const band_column &other) { return covers(clone, other, 0); })))
+        continue;
+      members_.push_back(clone_of(e));
+      fit.value += value_of_entry_[static_cast<std::size_t>(e)];
+      ++fit.n_members;
+    }
+    if (fit.n_members < 2) {
+      members_.resize(fit.first);
+      continue;
+    }
+    fit.value /= fit.n_members;
+    columns_.push_back(fit);
+    for (const std::int32_t e : entries)
+      if (std::binary_search(members_.begin() + static_cast<std::ptrdiff_t>(fit.first), members_.end(), clone_of(e)))
+        in_column_[static_cast<std::size_t>(e)] = 1;
+  }
+}
+
+void band_columns::number_entries(std::span<const laid_clone> laid) {
+  first_band_.assign(1, 0);
+  clone_of_entry_.clear();
+  value_of_entry_.clear();
+  longest_ = 0;
+  for (std::size_t i = 0; i < laid.size(); ++i) {
+    longest_ = std::max(longest_, laid[i].right - laid[i].left);
+    for (const band_value band : clones_.of(laid[i].clone)) {
+      clone_of_entry_.push_back(static_cast<std::int32_t>(i));
+      value_of_entry_.push_back(band);
+    }
+    first_band_.push_back(clone_of_entry_.size());
+  }
+  std::vector<std::int32_t> by_clone(laid.size());
+  std::iota(by_clone.begin(), by_clone.end(), 0);
+  std::sort(by_clone.begin(), by_clone.end(), [&](std::int32_t a, std::int32_t b) {
+    return laid[static_cast<std::size_t>(a)].clone < laid[static_cast<std::size_t>(b)].clone;
+  });
+  key_of_first_.resize(laid.size());
+  std::size_t key = 0;
+  for (const std::int32_t i : by_clone) {
+    const auto at = static_cast<std::size_t>(i);
+    key_of_first_[at] = key;
+    key += first_band_[at + 1] - first_band_[at];
+  }
+}
+
+void band_columns::group_entries(std::span<const laid_clone> laid, const std::atomic<bool> &stopped) {
+  const std::size_t n = clone_of_entry_.size();
+  parent_.resize(n);
+  std::iota(parent_.begin(), parent_.end(), 0);
+  join_entries(laid, stopped);
+  group_of_key_.resize(n);
+  for (std::size_t e = 0; e < n; ++e)
+    group_of_key_[key_of(static_cast<std::int32_t>(e))] =
+        static_cast<std::int32_t>(key_of(root(static_cast<std::int32_t>(e))));
+}
+
+void band_columns::make(std::span<const laid_clone> laid, const column_chances &chances,
+                        const std::atomic<bool> &stopped, bool same_groups) {
+  columns_.clear();
+  members_.clear();
+  number_entries(laid);
+  const std::size_t n = clone_of_entry_.size();
+  in_column_.assign(n, 0);
+  stance_.assign(laid.size(), stance::other);
+  by_right_.resize(laid.size());
+  std::iota(by_right_.begin(), by_right_.end(), 0);
+  std::sort(by_right_.begin(), by_right_.end(), [&](std::int32_t a, std::int32_t b) {
+    const double x = laid[static_cast<std::size_t>(a)].right, y = laid[static_cast<std::size_t>(b)].right;
+    return x != y ? x < y : a < b;
+  });
+  if (!same_groups)
+    group_entries(laid, stopped);
+  std::vector<std::int32_t> next(n, -1), first(n, -1), last(n, -1); // the latter two by group
+  for (std::size_t e = 0; e < n; ++e) {
+    const auto entry = static_cast<std::int32_t>(e);
+    const auto group = static_cast<std::size_t>(group_of_key_[key_of(entry)]);
+    (first[group] < 0 ? first[group] : next[static_cast<std::size_t>(last[group])]) = entry;
+    last[group] = entry;
+  }
+  for (std::size_t e = 0; e < n && !stopped; ++e) {
+    const auto entry = static_cast<std::int32_t>(e);
+    if (first[static_cast<std::size_t>(group_of_key_[key_of(entry)])] != entry || next[e] < 0)
+      continue;
+    group_.clear();
+    for (std::int32_t at = entry; at >= 0; at = next[static_cast<std::size_t>(at)])
+      group_.push_back(at);
+    place_group(laid, chances, group_);
+  }
+  std::sort(columns_.begin(), columns_.end(), [](const band_column &x, const band_column &y) {
+    return x.place != y.place ? x.place < y.place : x.first < y.first;
+  });
+}
+
+namespace {
+
+// Where a clone begins and ends, by the columns that it shows and those that it doesn't.
+class end_finder {
+public:
+  end_finder(const band_scale &scale, const band_columns &map, std::vector<laid_clone> &laid)
+      : scale_(scale), map_(map), laid_(laid), shown_(laid.size()) {
+    const auto &columns = map.columns();
+    for (std::size_t c = 0; c < columns.size(); ++c)
+      for (const std::int32_t m : map.members(columns[c]))
+        shown_[static_cast<std::size_t>(m)].push_back(static_cast<std::int32_t>(c));
+    find_gaps();
+  }
+
+  // Ends become places between columns: column c lies from c to c + 1.
+  void to_numbers() {
+    const auto &columns = map_.columns();
+    const auto number_of = [&](double x) {
+      const auto at = std::lower_bound(columns.begin(), columns.end(), x,
+                                       [](const band_column &c, double y) { return c.place < y; });
+      const auto i = static_cast<double>(at - columns.begin());
+      if (columns.empty())
+        return x;
+      if (at == columns.begin())
+        return x - columns.front().place + 0.5; // outside, a band is as long as a column
+      if (at == columns.end())
+        return i - 0.5 + x - columns.back().place;
+      const double before = (at - 1)->place, gap = at->place - before;
+      return i - 0.5 + (gap > 0 ? (x - before) / gap : 0.5);
+    };
+    for (laid_clone &clone : laid_) {
+      clone.left = number_of(clone.left);
+      clone.right = number_of(clone.right);
+    }
+  }
+
+  void find_ends(const column_chances &chances) {
+    const double gain = gain_of_member(chances), loss = loss_of_other(chances);
+    for (std::size_t i = 0; i < laid_.size(); ++i) {
+      const double middle = (laid_[i].left + laid_[i].right) / 2;
+      const double left = best_cut(i, laid_[i].left, middle, gain, loss, true);
+      const double right = best_cut(i, laid_[i].right, middle, gain, loss, false);
+      laid_[i].left = std::min(left, right);
+      laid_[i].right = std::max(left, right);
+    }
+  }
+
+  double missing_share() const {
+    std::int64_t inside = 0, shown = 0;
+    for (std::size_t i = 0; i < laid_.size(); ++i) {
+      const auto first = static_cast<std::int32_t>(std::ceil(laid_[i].left));
+      const auto last = static_cast<std::int32_t>(std::floor(laid_[i].right)) - 1;
+      if (last <= first + 1)
+        continue;
+      const auto from = std::max(first, 0), to = std::min(last, static_cast<std::int32_t>(map_.columns().size()) - 1);
+      if (to < from)
+        continue;
+      inside += to - from + 1;
+      shown += std::upper_bound(shown_[i].begin(), shown_[i].end(), to) -
+               std::lower_bound(shown_[i].begin(), shown_[i].end(), from);
+    }
+    return inside == 0 ? 0.05 : 1 - static_cast<double>(shown) / static_cast<double>(inside);
+  }
+
+  // Stretches of one clone, in which there are no columns, come back.
+  void to_axis() {
+    const auto extra_of = [&](double column) {
+      return extra_[static_cast<std::size_t>(std::clamp(column, 0.0, static_cast<double>(extra_.size()) - 1))];
+    };
+    for (laid_clone &clone : laid_) {
+      clone.left += extra_of(std::floor(clone.left));
+      clone.right += extra_of(std::ceil(clone.right) - 1);
+    }
+  }
+
+private:
+  // Stretches that one clone covers, or none: `laid_` ascends by left end here.
+  void find_gaps() {
+    const auto &columns = map_.columns();
+    extra_.assign(std::max<std::size_t>(columns.size(), 1), 0);
+    double farthest = -1e300, second = -1e300; // right ends so far
+    for (const laid_clone &clone : laid_) {
+      if (farthest > -1e300 && clone.left - second > longest_gap && second > -1e300) {
+        const double middle = (second + clone.left) / 2;
+        const auto at = std::lower_bound(columns.begin(), columns.end(), middle,
+                                         [](const band_column &c, double x) { return c.place < x; });
+        if (at != columns.begin() && at != columns.end())
+          extra_[static_cast<std::size_t>(at - columns.begin())] += clone.left - second;
+      }
+      if (clone.right > farthest) {
+        second = farthest;
+        farthest = clone.right;
+      } else {
+        second = std::max(second, clone.right);
+      }
+    }
+    std::partial_sum(extra_.begin(), extra_.end(), extra_.begin());
+  }
+
+  // Cuts within reach of `end`, each scored by the columns between it and the clone's middle; their mean.
+  double best_cut(std::size_t i, double end, double middle, double gain, double loss, bool is_left) const {
+    const auto n = static_cast<std::int32_t>(map_.columns().size());
+    const double reach = std::max(5.0, 18 * scale_.r);
+    std::int32_t low = static_cast<std::int32_t>(std::ceil(end - reach)),
+                 high = static_cast<std::int32_t>(std::floor(end + reach));
+    if (is_left)
+      high = std::min(high, static_cast<std::int32_t>(middle));
+    else
+      low = std::max(low, static_cast<std::int32_t>(std::ceil(middle)));
+    low = std::clamp(low, 0, n);
+    high = std::clamp(high, 0, n);
+    if (high <= low || (is_left ? end < 0 : end > n))
+      return end; // it sticks out, where no column can tell
+    const auto evidence = [&](std::int32_t c) {
+      return std::binary_search(shown_[i].begin(), shown_[i].end(), c) ? gain : -loss;
+    };
+    thread_local std::vector<double> scores;
+    scores.assign(static_cast<std::size_t>(high - low) + 1, 0);
+    if (is_left)
+      for (std::int32_t cut = high - 1; cut >= low; --cut)
+        scores[static_cast<std::size_t>(cut - low)] = scores[static_cast<std::size_t>(cut - low) + 1] + evidence(cut);
+    else
+      for (std::int32_t cut = low + 1; cut <= high; ++cut)
+        scores[static_cast<std::size_t>(cut - low)] =
+            scores[static_cast<std::size_t>(cut - low) - 1] + evidence(cut - 1);
+    const double best = *std::max_element(scores.begin(), scores.end());
+    double sum = 0, weights = 0;
+    for (std::size_t k = 0; k < scores.size(); ++k) {
+      const double weight = std::exp(scores[k] - best);
+      weights += weight;
+      sum += weight * (low + static_cast<double>(k));
+    }
+    return sum / weights;
+  }
+
+  const band_scale &scale_;
+  const band_columns &map_;
+  std::vector<laid_clone> &laid_;
+  std::vector<std::vector<std::int32_t>> shown_; // columns that each clone shows, ascending
+  std::vector<double> extra_;                    // by column: length of the gaps before it
+};
+
+} // namespace
+
+void lay_by_columns(const band_scale &scale, std::vector<laid_clone> &laid, band_columns &columns,
+                    const std::atomic<bool> &stopped) {
+  column_chances chances;
+  for (int pass = 0; pass < n_passes && !stopped; ++pass) {
+    std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) {
+      return a.left != b.left ? a.left < b.left : a.clone < b.clone;
+    });
+    columns.make(laid, chances, stopped, pass > 0);
+    if (stopped || columns.columns().size() < 2)
+      break;
+    end_finder ends(scale, columns, laid);
+    ends.to_numbers();
+    ends.find_ends(chances);
+    chances.missing = std::clamp(ends.missing_share(), least_missing, most_missing);
+    ends.to_axis();
+  }
+}
+
+} // namespace orb

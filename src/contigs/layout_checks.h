@@ -1,0 +1,44 @@
+// What a layout says against overlaps and clones: those by which it contradicts the fingerprints.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+#include "contigs/clone_layout.h"
+
+namespace orb {
+
+struct dropped_edge {
+  clone_number a = 0, b = 0; // a < b
+  edge_end why = edge_end::kept;
+  std::int32_t n_for = 0, n_against = 0; // third clones
+  double overlap = 0, overlap_laid = 0;  // in bands, when it was dropped
+};
+
+struct layout_verdict {
+  std::vector<dropped_edge> edges;
+  std::vector<clone_number> misfits; // clones whose neighbours should overlap each other and don't
+};
+
+// Third clones that speak for an overlap of the piece and against it: neighbours of one end that the layout has
+// overlapping the other end by more than 0.6 of the shorter, linked to it or not.
+void count_third_clones(const clone_layout &layout, clone_number a, clone_number b, std::int32_t &n_for,
+                        std::int32_t &n_against);
+// Of the pairs of a clone's neighbours that should be linked, how many are there, and how many aren't.
+void count_neighbour_pairs(const clone_layout &layout, clone_number clone, std::int32_t &n_pairs,
+                           std::int32_t &n_not_linked);
+// Clones by which alone two parts of a piece hang together, while the layout has clones of both lying over each other
+// that share nothing: a chimera's two places go on beyond its arms. Ascending.
+std::vector<clone_number> forking_clones(const clone_layout &layout, std::int32_t piece);
+// Clones by which alone two parts of a piece hang together, each of three clones and more. Ascending.
+std::vector<clone_number> lone_bridges(const clone_layout &layout, std::int32_t piece);
+// Reads the layout of one piece, its clones from..to-1; changes nothing but their shares of neighbour pairs that aren't
+// linked, by clone (-1: too few pairs to tell). Finds overlaps, no clones.
+layout_verdict check_clones(const clone_layout &layout, std::int32_t piece, std::size_t from, std::size_t to,
+                            std::vector<float> &share_not_linked, const std::atomic<bool> &stopped);
+// Of those shares the large ones that none of a clone's neighbours exceeds, and clones that fork.
+std::vector<clone_number> misfits_of(const clone_layout &layout, std::int32_t piece,
+                                     const std::vector<float> &share_not_linked);
+
+} // namespace orb

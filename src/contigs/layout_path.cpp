@@ -1,0 +1,114 @@
+#include "contigs/layout_path.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "metrics/band_merge.h"
+
+namespace orb {
+
+namespace {
+
+constexpr double least_predicted = 10; // times l
+constexpr double seen_share = 0.7, least_score = 4;
+constexpr double at_the_end = 2; // times r
+
+} // namespace
+
+bool path_step_rule::may_follow(const laid_clone &u, const laid_clone &v, double &cost) const {
+  const double predicted = u.right - v.left;
+  if (v.left < u.left || v.right <= u.right || predicted < least_predicted * scale.l)
+    return false;
+  const std::int32_t k = common_bands(clones.of(u.clone), clones.of(v.clone), clones.t);
+  const std::int32_t n_u = clones.count(u.clone), n_v = clones.count(v.clone);
+  const double seen = scale.overlap(k, n_u, n_v);
+  if (seen < seen_share * predicted || std::abs(seen - predicted) > 6 * scale.r + 0.25 * predicted ||
+      scale.score(k, n_u, n_v) < least_score)
+    return false;
+  cost = 1 + 0.2 * std::exp(-predicted / (8 * scale.l));
+  return true;
+}
+
+namespace {
+
+struct path_search {
+  const path_step_rule &rule;
+  std::span<const laid_clone> laid;
+  std::span<const char> usable;
+  std::vector<double> cost;
+  std::vector<std::int32_t> before;
+
+  // Cheapest ways from clones that begin the stretch at `from`, on to the right. Gives back the end of the cheapest
+  // that reaches farthest.
+  std::int32_t run(double from, std::size_t first, double slack) {
+    constexpr double none = std::numeric_limits<double>::infinity();
+    cost.assign(laid.size(), none);
+    before.assign(laid.size(), -1);
+    double longest = 0;
+    for (const laid_clone &clone : laid)
+      longest = std::max(longest, clone.right - clone.left);
+    for (std::size_t i = first; i < laid.size(); ++i)
+      if (usable[i] != 0 && laid[i].left <= from + slack)
+        cost[i] = 1;
+    for (std::size_t v = first; v < laid.size(); ++v) {
+      if (usable[v] == 0)
+        continue;
+      for (std::size_t u = v; u-- > first && laid[u].left + longest > laid[v].left;) {
+        double step = 0;
+        if (usable[u] == 0 || cost[u] == none || cost[u] + 1 >= cost[v] || !rule.may_follow(laid[u], laid[v], step) ||
+            cost[u] + step >= cost[v])
+          continue;
+        cost[v] = cost[u] + step;
+        before[v] = static_cast<std::int32_t>(u);
+      }
+    }
+    double reached = -none;
+    for (std::size_t v = first; v < laid.size(); ++v)
+      if (cost[v] < none)
+        reached = std::max(reached, laid[v].right);
+    std::int32_t best = -1;
+    for (std::size_t v = first; v < laid.size(); ++v)
+      if (cost[v] < none && laid[v].right >= reached - slack &&
+          (best < 0 || cost[v] < cost[static_cast<std::size_t>(best)]))
+        best = static_cast<std::int32_t>(v);
+    return best;
+  }
+};
+
+} // namespace
+
+std::vector<std::vector<clone_number>> tiling_paths(const path_step_rule &rule, std::span<const laid_clone> laid,
+                                                    std::span<const char> is_usable) {
+  std::vector<std::vector<clone_number>> paths;
+  path_search search{rule, laid, is_usable, {}, {}};
+  const double slack = at_the_end * rule.scale.r;
+  std::size_t first = 0;
+  for (;;) {
+    while (first < laid.size() && is_usable[first] == 0)
+      ++first;
+    if (first == laid.size())
+      return paths;
+    const std::int32_t end = search.run(laid[first].left, first, slack);
+    if (end < 0)
+      return paths;
+    std::vector<clone_number> path;
+    for (std::int32_t at = end; at >= 0; at = search.before[static_cast<std::size_t>(at)])
+      path.push_back(laid[static_cast<std::size_t>(at)].clone);
+    std::reverse(path.begin(), path.end());
+    paths.push_back(std::move(path));
+    // What goes on beyond the reach begins the next path: the first clones that stick out by more than the slack.
+    const double reached = laid[static_cast<std::size_t>(end)].right;
+    std::size_t next = laid.size();
+    for (std::size_t i = 0; i < laid.size(); ++i)
+      if (is_usable[i] != 0 && laid[i].left > laid[first].left && laid[i].right > reached + slack) {
+        next = i;
+        break;
+      }
+    if (next == laid.size() || next <= first)
+      return paths;
+    first = next;
+  }
+}
+
+} // namespace orb

@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "contigs/layout_checks.h"
+#include "contigs/layout_ends.h"
+#include "contigs/layout_finish.h"
+#include "net/clone_depth.h"
+#include "support/contig_test_library.h"
+#include "support/temporary_folder.h"
+
+using namespace orb_test;
+
+namespace {
+
+// A line of random bands with clones on it; what is laid of them is true unless a test moves it.
+struct true_line {
+  library_data data;
+  std::vector<std::int32_t> axis;
+  std::vector<double> centre{0};
+  random_source random;
+
+  true_line(std::uint64_t seed, int n_axis) : random(seed) {
+    for (int i = 0; i < n_axis; ++i)
+      axis.push_back(500 + random.number_up_to(40000));
+  }
+  std::vector<std::int32_t> bands(int from, int to) {
+    std::vector<std::int32_t> found;
+    for (int i = from; i < to; ++i)
+      if (random.uniform() > 0.02)
+        found.push_back(axis[static_cast<std::size_t>(i)] + random.number_up_to(3) - 2);
+    return found;
+  }
+  void add(const std::vector<std::int32_t> &bands_of, double at) {
+    data.add("J" + std::to_string(1000 + centre.size()), bands_of);
+    centre.push_back(at);
+  }
+  void add_clones(int n, int from, int to) {
+    for (int c = 0; c < n; ++c) {
+      const int length = 50 + random.number_up_to(30), begin = from + random.number_up_to(to - from - length) - 1;
+      add(bands(begin, begin + length), begin + length / 2.0);
+    }
+  }
+};
+
+// A layout with all clones in one piece.
+struct laid_session {
+  contig_session session;
+  clone_bands clones;
+  band_scale scale;
+  scored_net net;
+  clone_layout layout;
+
+  explicit laid_session(const true_line &line)
+      : session(line.data, 10), clones(session.database), scale(band_scale_of(clones, 1)),
+        net(session.signif.net(), clones, scale, 0, 1, [] { return true; }), layout(clones, scale, net) {
+    layout.pieces.emplace_back();
+    for (clone_number c = 1; c <= clones.n; ++c) {
+      layout.centre[static_cast<std::size_t>(c)] = line.centre[static_cast<std::size_t>(c)];
+      layout.piece_of[static_cast<std::size_t>(c)] = 0;
+      layout.pieces[0].push_back(c);
+    }
+    layout.sort_piece(0);
+  }
+};
+
+// Takes each clone out and looks what the others fall into.
+std::vector<clone_number> forks_by_taking_out(const clone_layout &layout) {
+  std::vector<clone_number> forks;
+  for (const clone_number c : layout.pieces[0]) {
+    std::vector<std::int32_t> part(static_cast<std::size_t>(layout.clones.n) + 1, -1);
+    std::int32_t n_parts = 0, most = 0;
+    for (const clone_number start : layout.pieces[0]) {
+      std::vector<clone_number> waiting{start};
+      if (start == c || part[static_cast<std::size_t>(start)] >= 0)
+        continue;
+      part[static_cast<std::size_t>(start)] = n_parts;
+      for (std::size_t i = 0; i < waiting.size(); ++i)
+        for (const scored_edge &edge : layout.net.of(waiting[i]))
+          if (layout.is_overlap(edge) && edge.to != c && part[static_cast<std::size_t>(edge.to)] < 0) {
+            part[static_cast<std::size_t>(edge.to)] = n_parts;
+            waiting.push_back(edge.to);
+          }
+      ++n_parts;
+    }
+    for (std::int32_t k = 0; n_parts > 1 && k < n_parts; ++k) {
+      std::int32_t against = 0;
+      for (const clone_number a : layout.pieces[0])
+        for (const clone_number b : layout.pieces[0]) {
+          const auto is_near = [&](clone_number d) {
+            return d != c && std::abs(layout.centre[static_cast<std::size_t>(d)] -
+                                      layout.centre[static_cast<std::size_t>(c)]) <= layout.n_of(c);
+          };
+          against += part[static_cast<std::size_t>(a)] == k && part[static_cast<std::size_t>(b)] != k && is_near(a) &&
+                     is_near(b) && layout.should_be_linked(a, b) && !layout.linked(a, b);
+        }
+      most = std::max(most, against);
+    }
+    if (most >= 3)
+      forks.push_back(c);
+  }
+  std::sort(forks.begin(), forks.end());
+  return forks;
+}
+
+} // namespace
+
+// Two lines that go on past the arms of the chimera which ties them: it is found, and nothing on a line that only grows
+// thin.
+TEST(layout_joins, forks_are_found) {
+  for (std::uint64_t seed = 1; seed <= 6; ++seed) {
+    true_line line(seed, 700);
+    line.add_clones(18, 0, 250);
+    line.add_clones(18, 300, 550);
+    std::vector<std::int32_t> chimera = line.bands(110, 140);
+    for (const std::int32_t band : line.bands(410, 440))
+      chimera.push_back(band);
+    line.add(chimera, 140);
+    for (std::size_t c = 1; c < line.centre.size(); ++c) // the second line as the chimera's other arm has it
+      if (line.centre[c] > 300)
+        line.centre[c] -= 270;
+    laid_session made(line);
+    const std::vector<clone_number> found = forking_clones(made.layout, 0);
+    EXPECT_EQ(found, forks_by_taking_out(made.layout)) << seed;
+    EXPECT_TRUE(std::binary_search(found.begin(), found.end(), made.clones.n)) << seed;
+
+    true_line thin(seed, 500);
+    thin.add_clones(40, 0, 500);
+    laid_session whole(thin);
+    EXPECT_EQ(forking_clones(whole.layout, 0), std::vector<clone_number>{}) << seed;
+  }
+}
+
+// All ends that match another one are among those that the index finds for it, and these are few.
+TEST(layout_joins, the_index_of_ends_loses_none) {
+  true_line line(5, 400);
+  line.add_clones(60, 0, 400);
+  laid_session made(line);
+  std::vector<contig_end> ends;
+  std::vector<std::int64_t> living;
+  for (int i = 0; i < 120; ++i) { // end stretches at random places: some share bands, most don't
+    contig_end end;
+    end.piece = i;
+    const int from = line.random.number_up_to(300);
+    for (int d = 0; d < 100; ++d)
+      if (line.random.uniform() > 0.1)
+        end.bands.push_back({line.axis[static_cast<std::size_t>(from + d)], static_cast<float>(d),
+                             static_cast<float>(d), static_cast<float>(d + 1), false});
+    std::sort(end.bands.begin(), end.bands.end(),
+              [](const end_band &a, const end_band &b) { return a.value < b.value; });
+    ends.push_back(end);
+    if (i % 5 != 0)
+      living.push_back(i);
+  }
+  const double need = 9;
+  const end_index index(made.layout, ends, living);
+  const end_matcher matcher(made.layout);
+  end_index::scratch place;
+  std::vector<std::int64_t> found;
+  std::size_t n_found = 0, n_matching = 0;
+  for (const std::int64_t a : living) {
+    index.look_up(ends[static_cast<std::size_t>(a)], need, place, found);
+    n_found += found.size();
+    for (const std::int64_t b : living)
+      if (matcher.match(ends[static_cast<std::size_t>(a)], ends[static_cast<std::size_t>(b)]).score >= need) {
+        ++n_matching;
+        EXPECT_TRUE(std::binary_search(found.begin(), found.end(), b)) << a << " " << b;
+      }
+  }
+  EXPECT_GT(n_matching, living.size());
+  EXPECT_LT(n_found, n_matching + living.size() * living.size() / 10);
+}
+
+// Windows end where they end by their clones alone, and their axes meet.
+TEST(layout_joins, windows_make_one_axis) {
+  true_line line(6, 1500);
+  line.add_clones(260, 0, 1500);
+  laid_session made(line);
+  const std::vector<std::int32_t> pieces{0};
+  std::vector<laid_contig> whole, cut;
+  const auto poll = [](double) { return true; };
+  ASSERT_TRUE(finish_pieces(made.layout, pieces, 1, poll, whole));
+  ASSERT_TRUE(finish_pieces(made.layout, pieces, 2, poll, cut, 60));
+  ASSERT_EQ(cut[0].clones.size(), 260u);
+  std::vector<float> left(261);
+  for (std::size_t i = 0; i < 260; ++i)
+    left[static_cast<std::size_t>(whole[0].clones[i])] = whole[0].left_exact[i];
+  for (std::size_t i = 0; i < 260; ++i)
+    EXPECT_NEAR(cut[0].left_exact[i], left[static_cast<std::size_t>(cut[0].clones[i])], 6);
+  std::vector<laid_contig> stopped;
+  EXPECT_FALSE(finish_pieces(
+      made.layout, pieces, 2, [](double) { return false; }, stopped, 60));
+}
+
+// A clone that alone bridges a place lies where depth is low, and the table of Q-clones says so.
+TEST(layout_joins, depth_is_low_where_one_clone_bridges) {
+  true_line line(9, 460);
+  line.add_clones(60, 0, 200);
+  line.add_clones(60, 258, 460);
+  line.add(line.bands(185, 275), 230);
+  laid_session made(line);
+  const clone_number bridge = made.clones.n;
+  const class_net &net = made.session.signif.net();
+  const double usual = usual_depth(net, made.clones), depth = depth_at_clone(net, made.clones, bridge);
+  EXPECT_GT(depth, 1);
+  EXPECT_LT(depth, usual / 2);
+  const temporary_folder folder;
+  const std::vector<vertex_number> found{5, bridge};
+  EXPECT_EQ(print_depths(net, made.clones, found, folder.path() / "depth.txt", [] { return true; }), 1);
+  EXPECT_NE(bytes_of(folder.path() / "depth.txt").find("2\t121\tJ1121\t"), std::string::npos);
+}
