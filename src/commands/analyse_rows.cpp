@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "commands/analysis_switches.h"
 #include "commands/command_table.h"
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
@@ -11,34 +12,33 @@ namespace orb {
 
 namespace fs = std::filesystem;
 
+std::span<const analysis_switch> analysis_switches() {
+  using options = contig_process_options;
+  static constexpr analysis_switch all[] = {
+      {"consecutive", "ch_test_of_ordering", "Test of ordering", &options::option_test_of_ordering},
+      {"all-pairs", "ch_test_of_all_dist", "Test of all distances", &options::option_test_of_all_dist},
+      {"net", "ch_nets_for_cutoffs", "Net structure visualization ", &options::option_nets_for_cutoffs},
+      {"mark", "ch_mark_MTP", "Mark list of clones", &options::option_mark_MTP},
+      {"mark-two", "ch_mark_two_lists", "Mark two lists", &options::option_mark_two_lists},
+      {"ordering", "ch_JK_ordering", "Ordering of clones (with JK on bands)", &options::option_JK_ordering},
+      {"clustering", "ch_clustering", "Clusterization", &options::option_clustering},
+      {"read-clusters", "ch_read_clustering", "Read clasters", &options::option_read_clustering},
+      {"cutoffs", "", "several cutoffs", &options::option_several_metrics},
+      {"cluster-test", "ch_clusterization_test", "with test", &options::option_clusterization_test},
+      {"band-map", "ch_Band_Map_Linker", "Linker", &options::option_band_map},
+      {"band-map-simulation", "ch_band_map_simul", "Simulation", &options::option_band_map_simul},
+      {"topology", "ch_topology", "Find bad topology", &options::option_topology},
+  };
+  return all;
+}
+
 namespace {
-
-// ---- the panel ----
-
-struct panel_switch {
-  const char *word, *caption;
-  bool contig_process_options::*value;
-};
-
-constexpr panel_switch switches[] = {
-    {"consecutive", "Test of ordering", &contig_process_options::option_test_of_ordering},
-    {"all-pairs", "Test of all distances", &contig_process_options::option_test_of_all_dist},
-    {"net", "Net structure visualization ", &contig_process_options::option_nets_for_cutoffs},
-    {"mark", "Mark list of clones", &contig_process_options::option_mark_MTP},
-    {"mark-two", "Mark two lists", &contig_process_options::option_mark_two_lists},
-    {"ordering", "Ordering of clones (with JK on bands)", &contig_process_options::option_JK_ordering},
-    {"clustering", "Clusterization", &contig_process_options::option_clustering},
-    {"read-clusters", "Read clasters", &contig_process_options::option_read_clustering},
-    {"cutoffs", "several cutoffs", &contig_process_options::option_several_metrics},
-    {"cluster-test", "with test", &contig_process_options::option_clusterization_test},
-    {"topology", "Find bad topology", &contig_process_options::option_topology},
-};
 
 const std::vector<std::string> preset_words{"one", "clustering", "folder"};
 
 std::string words_of_switches() {
   std::string words;
-  for (const panel_switch &one : switches)
+  for (const analysis_switch &one : analysis_switches())
     words += (words.empty() ? "" : ", ") + std::string(one.word);
   return words;
 }
@@ -58,9 +58,10 @@ void add_words(const std::string &text, contig_process_options &options) {
     const std::size_t end = std::min(text.find(',', at), text.size());
     const std::string word = text.substr(at, end - at);
     at = end + 1;
-    const auto *known = std::find_if(std::begin(switches), std::end(switches),
-                                     [&](const panel_switch &one) { return word == one.word; });
-    if (known == std::end(switches))
+    const std::span<const analysis_switch> switches = analysis_switches();
+    const auto known =
+        std::find_if(switches.begin(), switches.end(), [&](const analysis_switch &one) { return word == one.word; });
+    if (known == switches.end())
       throw usage_error("--do: no analysis \"" + word + "\"; known are " + words_of_switches());
     options.*known->value = true;
   }
@@ -104,7 +105,7 @@ command_result run_options(project_state &project, const options_parameters &p) 
   if (options.option_several_metrics) // it is one of the project's settings
     project.settings().several_metrics_and_cutoffs = true;
   command_result result;
-  for (const panel_switch &one : switches)
+  for (const analysis_switch &one : analysis_switches())
     if (options.*one.value)
       result.findings += (result.findings.empty() ? "On: " : ", ") + std::string(one.word);
   if (result.findings.empty())
@@ -160,8 +161,8 @@ contig_process_options options_of(const contig_process_options &panel, const run
 }
 
 bool is_anything_on(const contig_process_options &options) {
-  return std::any_of(std::begin(switches), std::end(switches),
-                     [&](const panel_switch &one) { return options.*one.value; });
+  const std::span<const analysis_switch> switches = analysis_switches();
+  return std::any_of(switches.begin(), switches.end(), [&](const analysis_switch &one) { return options.*one.value; });
 }
 
 void check_run(const project_state &project, const parts_there &, const run_parameters &p) {
@@ -173,8 +174,9 @@ void check_run(const project_state &project, const parts_there &, const run_para
   const bool of_folder = p.folder || is_folder(p.lists);
   if (!of_folder && !is_anything_on(options))
     throw usage_error("nothing is to be done; --do says what: " + words_of_switches());
-  if (of_folder && (options.option_clustering || options.option_topology || options.option_mark_two_lists))
-    throw usage_error("clusters, topology and two marked lists belong to one list, not to a folder");
+  if (of_folder && (options.option_clustering || options.option_topology || options.option_mark_two_lists ||
+                    options.option_band_map || options.option_band_map_simul))
+    throw usage_error("clusters, topology, band maps and two marked lists belong to one list, not to a folder");
 }
 
 void answer_clusters_ahead(project_state &project, const run_parameters &p) {

@@ -42,39 +42,16 @@ void check_band_map(const project_state &, const parts_there &, const band_map_p
   check_input(p.list);
 }
 
-// Bin numbers are compared for equality, lengths within the tolerance.
-band_map_metric metric_of(const class_DB_of_clones &database, double lost) {
-  band_map_metric metric;
-  metric.tolerance = database.index_of_band_type_get() == 0 ? database.tollerance_get() : 0;
-  metric.n_positions = database.total_number_of_different_bands_get();
-  metric.lost = lost;
-  return metric;
-}
-
-band_map_clones clones_of(const class_DB_of_clones &database, const number_list &list, const band_map_metric &metric) {
-  band_map_clones clones;
-  clones.metric = metric;
-  for (const clone_number clone : list.members()) {
-    const std::span<const band_value> bands = database.bands_of_clone(clone);
-    clones.names.push_back(database.name_of_clone_get(clone));
-    clones.bands.emplace_back(bands.begin(), bands.end());
-  }
-  return clones;
-}
-
 void put_files(const class_map_of_bands4 &map, const fs::path &folder, command_result &result) {
-  for (const char *name : {"test_band_frec_M_W.txt", "band_map.txt", "band_map_all_clones.txt"})
+  for (const std::string &name : map.names_of_files())
     result.file(name, folder / name);
-  if (map.map().size() <= static_cast<std::size_t>(class_map_of_bands4::most_bands_of_tour))
-    result.file("band_dist.txt", folder / "band_dist.txt");
   result.figure("bands", map.map().size());
   result.lines.push_back((folder / "band_map_all_clones.txt").string());
 }
 
-bool make_of_clones(project_state &project, const band_map_parameters &p, const number_list &list,
-                    const band_map_metric &metric, class_map_of_bands4 &map, command_result &result) {
+bool make_of_clones(project_state &project, const band_map_parameters &p, const band_map_clones &clones,
+                    class_map_of_bands4 &map, command_result &result) {
   const fs::path folder = project.frame().working_folder_get();
-  const band_map_clones clones = clones_of(project.database(), list, metric);
   if (!map.make_all_work(clones, folder))
     return false;
   double n_absent = 0, n_false = 0, n_bands = 0;
@@ -86,7 +63,7 @@ bool make_of_clones(project_state &project, const band_map_parameters &p, const 
       result.file("alignment", map.print_aligment_of_one_clone(clones, i, folder));
   }
   if (p.groups) {
-    class_map_of_bands1 older(project.frame(), metric);
+    class_map_of_bands1 older(project.frame(), clones.metric);
     older.creation_of_initial_map_of_bands(clones);
     older.creation_of_initial_borders(clones);
     older.print(clones, folder / "band_map_groups.txt");
@@ -101,17 +78,13 @@ bool make_of_clones(project_state &project, const band_map_parameters &p, const 
   return true;
 }
 
-bool make_of_simulated(project_state &project, const band_map_parameters &p, const number_list &list,
-                       const band_map_metric &metric, class_map_of_bands4 &map, command_result &result) {
-  std::vector<std::int32_t> numbers;
-  for (const clone_number clone : list.members())
-    if (const std::int32_t n = project.database().number_of_bands_in_clone_get(clone); n > 0)
-      numbers.push_back(n);
+bool make_of_simulated(project_state &project, const band_map_parameters &p, const band_map_clones &clones,
+                       class_map_of_bands4 &map, command_result &result) {
   band_map_simulation wanted = p.simulation;
   wanted.seed = project.settings().seed;
   const fs::path folder = project.frame().working_folder_get();
   band_map_quality quality;
-  if (!map.simulate_make_all_work(numbers, metric, wanted, folder, quality))
+  if (!map.simulate_make_all_work(numbers_of_bands(clones), clones.metric, wanted, folder, quality))
     return false;
   result.file("simulation", folder / "band_map_simulation.txt");
   result.parameter("coverage", wanted.coverage);
@@ -138,12 +111,12 @@ command_result run_band_map(project_state &project, const band_map_parameters &p
   band_map_options options = p.options;
   options.seed = project.settings().seed;
   class_map_of_bands4 map(project.frame(), options);
-  const band_map_metric metric = metric_of(project.database(), p.lost);
+  const band_map_clones clones = band_map_clones_of(project.database(), list, p.lost);
   command_result result;
   result.inputs.push_back(p.list);
   result.parameter("expected_lost", p.lost);
   result.parameter("tour_steps", p.options.steps);
-  if (!(p.simulate ? make_of_simulated : make_of_clones)(project, p, list, metric, map, result))
+  if (!(p.simulate ? make_of_simulated : make_of_clones)(project, p, clones, map, result))
     return stopped_or_failed(project);
   put_files(map, project.frame().working_folder_get(), result);
   return result;

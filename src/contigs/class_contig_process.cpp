@@ -53,6 +53,10 @@ bool class_contig_process::controling_of_ordering_contig(bool all_database) {
     return false;
   if (options_.option_clustering && !cluster(list, name))
     return false;
+  if (options_.option_band_map && !map_bands(list, false))
+    return false;
+  if (options_.option_band_map_simul && !map_bands(list, true))
+    return false;
   if (options_.option_topology)
     topology_comparison(list, name);
   if (!goes_on())

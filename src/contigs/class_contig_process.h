@@ -29,9 +29,9 @@ struct contig_process_options {
   bool option_read_clustering = false; // an existing one in place of a new one
   bool option_several_metrics = false; // drawings for several cutoffs
   bool option_clusterization_test = false;
-  bool option_band_map = false; // reserved, as is the next one: maps of bands have commands of their own
-  bool option_band_map_simul = false;
-  bool option_topology = false; // clones whose neighbours don't hang together
+  bool option_band_map = false;       // consensus map of the bands
+  bool option_band_map_simul = false; // the same of simulated clones
+  bool option_topology = false;       // clones whose neighbours don't hang together
 
   // Leaves every field as it is: deliberate, so that the presets only add.
   void off_all_options() {}
@@ -85,6 +85,7 @@ private:
   bool draw_of_folder(const number_list &list, const std::string &name, const std::filesystem::path &folder,
                       const topology &found);
   bool cluster(const number_list &list, const std::string &name);
+  bool map_bands(const number_list &list, bool simulated);
   void topology_comparison(const number_list &list, const std::string &name);
   topology contig_topology_and_MTP(const number_list &list, const std::string &name,
                                    const std::filesystem::path &folder);

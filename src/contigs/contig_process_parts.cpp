@@ -10,6 +10,7 @@
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "lists/class_list_of_clones.h"
+#include "ordering/class_map_of_bands4.h"
 
 namespace orb {
 
@@ -157,6 +158,28 @@ static std::int64_t joined_neighbours(const class_net &net, vertex_number v, pos
 
 // A clone of a linear contig has neighbours that hang together without it: those on its left are joined to those on its
 // right by the ones between them. Where they fall apart it may be a chimera, or a lonely bridge.
+bool class_contig_process::map_bands(const number_list &list, bool simulated) {
+  const metric_context &context = signif_->context();
+  const fs::path folder = context.frame.working_folder_get();
+  const band_map_clones clones = band_map_clones_of(context.database, list);
+  band_map_options options;
+  options.seed = context.settings.seed;
+  class_map_of_bands4 map(context.frame, options);
+  if (simulated) {
+    band_map_simulation wanted;
+    wanted.seed = context.settings.seed;
+    band_map_quality quality;
+    if (!map.simulate_make_all_work(numbers_of_bands(clones), clones.metric, wanted, folder, quality))
+      return false;
+    files_written_.push_back(folder / "band_map_simulation.txt");
+  } else if (!map.make_all_work(clones, folder)) {
+    return false;
+  }
+  for (const std::string &name : map.names_of_files())
+    files_written_.push_back(folder / name);
+  return true;
+}
+
 void class_contig_process::topology_comparison(const number_list &list, const std::string &name) {
   constexpr std::int32_t n_ranks = 2, vertices_between_looks = 1000;
   const metric_context &context = signif_->context();

@@ -8,6 +8,34 @@
 
 namespace orb {
 
+band_map_clones band_map_clones_of(const class_DB_of_clones &database, const number_list &list, double lost) {
+  band_map_clones clones;
+  clones.metric.tolerance = database.index_of_band_type_get() == 0 ? database.tollerance_get() : 0;
+  clones.metric.n_positions = database.total_number_of_different_bands_get();
+  clones.metric.lost = lost;
+  for (const clone_number clone : list.members()) {
+    const std::span<const band_value> bands = database.bands_of_clone(clone);
+    clones.names.push_back(database.name_of_clone_get(clone));
+    clones.bands.emplace_back(bands.begin(), bands.end());
+  }
+  return clones;
+}
+
+std::vector<std::int32_t> numbers_of_bands(const band_map_clones &clones) {
+  std::vector<std::int32_t> numbers;
+  for (const std::vector<band_value> &bands : clones.bands)
+    if (!bands.empty())
+      numbers.push_back(static_cast<std::int32_t>(bands.size()));
+  return numbers;
+}
+
+std::vector<std::string> class_map_of_bands4::names_of_files() const {
+  std::vector<std::string> names{"test_band_frec_M_W.txt", "band_map.txt", "band_map_all_clones.txt"};
+  if (map_.size() <= static_cast<std::size_t>(most_bands_of_tour))
+    names.emplace_back("band_dist.txt");
+  return names;
+}
+
 namespace fs = std::filesystem;
 
 namespace {

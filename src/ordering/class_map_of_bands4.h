@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "database/class_DB_of_clones.h"
+#include "frame/lists.h"
 #include "frame/process_frame.h"
 #include "frame/random_source.h"
 #include "ordering/band_map_layout.h"
@@ -17,6 +19,11 @@
 #include "ordering/square_array.h"
 
 namespace orb {
+
+// Bands of clones of a library, to be compared as its kind of bands is: bin numbers for equality, lengths within the
+// tolerance. `lost`: share of the bands that clones are believed to miss.
+band_map_clones band_map_clones_of(const class_DB_of_clones &database, const number_list &list,
+                                   double lost = band_map_metric{}.lost);
 
 struct band_map_options {
   std::int64_t steps = 300; // limit of the search for the order of the bands
@@ -46,6 +53,9 @@ struct band_map_quality {
   double tau = 0;              // Kendall's, of the clones by their starts on the map
 };
 
+// Of the clones that have bands.
+std::vector<std::int32_t> numbers_of_bands(const band_map_clones &clones);
+
 class class_map_of_bands4 {
 public:
   // A map with more bands keeps the order of its first building: a matrix over its bands would take too much memory.
@@ -56,6 +66,8 @@ public:
   // Files of the folder: test_band_frec_M_W.txt, band_dist.txt, band_map.txt, band_map_all_clones.txt. False after a
   // stop request: then there is no map.
   bool make_all_work(const band_map_clones &clones, const std::filesystem::path &folder);
+  // Of these, those that this map was written to.
+  std::vector<std::string> names_of_files() const;
   // The same without files.
   bool make_map(const band_map_clones &clones);
 

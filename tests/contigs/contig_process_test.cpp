@@ -76,6 +76,26 @@ TEST_F(contig_process_of_lists, empty_folder) {
   EXPECT_EQ(file_bytes(work.files_written().front() / "MTPs.txt"), "");
 }
 
+TEST_F(contig_process_of_lists, maps_of_bands) {
+  f_.write("list.txt", names(1, 30));
+  contig_process_options options;
+  const auto files_with = [&](bool contig_process_options::*on) {
+    options = {};
+    options.*on = true;
+    class_contig_process work(f_.signif, f_.rule, options, {f_.folder / "list.txt", {}, {}, {}, {}}, {}, {});
+    EXPECT_TRUE(work.controling_of_ordering_contig(false));
+    for (const auto &file : work.files_written())
+      EXPECT_GT(std::filesystem::file_size(file), 0u) << file;
+    return work.files_written().size();
+  };
+  EXPECT_EQ(files_with(&contig_process_options::option_band_map), 4u);
+  const std::string clones = f_.bytes("band_map_all_clones.txt");
+  for (clone_number clone = 1; clone <= 30; ++clone)
+    EXPECT_NE(clones.find(f_.database.name_of_clone_get(clone)), std::string::npos);
+  EXPECT_EQ(files_with(&contig_process_options::option_band_map_simul), 5u);
+  EXPECT_NE(f_.bytes("band_map_simulation.txt"), "");
+}
+
 TEST_F(contig_process_of_lists, clones_that_hold_two_parts_together) {
   // two cliques of four, joined by clone 9 alone; clone 10 alone
   std::vector<plain_edge> edges;

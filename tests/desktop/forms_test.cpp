@@ -127,6 +127,18 @@ TEST_F(forms, formats_and_options) {
   press(form, "c_ok");
   EXPECT_EQ(session.project().settings().table_format_text, "All known distances");
   EXPECT_FALSE(session.project().settings().for_FPC_fast_indicator);
+  EXPECT_EQ(last_line(), "analyse.options clear=yes");
+  ASSERT_TRUE(run("analyse.options", {{"do", "cutoffs,clustering"}}));
+  form = choose("mnu_View_Options", "Form1");
+  EXPECT_TRUE(form->findChild<QCheckBox *>("ch_clustering")->isChecked());
+  form->findChild<QCheckBox *>("ch_clustering")->setChecked(false);
+  form->findChild<QCheckBox *>("ch_Band_Map_Linker")->setChecked(true);
+  form->findChild<QCheckBox *>("ch_topology")->setChecked(true);
+  press(form, "c_ok");
+  EXPECT_EQ(last_line(), "analyse.options do=band-map,topology,cutoffs clear=yes");
+  const orb::contig_process_options &analyses = session.project().analyses();
+  EXPECT_TRUE(analyses.option_band_map && analyses.option_topology && analyses.option_several_metrics);
+  EXPECT_FALSE(analyses.option_clustering);
 }
 
 TEST_F(forms, setting_QQ) {

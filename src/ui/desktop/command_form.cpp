@@ -65,13 +65,18 @@ bool command_form::can_do(bound_command &command) {
   return false;
 }
 
-void command_form::run_and_close(bound_command command) {
-  if (!can_do(command))
-    return;
+void command_form::run_and_close(std::vector<bound_command> commands) {
+  for (bound_command &command : commands)
+    if (!can_do(command))
+      return;
   desktop_session *const session = &session_;
   accept();
-  // when this click is over, so that the form is gone while the command runs
-  QTimer::singleShot(0, session, [session, command] { session->run(command); });
+  // when this click is over, so that the form is gone while the commands run
+  QTimer::singleShot(0, session, [session, commands] {
+    for (const bound_command &command : commands)
+      if (!session->run(command).completed)
+        return;
+  });
 }
 
 } // namespace orb

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <utility>
+#include <vector>
 
 #include "ui/desktop/desktop_session.h"
 
@@ -24,8 +26,9 @@ protected:
   // Shows what is wrong, under the fields.
   void say_wrong(const QString &text);
   QLabel *wrong_label() { return wrong_; }
-  // Closes the form and runs the command, unless it can't.
-  void run_and_close(bound_command command);
+  // Closes the form and runs the commands, one after the other, unless one of them can't.
+  void run_and_close(std::vector<bound_command> commands);
+  void run_and_close(bound_command command) { run_and_close(std::vector{std::move(command)}); }
 
 private:
   desktop_session &session_;

@@ -1,6 +1,8 @@
 // form_formats, "Data formats", and Form1, "Options for analysis".
+#include <QGroupBox>
 #include <QVBoxLayout>
 
+#include "commands/analysis_switches.h"
 #include "commands/command_table.h"
 #include "database/class_clone_serv.h"
 #include "metrics/class_clone_text_distance.h"
@@ -71,6 +73,7 @@ public:
         check_box("ch_singletones", tr("Ask whether clones outside contigs go into one set"), now.singletones);
     for (QCheckBox *box : {fast_, net_, clustering_, singletones_})
       whole->addWidget(box);
+    whole->addWidget(analyses_frame());
     whole->addWidget(wrong_label());
     const form_buttons two = two_buttons("c_ok", tr("OK"), "c_Cancel", tr("Cancel"));
     whole->addWidget(two.box);
@@ -79,6 +82,36 @@ public:
   }
 
 private:
+  QGroupBox *analyses_frame() {
+    auto *frame = new QGroupBox(tr("Analysis of lists of clones"), this);
+    auto *inside = new QVBoxLayout(frame);
+    for (const analysis_switch &one : analysis_switches()) {
+      if (*one.control == '\0')
+        continue;
+      QCheckBox *box = check_box(one.control, tr(one.caption), session().project().analyses().*one.value);
+      inside->addWidget(box);
+      switches_.emplace_back(box, one.word);
+    }
+    return frame;
+  }
+
+  // The switches that are ticked, and what else is on.
+  bound_command analyses() {
+    std::string words;
+    const auto add = [&words](const std::string &word) { words += (words.empty() ? "" : ",") + word; };
+    for (const auto &[box, word] : switches_)
+      if (box->isChecked())
+        add(word);
+    for (const analysis_switch &one : analysis_switches())
+      if (*one.control == '\0' && session().project().analyses().*one.value)
+        add(one.word);
+    bound_command command = command_by_id("analyse.options")->bind();
+    command.set("clear", "yes");
+    if (!words.empty())
+      command.set("do", words);
+    return command;
+  }
+
   void store() {
     bound_command command = command_by_id("options.set")->bind();
     if (table_->currentIndex() >= 0)
@@ -87,11 +120,12 @@ private:
     command.set("net-in-ordering", yes_or_no(net_->isChecked()));
     command.set("fast-clustering", yes_or_no(clustering_->isChecked()));
     command.set("singletones", yes_or_no(singletones_->isChecked()));
-    run_and_close(command);
+    run_and_close({command, analyses()});
   }
 
   QComboBox *table_;
   QCheckBox *fast_, *net_, *clustering_, *singletones_;
+  std::vector<std::pair<QCheckBox *, const char *>> switches_; // with their words
 };
 
 } // namespace
