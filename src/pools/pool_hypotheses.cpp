@@ -16,11 +16,29 @@ constexpr std::size_t most_kept = 8;              // hypotheses that get a furth
 constexpr double chance_of_member_at_seed = 0.45; // that a neighbour of a clone of the place is positive too
 constexpr double weight_of_absent = 0.7;          // neighbours that are no members aren't independent of each other
 
-// That a clone which overlaps `adjacent` of `n` members of a place covers it: rises with the share.
-double chance_of_member(std::int32_t adjacent, std::int32_t n) {
-  const double share = (adjacent + 0.5) / (n + 1.0);
-  return 1 / (1 + std::exp(2.8 - 4.5 * share));
-}
+// Logarithms of the chance that a clone which overlaps `adjacent` of `n` members of a place covers it, and that it
+// doesn't: it rises with the share.
+class chances_of_members {
+public:
+  chances_of_members() {
+    for (std::size_t adjacent = 0; adjacent <= most; ++adjacent)
+      for (std::size_t n = 0; n <= most; ++n) {
+        const double share = (static_cast<double>(adjacent) + 0.5) / (static_cast<double>(n) + 1.0);
+        const double p = 1 / (1 + std::exp(2.8 - 4.5 * share));
+        ln_yes_[adjacent][n] = std::log(p);
+        ln_no_[adjacent][n] = std::log(1 - p);
+      }
+  }
+  double ln_yes(std::int32_t adjacent, std::int32_t n) const { return ln_yes_[place(adjacent)][place(n)]; }
+  double ln_no(std::int32_t adjacent, std::int32_t n) const { return ln_no_[place(adjacent)][place(n)]; }
+
+private:
+  static constexpr std::size_t most = 48; // clones of a hypothesis
+  static std::size_t place(std::int32_t n) { return std::min(static_cast<std::size_t>(n), most); }
+
+  std::array<std::array<double, most + 1>, most + 1> ln_yes_{}, ln_no_{};
+};
+const chances_of_members chances;
 
 } // namespace
 
@@ -78,6 +96,8 @@ void pool_hypotheses::make_costs() {
 class hypothesis_search {
 public:
   hypothesis_search(const pool_hypotheses &of, const positive_pools &positive) : of_(of), positive_(positive) {
+    n_adjacent_.assign(of.place_.size(), 0);
+    is_member_.assign(of.place_.size(), 0);
     prepare_pools();
     find_candidates();
   }
@@ -204,15 +224,17 @@ private:
     std::int32_t n = base.n();
     if (n + 1 > most_clones)
       return {};
+    begin_place(base);
     vertices place;
-    adjacent_.clear();
     double cost = 0;
     for (vertex_number v = seed_vertex; v != 0; v = n < most_clones ? best_to_add(made, place, n, cost) : 0) {
       place.push_back(v);
+      is_member_[static_cast<std::size_t>(v)] = 1;
       put(made.count, v, 1);
       cost = score_of(made.count, ++n);
       for (const net_edge &edge : of_.net_.edges_of_vertex(v))
-        ++adjacent_[edge.neighbour];
+        if (n_adjacent_[static_cast<std::size_t>(edge.neighbour)]++ == 0)
+          adjacent_.push_back(edge.neighbour);
     }
     std::sort(place.begin(), place.end());
     made.cost_of_places += cost_of_place(place);
@@ -221,23 +243,30 @@ private:
     return made;
   }
 
-  // The neighbour of the place in hand by which the n clones would cost least; 0 when none lowers the cost.
+  // Nothing of the place before is left in the tables; members of the other places are known.
+  void begin_place(const state &base) {
+    for (const vertex_number v : adjacent_)
+      n_adjacent_[static_cast<std::size_t>(v)] = 0;
+    adjacent_.clear();
+    std::fill(is_member_.begin(), is_member_.end(), char{0});
+    for (const vertices &members : base.places)
+      for (const vertex_number v : members)
+        is_member_[static_cast<std::size_t>(v)] = 1;
+  }
+  std::int32_t n_adjacent(vertex_number v) const { return n_adjacent_[static_cast<std::size_t>(v)]; }
+
+  // The neighbour of the place in hand by which the n clones would cost least, the first one of equals; 0 when none
+  // lowers the cost.
   vertex_number best_to_add(const state &made, const vertices &place, std::int32_t n, double cost) const {
-    const auto is_in = [](const vertices &some, vertex_number v) {
-      return std::find(some.begin(), some.end(), v) != some.end();
-    };
     const double with_one_more = score_of(made.count, n + 1);
     const auto k = static_cast<std::int32_t>(place.size());
     vertex_number taken = 0;
-    for (const auto &[v, n_adjacent] : adjacent_) {
-      const bool is_member =
-          is_in(place, v) || std::any_of(made.places.begin(), made.places.end(),
-                                         [&, other = v](const vertices &members) { return is_in(members, other); });
-      if (!is_usable(v) || is_member)
+    for (const vertex_number v : adjacent_) {
+      if (!is_usable(v) || is_member_[static_cast<std::size_t>(v)] != 0)
         continue;
-      const double p = chance_of_member(n_adjacent, k);
-      const double would = with_one_more + change_by(made.count, v, n + 1) + std::log((1 - p) / p);
-      if (would < cost) {
+      const double would = with_one_more + change_by(made.count, v, n + 1) + chances.ln_no(n_adjacent(v), k) -
+                           chances.ln_yes(n_adjacent(v), k);
+      if (would < cost || (taken != 0 && would == cost && v < taken)) {
         cost = would;
         taken = v;
       }
@@ -245,19 +274,17 @@ private:
     return taken;
   }
 
-  // Of `place` by itself, `adjacent_` being how many of its members each clone overlaps.
-  double cost_of_place(const vertices &place) const {
+  // Of `place` by itself, which was the last to be grown.
+  double cost_of_place(const vertices &place) {
     const auto k = static_cast<std::int32_t>(place.size());
     double cost = std::log(double(of_.place_.size()));
-    for (const auto &[v, n_adjacent] : adjacent_)
+    std::sort(adjacent_.begin(), adjacent_.end()); // sums don't depend on the way by which it grew
+    for (const vertex_number v : adjacent_)
       if (!std::binary_search(place.begin(), place.end(), v))
-        cost -= weight_of_absent * std::log(1 - chance_of_member(n_adjacent, k));
-    for (const vertex_number v : place) {
-      const auto at = adjacent_.find(v);
-      const std::int32_t n_adjacent = at == adjacent_.end() ? 0 : at->second;
-      if (k > 1)
-        cost -= std::log(chance_of_member(n_adjacent, k - 1));
-    }
+        cost -= weight_of_absent * chances.ln_no(n_adjacent(v), k);
+    if (k > 1)
+      for (const vertex_number v : place)
+        cost -= chances.ln_yes(n_adjacent(v), k - 1);
     return cost;
   }
 
@@ -319,7 +346,9 @@ private:
   std::int32_t n_positive_ = 0;
   std::vector<std::int8_t> n_positive_of_; // of the three pools, by vertex
   std::vector<seed> seeds_;
-  std::map<vertex_number, std::int32_t> adjacent_; // members of the place in hand that a clone overlaps
+  vertices adjacent_;                    // clones that overlap members of the place in hand
+  std::vector<std::int32_t> n_adjacent_; // how many of these, by vertex
+  std::vector<char> is_member_;          // of any place of the hypothesis in hand, by vertex
   std::map<std::vector<vertices>, state> known_;
 };
 
