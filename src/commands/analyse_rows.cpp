@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "commands/analysis_switches.h"
+#include "commands/cluster_printing.h"
 #include "commands/command_table.h"
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
@@ -120,8 +121,7 @@ struct run_parameters {
   bool all = false, folder = false;
   std::string words, preset;
   contig_process_inputs inputs;
-  std::optional<std::int32_t> min_size;
-  std::string caption;
+  print_wishes print;
   ordering_parameters ordering;
   drawing_options drawing;
 };
@@ -139,10 +139,8 @@ void describe_run(parameter_list &list, run_parameters &p) {
   list.add("mark2", p.inputs.mark_2, "list of clones to be drawn as boxes").type("LIST");
   list.add("clusters", p.inputs.clusters, "cluster numbers of the clones, one a line, for read-clusters").type("FILE");
   list.add("from-net-only", p.inputs.from_net_only, "tables of pairs hold the pairs of the net only").asked_else("no");
-  list.add("caption", p.caption, "begin of the names of the lists of clusters").asked_else("cluster");
-  list.add("min-size", p.min_size, "smaller clusters are united to a heap in the lists")
-      .limits(1, 2000000000)
-      .asked_else("6");
+  describe_caption(list, p.print);
+  describe_min_size(list, p.print);
   describe_ordering(list, p.ordering);
   describe_drawing_panel(list, p.drawing);
 }
@@ -179,16 +177,9 @@ void check_run(const project_state &project, const parts_there &, const run_para
     throw usage_error("clusters, topology, band maps and two marked lists belong to one list, not to a folder");
 }
 
-void answer_clusters_ahead(project_state &project, const run_parameters &p) {
-  if (!p.caption.empty())
-    project.frame().answer_ahead("Input caption for clusters", [caption = p.caption] { return caption; });
-  if (p.min_size)
-    project.frame().answer_ahead("Input minimal cluster size", [size = *p.min_size] { return std::to_string(size); });
-}
-
 command_result run_analyses(project_state &project, const run_parameters &p) {
   work_in(project, p.out);
-  answer_clusters_ahead(project, p);
+  answer_printing_ahead(project, p.print);
   contig_process_inputs inputs = p.inputs;
   inputs.list = p.lists;
   contig_process_options options = options_of(project.analyses(), p);

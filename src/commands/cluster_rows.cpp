@@ -5,6 +5,7 @@
 #include "clustering/class_clustering.h"
 #include "clustering/class_tree.h"
 #include "clustering/cluster_file_name.h"
+#include "commands/cluster_printing.h"
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
 #include "frame/numbers.h"
@@ -14,30 +15,6 @@ namespace orb {
 namespace fs = std::filesystem;
 
 namespace {
-
-// ---- what the printing of clusters asks ----
-
-struct print_wishes {
-  std::optional<std::int32_t> min_size;
-  std::string caption;
-};
-
-void describe_min_size(parameter_list &list, print_wishes &p) {
-  list.add("min-size", p.min_size, "smaller clusters are united to a heap in the lists")
-      .limits(1, 2000000000)
-      .asked_else("6");
-}
-
-void describe_caption(parameter_list &list, print_wishes &p) {
-  list.add("caption", p.caption, "begin of the names of the lists").asked_else("cluster");
-}
-
-void answer_printing_ahead(project_state &project, const print_wishes &p) {
-  if (!p.caption.empty())
-    project.frame().answer_ahead("Input caption for clusters", [caption = p.caption] { return caption; });
-  if (p.min_size)
-    project.frame().answer_ahead("Input minimal cluster size", [size = *p.min_size] { return std::to_string(size); });
-}
 
 // The clones of a list, or all; `name` of the list, or of all.
 bool clones_wanted(project_state &project, const fs::path &file, number_list &list, std::string &name) {

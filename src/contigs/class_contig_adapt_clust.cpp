@@ -60,13 +60,18 @@ void class_contig_adapt_clust::work_list::add(std::string name, std::string name
   is_connected.push_back(connected ? 1 : 0);
 }
 
-void class_contig_adapt_clust::adaptive_clustering_all_run(class_DB_of_clones &database) {
-  process_frame &frame = signif_->context().frame;
-  if (frame.process_is_running())
-    return;
+std::shared_ptr<class_FPCto_import> class_contig_adapt_clust::new_registry(class_DB_of_clones &database) const {
+  const metric_context &context = signif_->context();
+  auto registry = std::make_shared<class_FPCto_import>(context.frame, context.settings, database);
   database.contigs_are_specified_set(true);
-  auto registry = std::make_shared<class_FPCto_import>(frame, signif_->context().settings, database);
   database.contigs_set(registry);
+  return registry;
+}
+
+void class_contig_adapt_clust::adaptive_clustering_all_run(class_DB_of_clones &database) {
+  if (signif_->context().frame.process_is_running())
+    return;
+  const auto registry = new_registry(database);
   const std::int32_t n_clones = database.total_number_of_clones_get();
   registry->clear_all_and_create_cluster_AllDB(n_clones >= 100001 ? 2 : 2 * n_steps_ + 1, "", "");
   const std::vector<std::string> names{"", "cl_1"}, names_long{"", "all"};

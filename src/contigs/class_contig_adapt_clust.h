@@ -181,6 +181,8 @@ private:
   // The rule at the cutoff of a level.
   overlap_rule rule_of_level(std::int32_t level) const { return at_cutoff(rule_, cutoff_curent_get(level)); }
   bool stopped() const { return signif_->context().frame.stop_requested_get(); }
+  // Takes the place of the contigs that are loaded.
+  std::shared_ptr<class_FPCto_import> new_registry(class_DB_of_clones &database) const;
   void in_a_process(const std::string &process_name, const std::string &end_message, class_DB_of_clones &database,
                     const std::function<void(run_reports &)> &work, bool with_FPC_files = true);
   void open_contig_folder_and_reports(run_reports &reports);

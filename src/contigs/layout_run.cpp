@@ -32,10 +32,7 @@ void class_contig_adapt_clust::layout_all_run(class_DB_of_clones &database) {
   process_frame &frame = signif_->context().frame;
   if (frame.process_is_running())
     return;
-  database.contigs_are_specified_set(true);
-  auto registry = std::make_shared<class_FPCto_import>(frame, signif_->context().settings, database);
-  database.contigs_set(registry);
-  registry->clear_all_and_create_cluster_AllDB(2, "", "");
+  new_registry(database)->clear_all_and_create_cluster_AllDB(2, "", "");
   in_a_process("Contigs by layout", "Contigs by layout are made", database, [&](run_reports &reports) {
     const clone_bands clones(database);
     const layout_progress progress{[&](const std::string &step) { frame.step_text_set(step + "..."); },
