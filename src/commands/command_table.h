@@ -47,6 +47,7 @@ void add_net_analysis_rows(command_rows &rows);
 void add_revision_rows(command_rows &rows);
 void add_supercontig_rows(command_rows &rows);
 void add_contig_rows(command_rows &rows);
+void add_given_contig_rows(command_rows &rows);
 void add_registry_rows(command_rows &rows);
 void add_fpc_rows(command_rows &rows);
 void add_cluster_rows(command_rows &rows);

@@ -3,8 +3,10 @@
 
 #include <string>
 
+#include "commands/command_row.h"
 #include "commands/length_parameters.h"
 #include "contigs/class_contig_adapt_clust.h"
+#include "reports/contig_summary_text.h"
 
 namespace orb {
 
@@ -35,5 +37,6 @@ void describe_contig_files(parameter_list &list, contig_file_parameters &p);
 // The question that each table of pairs would ask is asked here, once a run.
 contig_files files_of_contigs(process_frame &frame, const contig_file_parameters &p);
 void put_contig_files(const contig_file_parameters &p, command_result &result);
+void put_figures(const contig_figures &figures, command_result &result);
 
 } // namespace orb

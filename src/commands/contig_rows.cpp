@@ -10,90 +10,10 @@
 #include "contigs/run_reports.h"
 #include "database/class_DB_of_clones.h"
 #include "frame/numbers.h"
-#include "reports/contig_summary_text.h"
 
 namespace orb {
 
 namespace fs = std::filesystem;
-
-// ---- shared parameters ----
-
-void describe_ordering(parameter_list &list, ordering_parameters &p) {
-  const char *group = "Order of the clones";
-  list.add("ordering-seconds", p.seconds, "limit of each search for an order").limits(0, 1e6).in_group(group);
-  list.add("ordering-steps", p.steps, "limit by steps in its place, the same on every machine")
-      .limits(0, 1e12)
-      .unset("none")
-      .in_group(group);
-  list.add("jackknife", p.jackknife, "runs with bands left out by chance").limits(0, 10000).in_group(group);
-  list.add("jackknife-alpha", p.jackknife_alpha, "chance of leaving a band out").limits(0, 0.8).in_group(group);
-}
-
-ordering_options ordering_of(const ordering_parameters &p) {
-  ordering_options wanted;
-  wanted.seconds = p.seconds;
-  wanted.steps = p.steps;
-  wanted.t_JK_N = p.jackknife;
-  wanted.t_JK_alpha = p.jackknife_alpha;
-  return wanted;
-}
-
-void put_ordering(const ordering_parameters &p, command_result &result) {
-  if (p.steps > 0)
-    result.parameter("ordering_steps", p.steps);
-  else
-    result.parameter("ordering_seconds", p.seconds);
-  result.parameter("jackknife", p.jackknife);
-  result.parameter("jackknife_alpha", p.jackknife_alpha);
-}
-
-void set_drawing_format(const std::string &format, drawing_options &drawing) {
-  drawing.write_pajek = format != "graphml";
-  drawing.write_graphml = format != "net";
-}
-
-void describe_contig_files(parameter_list &list, contig_file_parameters &p) {
-  const char *group = "Files of a contig";
-  list.add("no-ordering", p.no_ordering, "no ordering by jackknife").in_group(group);
-  list.add("no-pair-tables", p.no_pair_tables, "no tables of pairs").in_group(group);
-  list.add("from-net-only", p.from_net_only, "tables of pairs hold the pairs of the net only")
-      .asked_else("no")
-      .in_group(group);
-  list.add("no-drawings", p.no_drawings, "no drawings of nets").in_group(group);
-  list.add("drawing-format", p.drawing_format, "of drawings: net, graphml, or both")
-      .one_of({"net", "graphml", "both"})
-      .in_group(group);
-  describe_drawing_panel(list, p.drawing);
-  describe_ordering(list, p.ordering);
-  describe_lengths(list, p.lengths);
-}
-
-contig_files files_of_contigs(process_frame &frame, const contig_file_parameters &p) {
-  contig_files files;
-  files.pair_tables = !p.no_pair_tables;
-  files.drawings = !p.no_drawings;
-  files.drawing = p.drawing;
-  set_drawing_format(p.drawing_format, files.drawing);
-  files.ordering = ordering_of(p.ordering);
-  if (!files.pair_tables)
-    return files;
-  question asked;
-  asked.text = "From the net only?";
-  asked.by_default = asked.to_go_on = answer::no;
-  files.pairs =
-      (p.from_net_only ? *p.from_net_only : frame.yes(asked)) ? pairs_of_table::from_net_only : pairs_of_table::all;
-  return files;
-}
-
-void put_contig_files(const contig_file_parameters &p, command_result &result) {
-  result.parameter("ordering", !p.no_ordering);
-  result.parameter("pair_tables", !p.no_pair_tables);
-  result.parameter("drawings", !p.no_drawings);
-  if (!p.no_drawings && p.drawing_format != "net")
-    result.parameter("drawing_format", p.drawing_format);
-  if (!p.no_ordering)
-    put_ordering(p.ordering, result);
-}
 
 namespace {
 
@@ -165,18 +85,6 @@ void put_assemble(const assemble_parameters &p, command_result &result) {
   result.parameter("step", p.step_cutoff);
   result.parameter("steps", p.n_steps);
   put_contig_files(p.files, result);
-}
-
-void put_figures(const contig_figures &figures, command_result &result) {
-  result.figure("contigs", figures.contigs.size());
-  result.figure("clones_in_contigs", figures.n_clones_in_contigs);
-  result.figure("heaps", figures.n_heaps);
-  result.figure("clones_in_heaps", figures.n_clones_in_heaps);
-  result.figure("clones_alone", figures.n_clones_alone);
-  result.figure("N50_bands", figures.N50_bands);
-  result.figure("contigs_in_windows", figures.windows.n_contigs);
-  result.figure("window_joins", figures.windows.n_joins);
-  result.figure("weak_window_joins", figures.windows.n_weak_joins);
 }
 
 void check_assemble(const project_state &, const parts_there &there, const assemble_parameters &p) {
@@ -371,129 +279,6 @@ command_result run_load_folder(project_state &project, const run_parameters &p) 
   return result_of(load_folder_of_clusters(project, p.folder, "contigs.load_folder", p.test));
 }
 
-// ---- contigs.test ----
-
-struct test_parameters {
-  fs::path out;
-  std::optional<double> check_cutoff;
-  std::optional<bool> use_maximal_subcluster, increase_cutoff, browse;
-  contig_file_parameters files;
-};
-
-void describe_test(parameter_list &list, test_parameters &p) {
-  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
-  list.add("check-cutoff", p.check_cutoff, "at which cutoff it is measured how far clones lie from the tiling path")
-      .limits(-1e9, 1e9)
-      .unset("cutoff of the rule");
-  list.add("largest-part", p.use_maximal_subcluster,
-           "where a contig isn't connected at the cutoff, go on with its largest part")
-      .asked_else("no");
-  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
-  describe_contig_files(list, p.files);
-  describe_browse(list, p.browse);
-}
-
-void check_test(const project_state &, const parts_there &, const test_parameters &p) {
-  check_lengths(p.files.lengths);
-}
-
-command_result run_test(project_state &project, const test_parameters &p) {
-  work_in(project, p.out);
-  answer_browse_ahead(project, p.browse);
-  const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
-  class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
-  if (p.check_cutoff)
-    clust.check_cutoff_set(*p.check_cutoff);
-  clust.detail_control_set(!p.files.no_ordering);
-  clust.print_all_dist_on_set(!p.files.no_pair_tables);
-  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
-  clust.test_all_FPC_contigs(false);
-  const adapt_clust_result &found = clust.result();
-  command_result result = result_of(project, found.completed);
-  if (!found.folder.empty())
-    result.file("run_folder", found.folder);
-  if (!found.completed)
-    return result;
-  const contig_figures figures = contig_figures_of(found, 2);
-  put_contig_files(p.files, result);
-  put_figures(figures, result);
-  std::int32_t n_apart = 0;
-  for (const contig_summary &cluster : found.clusters)
-    n_apart += cluster.remark == remark_not_connected;
-  result.figure("not_connected", n_apart);
-  result.summary = fmt::format("{} contigs tested, {} of them not connected", found.clusters.size(), n_apart);
-  result.findings = *band_length;
-  result.lines.push_back(found.folder.string());
-  project.loaded(project_part::contigs, {found.folder, "contigs.test"});
-  return result;
-}
-
-// ---- contigs.retain ----
-
-struct retain_parameters {
-  fs::path out, old_MTP, sequenced;
-  std::optional<std::int32_t> which_clusters;
-  std::optional<bool> use_maximal_subcluster, increase_cutoff;
-  contig_file_parameters files;
-};
-
-void describe_retain(parameter_list &list, retain_parameters &p) {
-  list.add("out", p.out, "folder in which the run's folder is made").type("DIR");
-  list.add("old-mtp", p.old_MTP, "clones of the old tiling path").type("LIST").needed();
-  list.add("sequenced", p.sequenced, "clones that are sequenced already, kept where possible").type("LIST");
-  list.add("contigs", p.which_clusters,
-           "0 all contigs, 1 those with clones of the lists, 2 those with sequenced clones")
-      .limits(0, 2)
-      .asked_else("1");
-  list.add("largest-part", p.use_maximal_subcluster,
-           "where a contig isn't connected at the cutoff, go on with its largest part")
-      .asked_else("no");
-  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
-  describe_contig_files(list, p.files);
-}
-
-void check_retain(const project_state &, const parts_there &, const retain_parameters &p) {
-  check_input(p.old_MTP);
-  check_input(p.sequenced);
-  check_lengths(p.files.lengths);
-}
-
-retained_path_options wishes_of(const retain_parameters &p) {
-  retained_path_options wanted;
-  wanted.old_MTP = p.old_MTP;
-  wanted.sequenced = p.sequenced;
-  wanted.no_sequenced = p.sequenced.empty();
-  if (p.which_clusters)
-    wanted.clusters = static_cast<retained_clusters>(*p.which_clusters);
-  return wanted;
-}
-
-command_result run_retain(project_state &project, const retain_parameters &p) {
-  work_in(project, p.out);
-  const auto band_length = answer_band_lengths_ahead(project, p.files.lengths);
-  class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
-  clust.detail_control_set(!p.files.no_ordering);
-  clust.print_all_dist_on_set(!p.files.no_pair_tables);
-  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
-  const bool begun = clust.test_all_FPC_contigs(true, wishes_of(p));
-  const adapt_clust_result &found = clust.result();
-  command_result result = result_of(project, begun && found.completed);
-  for (const fs::path &file : {p.old_MTP, p.sequenced})
-    if (!file.empty())
-      result.inputs.push_back(file);
-  if (!found.folder.empty())
-    result.file("run_folder", found.folder);
-  if (result.completed) {
-    result.summary = fmt::format("{} contigs analysed again", found.clusters.size());
-    result.findings = "The path that keeps old clones: list_of_clones_MTP_new.tsv; old clones off it: "
-                      "list_of_clones_from_allow_to_use_not_used.tsv.";
-    if (!band_length->empty())
-      result.findings += "\n" + *band_length;
-    result.lines.push_back(found.folder.string());
-  }
-  return result;
-}
-
 } // namespace
 
 void add_contig_rows(command_rows &rows) {
@@ -537,25 +322,6 @@ void add_contig_rows(command_rows &rows) {
                      .parameters(describe_load_folder)
                      .checked_by(check_folder)
                      .runs(run_load_folder)
-                     .row());
-  rows.push_back(command_maker<test_parameters>("contigs.test")
-                     .captioned("Test of given contigs")
-                     .purpose("judge the contigs that are loaded as they are: topology, tiling path, and check at "
-                              "another cutoff")
-                     .example("contigs.test check-cutoff=12 out=tested")
-                     .needs({part::library, part::contigs})
-                     .parameters(describe_test)
-                     .checked_by(check_test)
-                     .runs(run_test)
-                     .row());
-  rows.push_back(command_maker<retain_parameters>("contigs.retain")
-                     .captioned("Re-analysis of contigs")
-                     .purpose("analyse the contigs again, keeping an older tiling path")
-                     .example("contigs.retain old-mtp=old_path.txt out=retained")
-                     .needs({part::library, part::net, part::contigs})
-                     .parameters(describe_retain)
-                     .checked_by(check_retain)
-                     .runs(run_retain)
                      .row());
 }
 

@@ -3,88 +3,16 @@
 
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
+#include "commands/verb_steps.h"
 #include "commands/verbs.h"
 
 namespace orb {
 
+using namespace verb_parts;
+
 namespace {
 
-using step = verb_step;
-using place = record_place;
-
-// ---- steps that most verbs begin with ----
-
-step library() {
-  return {"library.load", "load", {{"file", "input"}, {"source", ""}, {"keep", ""}}, {}, {}, {}};
-}
-step markers() {
-  return {"markers.load", "", {{"file", "markers"}, {"form", "marker-form"}}, "markers", {}, {}};
-}
-step tables() {
-  return {"pvalue.load", "", {{"folder", "pvalue-tables"}}, "pvalue-tables", {}, {}};
-}
-step metric() {
-  return {"metric.set", "", {{"several", ""}, {"use-markers", ""}}, {}, {}, {}};
-}
-step options() {
-  return {"options.set", "", {{"singletones", ""}}, {}, {}, {}};
-}
-step options_of_order() {
-  return {"options.set",
-          "",
-          {{"singletones", ""}, {"table-format", ""}, {"fast-fpc", ""}, {"fast-clustering", ""}},
-          {},
-          {},
-          {}};
-}
-step net() {
-  return {"net.load", "", {{"file", "net"}}, {}, {}, {}};
-}
-step net_if_given() {
-  return {"net.load", "", {{"file", "net"}}, "net", {}, {}};
-}
-step pools() {
-  return {"pools.load", "", {{"file", "recoding"}}, {}, {}, {}};
-}
-step net_save(std::optional<project_part> if_there = {}) {
-  return {"net.save", "net", {}, {}, {}, if_there};
-}
-
-// A cluster is cut where it isn't linear, not for being large: the form's limit is one for slow machines.
-step contigs() {
-  return {"contigs.assemble", "contigs", {{"continue", ""}}, {}, {}, {}, {{"max-clones", "none"}}};
-}
-
-std::vector<step> joined(std::vector<step> first, const std::vector<step> &second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-std::vector<step> library_and(const std::vector<step> &rest) {
-  return joined({library()}, rest);
-}
-std::vector<step> scored_library_and(const std::vector<step> &rest) {
-  return joined({library(), markers(), tables(), metric()}, rest);
-}
-
 // ---- options of verbs themselves ----
-
-void run_options(parameter_list &list, verb_run &call) {
-  list.add("run", call.run_folder, "folder of a run, or of an assembly").type("RUN").needed();
-  list.add("library", call.library, "library of the run").type("LIB").unset("by its run.json");
-}
-
-void picture_options(parameter_list &list, verb_run &call) {
-  list.add("run", call.run_folder, "a drawn net, or the folder of a run or of an assembly")
-      .type("FILE.net|RUN")
-      .needed();
-  list.add("library", call.library, "library of the run").type("LIB").unset("by its run.json");
-  list.add("net", call.net, "net of the run").type("NET").unset("by its run.json");
-}
-
-void retain_options(parameter_list &list, verb_run &call) {
-  run_options(list, call);
-  list.add("net", call.net, "net of the run").type("NET").unset("by its run.json");
-}
 
 void resume_option(parameter_list &list, verb_run &call) {
   list.add("resume", call.resume, "go on with an earlier run of the same kind");
@@ -123,7 +51,7 @@ verb list_verb(std::string name, std::string purpose, std::string row, std::stri
   made.example = std::move(example);
   made.by_place = {"input", "list", "list2"};
   made.record = place::beside_file;
-  made.steps = library_and({{std::move(row), "list", {}, {}, {}, {}}});
+  made.steps = library_and({{std::move(row), "list"}});
   made.needed = {"out"};
   return made;
 }
@@ -142,66 +70,26 @@ verb markers_verb(std::string name, std::string result, std::string purpose, std
   return made;
 }
 
-std::vector<step> report_steps() {
-  const step load{"contigs.load", "", {{"folder", ""}}, {}, {}, {}};
-  std::vector<step> steps = library_and({markers(), load});
-  const auto add =
-      [&](const char *row, const char *when = "", std::vector<std::pair<std::string, std::string>> names = {},
-          std::optional<project_part> if_there = {}, std::vector<std::pair<std::string, std::string>> defaults = {}) {
-        names.emplace_back("out", "out");
-        steps.push_back({row, "report", std::move(names), when, {}, if_there, std::move(defaults)});
-      };
-  const std::pair<std::string, std::string> estimate{"bp-per-band", "estimate"};
-  add("contigs.rename", "new-names", {{"file", "new-names"}});
-  add("contigs.remarks", "", {}, project_part::markers);
-  add("contigs.statistics");
-  add("contigs.coordinates");
-  add("contigs.names");
-  add("contigs.lists");
-  add("contigs.fpc");
-  add("contigs.marker_positions", "", {}, project_part::markers);
-  add("contigs.marker_clones", "", {}, project_part::markers);
-  return steps;
-}
-
-// A verb that is one command over a library, or over nothing.
-verb plain_verb(std::string name, std::string arguments, std::string purpose, std::string example,
-                std::vector<std::string> by_place, place record, std::vector<step> steps,
-                std::vector<std::string> needed = {}) {
-  verb made;
-  made.name = std::move(name);
-  made.arguments = std::move(arguments);
-  made.purpose = std::move(purpose);
-  made.example = std::move(example);
-  made.by_place = std::move(by_place);
-  made.record = record;
-  made.steps = std::move(steps);
-  made.needed = std::move(needed);
-  return made;
-}
-
 void add_stage_verbs(std::vector<verb> &table) {
-  verb assemble =
-      plain_verb("assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
-                 "orb assemble examples/ecoli536 --out results/ecoli536", {"input"}, place::none,
-                 scored_library_and({options(),
-                                     {"net.create", "net", {}, {}, {}, {}},
-                                     {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}, {}, {}, {}},
-                                     contigs()}),
-                 {"out"});
+  verb assemble = plain_verb(
+      "assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
+      "orb assemble examples/ecoli536 --out results/ecoli536", {"input"}, place::none,
+      scored_library_and(
+          {options(), {"net.create", "net"}, {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}}, contigs()}),
+      {"out"});
   assemble.extra = resume_option;
   assemble.run = run_assemble_verb;
   table.push_back(assemble);
   verb load = plain_verb("load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
                          "orb load plates/ --out library.ORBdb --preset 4", {"input"}, place::beside_file,
-                         library_and({{"library.save", "save", {}, {}, {}, {}}}), {"out"});
+                         library_and({{"library.save", "save"}}), {"out"});
   load.says_saved = true;
   table.push_back(load);
   verb net_verb =
       plain_verb("net", "LIB --out NET.ORBns", "compare all clones and save the net of significant overlaps",
                  "orb net library.ORBdb --out net.ORBns --cutoff 15", {"input"}, place::beside_file,
-                 scored_library_and({{"net.create", "net", {}, "!text", {}, {}},
-                                     {"net.create_text", "net", {{"out", "text"}}, "text", {{"load", "yes"}}, {}},
+                 scored_library_and({{"net.create", "net", {}, "!text"},
+                                     {"net.create_text", "net", {{"out", "text"}}, "text", {{"load", "yes"}}},
                                      net_save(project_part::net)}),
                  {"out"});
   net_verb.check = check_net;
@@ -210,7 +98,7 @@ void add_stage_verbs(std::vector<verb> &table) {
   verb revise =
       plain_verb("revise", "LIB NET --out NET2.ORBns", "remove false overlaps and chimeric clones from a net",
                  "orb revise library.ORBdb net.ORBns --out net_noQQ.ORBns", {"input", "net"}, place::beside_file,
-                 scored_library_and({net(), {"net.revise", "revision", {{"ask-rank", ""}}, {}, {}, {}}}), {"out"});
+                 scored_library_and({net(), {"net.revise", "revision", {{"ask-rank", ""}}}}), {"out"});
   revise.says_saved = true;
   table.push_back(revise);
   table.push_back(plain_verb("contigs", "LIB NET --out DIR", "cut a net into contigs by adaptive clustering",
@@ -218,188 +106,29 @@ void add_stage_verbs(std::vector<verb> &table) {
                              place::in_folder, scored_library_and({options(), net(), contigs()}), {"out"}));
 }
 
-// Pictures of a run need its library and contigs, those of a drawing need nothing.
-void add_viewer_verbs(std::vector<verb> &table, const verb &exported) {
-  verb picture = plain_verb("picture", "FILE.net|RUN --out FILE.png|.svg|.pdf",
-                            "a picture of a drawn net, or of the nets of contigs of a finished run",
-                            "orb picture results/ecoli536 --contig cl_3 --out cl_3.png", {"run"}, place::beside_file,
-                            {exported.steps.begin(), exported.steps.end() - 1});
-  for (step &loads : picture.steps)
-    if (loads.when.empty())
-      loads.when = "library";
-  picture.steps.push_back({"contigs.picture", "picture", {}, "library", {}, {}});
-  picture.steps.push_back({"net.picture", "picture", {{"file", ""}}, "!library", {}, {}});
-  picture.extra = picture_options;
-  picture.prepare = prepare_picture_verb;
-  picture.needed = {"out"};
-  picture.says_saved = true;
-  table.push_back(picture);
-  verb layout = plain_verb("layout", "FILE.net --out FILE.net|.tsv", "places for the nodes of a drawn net",
-                           "orb layout contig.net --out places.tsv", {"file"}, place::beside_file,
-                           {{"net.layout", "layout", {}, {}, {}, {}}});
-  layout.says_saved = true;
-  table.push_back(layout);
-  table.push_back(plain_verb("view", "FILE.net --do CONTROL", "the viewer of nets without its window",
-                             "orb view contig.net --do mnuSelectAll --do mnuOptions_Multilevel --out unfolded.net",
-                             {"file"}, place::beside_file, {{"net.view", "view", {}, {}, {}, {}}}));
-}
-
-// What reading an assembly leaves to other verbs: the library keeps its own parameters.
-step library_named() {
-  return {"library.load", "load", {{"file", "library"}, {"source", ""}, {"keep", ""}}, {}, {}, {}};
-}
-step assembly() {
-  return {"fpc.read", "read", {{"keep-contigs", ""}}, {}, {}, {}, {{"bp-per-band", "estimate"}}};
-}
-step assembly_quietly() {
-  return {"fpc.read",
-          "read",
-          {{"keep-contigs", ""}, {"specified", ""}},
-          {},
-          {{"print", "no"}},
-          {},
-          {{"bp-per-band", "estimate"}}};
-}
-
-void add_fpc_verbs(std::vector<verb> &table, const verb &retain) {
-  table.push_back(plain_verb(
-      "fpc read", "FILE.fpc --library LIB --out DIR",
-      "an assembly of the FPC program as a run that all other verbs read",
-      "orb fpc read project.fpc --library project.ORBdb --out read", {"file"}, place::in_folder,
-      {library_named(), metric(), net_if_given(), assembly(), {"contigs.save_run", "contigs", {}, {}, {}, {}}},
-      {"library", "out"}));
-  table.push_back(plain_verb("fpc test", "FILE.fpc --library LIB --out DIR",
-                             "judge each contig of an FPC assembly: topology, tiling path, and check at another cutoff",
-                             "orb fpc test project.fpc --library project.ORBdb --net net.ORBns --out tested", {"file"},
-                             place::in_folder,
-                             {library_named(),
-                              markers(),
-                              tables(),
-                              metric(),
-                              options(),
-                              net_if_given(),
-                              assembly_quietly(),
-                              {"contigs.test", "test", {}, "!old-mtp", {}, {}},
-                              {"contigs.retain", "test", {}, "old-mtp", {}, {}}},
-                             {"library", "out"}));
-  verb compare = plain_verb("fpc compare", "FILE.fpc RUN [--out DIR]",
-                            "which contigs of an FPC assembly and of a run are joined, split or lacking in the other",
-                            "orb fpc compare project.fpc results --out compared", {"assembly", "run"}, place::in_folder,
-                            {retain.steps.front(),
-                             metric(),
-                             {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
-                             {"net.load", "", {{"file", ""}}, {}, {}, {}},
-                             {"fpc.compare", "compare", {{"file", "assembly"}}, {}, {}, {}, {{"out", "."}}}});
-  compare.extra = retain.extra;
-  compare.prepare = prepare_run_verb;
-  table.push_back(compare);
-  table.push_back(plain_verb("fpc mtp", "FILE.fpc PATHS --library LIB --out DIR",
-                             "tiling paths of an FPC assembly against the longest paths of its contigs in the net",
-                             "orb fpc mtp project.fpc paths.txt --library project.ORBdb --net net.ORBns --out tested",
-                             {"file", "paths"}, place::in_folder,
-                             {library_named(),
-                              markers(),
-                              tables(),
-                              metric(),
-                              net_if_given(),
-                              assembly_quietly(),
-                              {"fpc.mtp", "test", {{"file", "paths"}}, {}, {}, {}}},
-                             {"library", "out"}));
-  table.push_back(plain_verb(
-      "fpc specified", "FILE --library LIB --out DIR", "contigs from a file of sections of clones as a run",
-      "orb fpc specified zone.txt --library project.ORBdb --out zone", {"file"}, place::in_folder,
-      {library_named(), {"fpc.specified", "read", {}, {}, {}, {}}, {"contigs.save_run", "contigs", {}, {}, {}, {}}},
-      {"library", "out"}));
-  verb unite = plain_verb("fpc unite", "FILE --out FILE", "all files of bands of a folder as one file",
-                          "orb fpc unite plates/P001.sizes --out united.sizes", {"file"}, place::beside_file,
-                          {{"fpc.unite", "unite", {}, {}, {}, {}}}, {"out"});
-  unite.says_saved = true;
-  table.push_back(unite);
-}
-
-void add_list_verbs(std::vector<verb> &table) {
-  table.push_back(plain_verb(
-      "order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
-      "orb order library.ORBdb contig.txt --out ordered --jackknife 20", {"input", "list"}, place::in_folder,
-      scored_library_and({options_of_order(), net_if_given(), {"order.list", "order", {}, {}, {}, {}}}), {"out"}));
-  table.push_back(plain_verb(
-      "draw", "LIB NET LIST --out FILE.net", "draw the net of a list of clones, with lists marked in it",
-      "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt", {"input", "net", "list"},
-      place::beside_file, scored_library_and({net(), {"draw.list", "draw", {}, {}, {}, {}}})));
+void add_order_verbs(std::vector<verb> &table) {
+  table.push_back(
+      plain_verb("order", "LIB LIST --out DIR", "put the clones of a list into the order with the shortest steps",
+                 "orb order library.ORBdb contig.txt --out ordered --jackknife 20", {"input", "list"}, place::in_folder,
+                 scored_library_and({options_of_order(), net_if_given(), {"order.list", "order"}}), {"out"}));
+  table.push_back(
+      plain_verb("draw", "LIB NET LIST --out FILE.net", "draw the net of a list of clones, with lists marked in it",
+                 "orb draw library.ORBdb net.ORBns contig.txt --out contig.net --mark tiling_path.txt",
+                 {"input", "net", "list"}, place::beside_file, scored_library_and({net(), {"draw.list", "draw"}})));
   table.push_back(plain_verb(
       "table", "LIB LIST --out DIR", "tables of the scores of a list of clones: consecutive clones, all pairs",
       "orb table library.ORBdb contig.txt --out tables --table-format 2", {"input", "list"}, place::in_folder,
       scored_library_and({options(),
                           net_if_given(),
-                          {"table.pairs", "table", {{"from-net", ""}}, "!net", {}, {}},
-                          {"table.pairs", "table", {}, "net", {{"from-net", "yes"}}, {}}}),
+                          {"table.pairs", "table", {{"from-net", ""}}, "!net"},
+                          {"table.pairs", "table", {}, "net", {{"from-net", "yes"}}}}),
       {"out"}));
-  verb retain = plain_verb("retain", "RUN --old-mtp LIST --out DIR",
-                           "analyse the contigs of a run again, keeping an older tiling path",
-                           "orb retain results/ecoli536 --old-mtp old_path.txt --sequenced done.txt --out retained",
-                           {"run"}, place::in_folder,
-                           {{"library.load",
-                             "load",
-                             {{"file", ""},
-                              {"plain-text", ""},
-                              {"capacity", ""},
-                              {"name-format-in", ""},
-                              {"name-format-out", ""},
-                              {"tolerance", ""},
-                              {"tolerance-index", ""},
-                              {"gel-length", ""},
-                              {"n-bands", ""},
-                              {"preset", ""},
-                              {"source", ""},
-                              {"keep", ""}},
-                             {},
-                             {},
-                             {}},
-                            markers(),
-                            tables(),
-                            metric(),
-                            options(),
-                            {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
-                            {"net.load", "", {{"file", ""}}, {}, {}, {}},
-                            {"contigs.retain", "retain", {}, {}, {}, {}}},
-                           {"out"});
-  retain.extra = retain_options;
-  retain.prepare = prepare_run_verb;
-  table.push_back(retain);
-  verb report =
-      plain_verb("report", "RUN --out DIR", "tables over the contigs of a finished run",
-                 "orb report results/ecoli536 --out tables", {"run"}, place::in_folder, report_steps(), {"out"});
-  report.steps.front() = retain.steps.front();
-  report.extra = run_options;
-  report.prepare = prepare_run_verb;
-  report.prints_out = true;
-  table.push_back(report);
-  verb exported = plain_verb("export", "RUN --to fpc|gff3|bed|tsv --out FILE",
-                             "the contigs of a finished run as a file that other programs read",
-                             "orb export results/ecoli536 --to gff3 --out contigs.gff3", {"run"}, place::beside_file,
-                             {retain.steps.front(),
-                              markers(),
-                              {"contigs.load", "", {{"folder", ""}}, {}, {}, {}},
-                              {"net.load", "", {{"file", ""}}, "net", {}, {}},
-                              {"contigs.export", "export", {}, {}, {}, {}}});
-  exported.extra = retain_options;
-  exported.prepare = prepare_run_verb;
-  exported.says_saved = true;
-  table.push_back(exported);
-  verb map = plain_verb(
-      "map", "RUN --contig NAME|--overview --out FILE.png|.svg|.pdf",
-      "a picture of a contig of a finished run, or of all of them",
-      "orb map results/ecoli536 --contig cl_3 --out cl_3.png", {"run"}, place::beside_file,
-      joined({exported.steps.begin(), exported.steps.end() - 1}, {{"contigs.draw_map", "map", {}, {}, {}, {}}}));
-  map.extra = retain_options;
-  map.prepare = prepare_map_verb;
-  map.says_saved = true;
-  table.push_back(map);
-  add_viewer_verbs(table, exported);
-  add_fpc_verbs(table, retain);
+}
+
+void add_list_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb("list sort", "LIB LIST --out LIST", "a list in the order of the library, without repeats",
                              "orb list sort library.ORBdb contig.txt --out sorted.txt", {"input", "list"},
-                             place::beside_file, library_and({{"list.sort", "list", {}, {}, {}, {}}}), {"out"}));
+                             place::beside_file, library_and({{"list.sort", "list"}}), {"out"}));
   table.push_back(list_verb("list intersect", "the clones that both lists hold", "list.intersect",
                             "orb list intersect library.ORBdb contig.txt sequenced.txt --out both.txt"));
   table.push_back(list_verb("list minus", "the clones of the first list that the second lacks", "list.minus",
@@ -408,15 +137,15 @@ void add_list_verbs(std::vector<verb> &table) {
                             "orb list unite library.ORBdb contig1.txt contig2.txt --out joined.txt"));
   table.push_back(plain_verb("list format", "LIST --out LIST", "a list with its names in another format",
                              "orb list format contig.txt --name-format-in 1 --name-format-out 7 --out names.txt",
-                             {"list"}, place::beside_file, {{"list.format", "list", {}, {}, {}, {}}}, {"out"}));
+                             {"list"}, place::beside_file, {{"list.format", "list"}}, {"out"}));
   table.push_back(plain_verb(
       "list select", "LIB LIST FINGERPRINTS --out FILE", "the fingerprint records of the clones of a list",
       "orb list select library.ORBdb contig.txt plates/ --out contig.sizes", {"input", "list", "fingerprints"},
-      place::beside_file, library_and({{"list.select", "list", {}, {}, {}, {}}}), {"out"}));
-  table.push_back(
-      plain_verb("list bands", "LIB LIST --out FILE", "the bands of the clones of a list, in one of four forms",
-                 "orb list bands library.ORBdb contig.txt --form lengths --out bands.txt", {"input", "list"},
-                 place::beside_file, library_and({{"list.bands", "list", {}, {}, {}, {}}}), {"out"}));
+      place::beside_file, library_and({{"list.select", "list"}}), {"out"}));
+  table.push_back(plain_verb("list bands", "LIB LIST --out FILE",
+                             "the bands of the clones of a list, in one of four forms",
+                             "orb list bands library.ORBdb contig.txt --form lengths --out bands.txt",
+                             {"input", "list"}, place::beside_file, library_and({{"list.bands", "list"}}), {"out"}));
 }
 
 void add_analysis_verbs(std::vector<verb> &table) {
@@ -435,82 +164,78 @@ void add_analysis_verbs(std::vector<verb> &table) {
                              "orb grow library.ORBdb net.ORBns contig.txt --rank 2 --out grown",
                              {"input", "net", "list"}, place::in_folder,
                              scored_library_and({net(), {"net.grow", "grow", {}, {}, {}, {}, {{"out", "."}}}})));
-  table.push_back(
-      plain_verb("tree", "LIB NET --cutoffs A,B,... --out DIR", "refine clusters down a ladder of rising cutoffs",
-                 "orb tree library.ORBdb net.ORBns --cutoffs 15,20,25 --out tree", {"input", "net"}, place::in_folder,
-                 library_and({net(), {"clusters.tree", "tree", {}, {}, {}, {}}}), {"out"}));
+  table.push_back(plain_verb("tree", "LIB NET --cutoffs A,B,... --out DIR",
+                             "refine clusters down a ladder of rising cutoffs",
+                             "orb tree library.ORBdb net.ORBns --cutoffs 15,20,25 --out tree", {"input", "net"},
+                             place::in_folder, library_and({net(), {"clusters.tree", "tree"}}), {"out"}));
   table.push_back(plain_verb(
       "group", "LIB NET CLUSTERS [--out DIR]", "join small clusters into larger ones by their strongest overlaps",
       "orb group library.ORBdb net.ORBns lists/ --out groups", {"input", "net", "clusters"}, place::in_folder,
       scored_library_and({net(),
-                          {"contigs.load_folder", "load", {{"folder", "clusters"}}, {}, {}, {}},
+                          {"contigs.load_folder", "load", {{"folder", "clusters"}}},
                           {"clusters.group", "group", {}, {}, {}, {}, {{"out", "."}}}})));
 }
 
 void add_marker_verbs(std::vector<verb> &table) {
   table.push_back(markers_verb("markers read", "FILE.ORB", "markers of clones into the native form",
                                "orb markers read library.ORBdb markers.txt --out markers.ORB",
-                               {"markers.save", "", {}, {}, {{"form", "native"}}, {}}));
+                               {"markers.save", "", {}, {}, {{"form", "native"}}}));
   table.push_back(markers_verb("markers write", "FILE.txt", "markers as a line a clone",
                                "orb markers write library.ORBdb clones_of_markers.txt --out markers.txt",
-                               {"markers.save", "", {}, {}, {{"form", "clones"}}, {}}));
+                               {"markers.save", "", {}, {}, {{"form", "clones"}}}));
   table.push_back(markers_verb("markers print", "TABLE", "which clones of a list bear which markers",
                                "orb markers print library.ORBdb markers.txt contig.txt --out table.txt",
-                               {"markers.print", "", {}, {}, {}, {}}));
+                               {"markers.print", ""}));
 }
 
 void add_net_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb(
       "textnet read", "TEXT|FOLDER --library LIB --out NET", "a text net, or the folder of its parts, as a native net",
       "orb textnet read net.txt --library library.ORBdb --out net.ORBns", {"file"}, place::beside_file,
-      {{"library.load", "load", {{"file", "library"}, {"source", ""}, {"keep", ""}}, {}, {}, {}},
-       {"net.load_text", "net", {}, {}, {{"folder", "no"}}, {}}},
+      {{"library.load", "load", {{"file", "library"}, {"source", ""}, {"keep", ""}}},
+       {"net.load_text", "net", {}, {}, {{"folder", "no"}}}},
       {"library", "out"}));
   table.push_back(plain_verb("textnet write", "LIB NET --out TEXT", "a native net as a text net",
                              "orb textnet write library.ORBdb net.ORBns --out net.txt", {"input", "net"},
-                             place::beside_file, library_and({net(), {"net.save_text", "net", {}, {}, {}, {}}}),
-                             {"out"}));
+                             place::beside_file, library_and({net(), {"net.save_text", "net"}}), {"out"}));
   table.push_back(plain_verb(
       "remetric", "LIB NET --metric NAME --cutoff X --out NET2",
       "score the overlaps of a net by another metric, and keep what reaches the cutoff",
       "orb remetric library.ORBdb net.ORBns --metric k2mn --cutoff 100 --out net_k2mn.ORBns", {"input", "net"},
       place::beside_file,
-      joined({library(), markers(), tables(), metric(), net()}, {{"net.remetric", "net", {}, {}, {}, {}}, net_save()}),
-      {"out"}));
-  table.push_back(plain_verb(
-      "ladder", "LIB NET --out DIR", "the revision of a net for a ladder of cutoffs",
-      "orb ladder library.ORBdb net.ORBns --out ladder --min-cutoff 15 --steps 3 --step 5 --rank 1", {"input", "net"},
-      place::in_folder, library_and({net(), {"net.ladder", "ladder", {}, {}, {}, {}}}), {"out"}));
+      joined({library(), markers(), tables(), metric(), net()}, {{"net.remetric", "net"}, net_save()}), {"out"}));
+  table.push_back(
+      plain_verb("ladder", "LIB NET --out DIR", "the revision of a net for a ladder of cutoffs",
+                 "orb ladder library.ORBdb net.ORBns --out ladder --min-cutoff 15 --steps 3 --step 5 --rank 1",
+                 {"input", "net"}, place::in_folder, library_and({net(), {"net.ladder", "ladder"}}), {"out"}));
   table.push_back(
       plain_verb("contamination", "LIB NET --out DIR", "clones of neighbouring wells of a plate that overlap strongly",
                  "orb contamination library.ORBdb net.ORBns --out tables --wells-cutoff 40 --wells 2", {"input", "net"},
-                 place::in_folder, library_and({net(), {"net.contamination", "search", {}, {}, {}, {}}}), {"out"}));
+                 place::in_folder, library_and({net(), {"net.contamination", "search"}}), {"out"}));
   verb supercontigs = plain_verb(
       "supercontigs", "LIB NET DIR --out NET2", "take contigs that were joined or mended in the viewer back into a net",
       "orb supercontigs library.ORBdb net.ORBns joined/ --out net_superctg.ORBns", {"input", "net", "nets"},
-      place::beside_file, library_and({net(), {"net.supercontigs", "supercontigs", {{"recluster", ""}}, {}, {}, {}}}),
+      place::beside_file, library_and({net(), {"net.supercontigs", "supercontigs", {{"recluster", ""}}}}),
       {"nets", "out"});
   supercontigs.says_saved = true;
   table.push_back(supercontigs);
   table.push_back(plain_verb("repeats", "LIB [--file FINGERPRINTS --out FILE]",
                              "count clones whose name an earlier one has; the records of the others, when wanted",
                              "orb repeats library.ORBdb --file plates/ --out unique.sizes", {"input"},
-                             place::beside_file, library_and({{"library.repeats", "test", {}, {}, {}, {}}})));
+                             place::beside_file, library_and({{"library.repeats", "test"}})));
   table.push_back(plain_verb(
       "rename", "LIB NAMES --out LIB2.ORBdb", "give clones new names from a file",
       "orb rename library.ORBdb new_names.txt --out renamed.ORBdb", {"input", "names"}, place::beside_file,
-      library_and({{"library.rename", "rename", {{"file", "names"}, {"save", "out"}, {"out", ""}}, {}, {}, {}}}),
-      {"out"}));
+      library_and({{"library.rename", "rename", {{"file", "names"}, {"save", "out"}, {"out", ""}}}}), {"out"}));
 }
 
 void add_ordering_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb("tour", "Input.dis", "a short path through the vertices of a file of distances",
-                             "orb tour Input.dis --steps 10000", {"file"}, place::none,
-                             {{"order.tour", "tour", {}, {}, {}, {}}}));
+                             "orb tour Input.dis --steps 10000", {"file"}, place::none, {{"order.tour", "tour"}}));
   table.push_back(plain_verb("bandmap", "LIB LIST --out DIR",
                              "one row of bands in which each clone of a contig is a stretch",
                              "orb bandmap library.ORBdb contig.txt --out map", {"input", "list"}, place::in_folder,
-                             library_and({{"bandmap.make", "band map", {}, {}, {}, {}}}), {"out"}));
+                             library_and({{"bandmap.make", "band map"}}), {"out"}));
 }
 
 void add_pools_verbs(std::vector<verb> &table) {
@@ -523,62 +248,59 @@ void add_pools_verbs(std::vector<verb> &table) {
                          place::none, with_pools({}));
   load.steps.back().stage = "pools";
   table.push_back(load);
-  table.push_back(plain_verb(
-      "pools of-clones", "LIB RECODING LIST --out DIR", "in which pools the clones of a list lie",
-      "orb pools of-clones library.ORBdb recoding.txt contig.txt --out tables", {"input", "recoding", "list"},
-      place::in_folder, with_pools({{"pools.of_clones", "pools", {}, {}, {}, {}}}), {"out"}));
-  table.push_back(plain_verb(
-      "pools find", "LIB RECODING POOLS --out DIR [--net NET]",
-      "the clones behind positive pools, and the groups that they form",
-      "orb pools find library.ORBdb recoding.txt positive.txt --out found --net net.ORBns --subdivide",
-      {"input", "recoding", "pools"}, place::in_folder,
-      scored_with_pools(net_if_given(), {{"pools.find", "search", {{"file", "pools"}}, {}, {}, {}}}), {"out"}));
+  table.push_back(
+      plain_verb("pools of-clones", "LIB RECODING LIST --out DIR", "in which pools the clones of a list lie",
+                 "orb pools of-clones library.ORBdb recoding.txt contig.txt --out tables",
+                 {"input", "recoding", "list"}, place::in_folder, with_pools({{"pools.of_clones", "pools"}}), {"out"}));
+  table.push_back(
+      plain_verb("pools find", "LIB RECODING POOLS --out DIR [--net NET]",
+                 "the clones behind positive pools, and the groups that they form",
+                 "orb pools find library.ORBdb recoding.txt positive.txt --out found --net net.ORBns --subdivide",
+                 {"input", "recoding", "pools"}, place::in_folder,
+                 scored_with_pools(net_if_given(), {{"pools.find", "search", {{"file", "pools"}}}}), {"out"}));
   table.push_back(plain_verb("pools table", "LIB RECODING --out DIR", "which wells of the pools hold a clone",
                              "orb pools table library.ORBdb recoding.txt --out tables", {"input", "recoding"},
-                             place::in_folder, with_pools({{"pools.table", "pools", {}, {}, {}, {}}}), {"out"}));
+                             place::in_folder, with_pools({{"pools.table", "pools"}}), {"out"}));
   table.push_back(
       plain_verb("pools deconvolve", "LIB NET RECODING PROBES --out DIR",
                  "the clones behind each probe of a table of positive pools",
                  "orb pools deconvolve library.ORBdb net.ORBns recoding.txt probes.txt --out probes --likelihood",
                  {"input", "net", "recoding", "probes"}, place::in_folder,
-                 scored_with_pools(net(), {{"pools.deconvolve", "deconvolution", {}, {}, {}, {}}}), {"out"}));
+                 scored_with_pools(net(), {{"pools.deconvolve", "deconvolution"}}), {"out"}));
 }
 
 void add_simulation_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb("simulate library", "GENOME.fa[.gz] --out DIR",
                              "draw a library of clones from a sequence, with their true places",
                              "orb simulate library genome.fa.gz --out simulated --coverage 10", {"genome"},
-                             place::in_folder, {{"simulate.library", "library", {}, {}, {}, {}}}));
-  table.push_back(plain_verb("simulate digest", "GENOME.fa[.gz] --out DIR",
-                             "cut a sequence by the enzymes: cuts, bands, fingerprints",
-                             "orb simulate digest genome.fa.gz --out digest", {"genome"}, place::in_folder,
-                             {{"simulate.digest", "digest", {}, {}, {}, {}}}));
+                             place::in_folder, {{"simulate.library", "library"}}));
+  table.push_back(plain_verb(
+      "simulate digest", "GENOME.fa[.gz] --out DIR", "cut a sequence by the enzymes: cuts, bands, fingerprints",
+      "orb simulate digest genome.fa.gz --out digest", {"genome"}, place::in_folder, {{"simulate.digest", "digest"}}));
   table.push_back(plain_verb("evaluate", "RUN --truth FILE",
                              "say how good contigs are where the true places of their clones are known",
                              "orb evaluate results/ecoli536 --truth examples/ecoli536/truth.tsv", {"run"},
-                             place::in_folder, {{"contigs.evaluate", "evaluate", {{"folder", "run"}}, {}, {}, {}}}));
-  table.push_back(plain_verb("pvalue score", "N1 N2 K",
-                             "score of K common bands of clones with N1 and N2 bands, by the closed formula",
-                             "orb pvalue score 100 90 40 --n-bands 2250", {"n1", "n2", "k"}, place::none,
-                             {{"pvalue.score", "", {}, {}, {}, {}}}));
+                             place::in_folder, {{"contigs.evaluate", "evaluate", {{"folder", "run"}}}}));
+  table.push_back(plain_verb(
+      "pvalue score", "N1 N2 K", "score of K common bands of clones with N1 and N2 bands, by the closed formula",
+      "orb pvalue score 100 90 40 --n-bands 2250", {"n1", "n2", "k"}, place::none, {{"pvalue.score", ""}}));
   table.push_back(
       plain_verb("pvalue estimate", "LIB N1 N2 --out DIR", "simulate the common bands of clones with N1 and N2 bands",
                  "orb pvalue estimate library.ORBdb 100 90 --runs 100000 --out estimate", {"input", "n1", "n2"},
-                 place::in_folder, library_and({{"pvalue.estimate", "simulation", {}, {}, {}, {}}})));
+                 place::in_folder, library_and({{"pvalue.estimate", "simulation"}})));
   table.push_back(plain_verb("pvalue table", "LIB --out DIR",
                              "make the tables of simulated p-values that the metrics Nof and Lnn need",
                              "orb pvalue table library.ORBdb --out tables --runs 10000", {"input"}, place::in_folder,
-                             library_and({{"pvalue.table", "simulation", {}, {}, {}, {}}})));
-  table.push_back(plain_verb("pvalue lookup", "DIR N1 N2",
-                             "read tables of simulated p-values, from a count or from a value",
-                             "orb pvalue lookup tables 100 90 --count 40", {"folder", "n1", "n2"}, place::none,
-                             {{"pvalue.lookup", "", {}, {}, {}, {}}}));
+                             library_and({{"pvalue.table", "simulation"}})));
+  table.push_back(plain_verb(
+      "pvalue lookup", "DIR N1 N2", "read tables of simulated p-values, from a count or from a value",
+      "orb pvalue lookup tables 100 90 --count 40", {"folder", "n1", "n2"}, place::none, {{"pvalue.lookup", ""}}));
 }
 
 void add_program_verbs(std::vector<verb> &table) {
   table.push_back(plain_verb("info", "FILE|FOLDER...", "say what a file or folder holds, or all about one clone",
                              "orb info results/ecoli536 --clone EC001A01", {"paths"}, place::none,
-                             {{"info.show", "", {}, {}, {}, {}}}));
+                             {{"info.show", ""}}));
   verb menu = plain_verb("menu", "[--project FILE]", "the menu tree, and what of it can run",
                          "orb menu --project maize.orb", {}, place::none, {});
   menu.extra = menu_options;
@@ -597,6 +319,8 @@ const std::vector<verb> &table_of_verbs() {
   static const std::vector<verb> table = [] {
     std::vector<verb> made;
     add_stage_verbs(made);
+    add_order_verbs(made);
+    add_run_verbs(made);
     add_list_verbs(made);
     add_analysis_verbs(made);
     add_marker_verbs(made);

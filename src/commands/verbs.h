@@ -54,14 +54,14 @@ struct program_options {
 void describe_program_options(parameter_list &list, program_options &options);
 
 struct verb_step {
-  std::string command;                                    // id
-  std::string stage;                                      // in run.json; one stage for neighbours of the same name
-  std::vector<std::pair<std::string, std::string>> names; // option names of keys that differ; empty: no option
-  std::string when;                                       // the step runs when this option was given, with "!" when not
-  std::vector<std::pair<std::string, std::string>> presets; // keys with the values that they have in this verb
-  std::optional<project_part> if_there;                     // the step runs when an earlier one made this part
-  std::vector<std::pair<std::string, std::string>> defaults =
-      {}; // others in this verb: it asks nothing that an option can say
+  using by_key = std::vector<std::pair<std::string, std::string>>;
+  std::string command;                       // id
+  std::string stage = {};                    // in run.json; one stage for neighbours of the same name
+  by_key names = {};                         // option names of keys that differ; empty: no option
+  std::string when = {};                     // the step runs when this option was given, with "!" when not
+  by_key presets = {};                       // values that keys have in this verb
+  std::optional<project_part> if_there = {}; // the step runs when an earlier one made this part
+  by_key defaults = {};                      // others in this verb: it asks nothing that an option can say
 };
 
 enum class record_place { none, beside_file, in_folder }; // with --out
