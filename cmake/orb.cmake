@@ -26,7 +26,7 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 # orb_headers(TARGET NAME FOLDER VISIBILITY [PART]): the folder's headers, or those of its subfolder PART, as "NAME/...", and no other folder's: they are reached
 # through a folder that holds one link, so that an include of a layer above doesn't compile. The target
-# all_verify_interface_header_sets compiles each header alone.
+# all_verify_interface_header_sets compiles alone each header that no .cpp file includes as its first line.
 function(orb_headers target name folder visibility)
   set(reached ${PROJECT_BINARY_DIR}/headers/${name})
   file(MAKE_DIRECTORY ${reached})
@@ -34,6 +34,12 @@ function(orb_headers target name folder visibility)
   target_include_directories(${target} ${visibility} ${reached})
   cmake_path(APPEND folder ${ARGN} OUTPUT_VARIABLE part)
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${folder} ${part}/*.h)
+  foreach(header ${headers})
+    string(REGEX REPLACE "h$" "cpp" source ${header})
+    if(EXISTS ${folder}/${source})
+      list(REMOVE_ITEM headers ${header})
+    endif()
+  endforeach()
   list(TRANSFORM headers PREPEND ${reached}/${name}/)
   add_library(${target}_headers INTERFACE)
   target_sources(${target}_headers INTERFACE FILE_SET HEADERS BASE_DIRS ${reached} FILES ${headers})
