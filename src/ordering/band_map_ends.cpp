@@ -51,14 +51,19 @@ public:
       put(b, 0, depth_.size());
   }
 
-  void run() {
+  // False after a stop request.
+  bool run(process_frame &frame) {
     for (int sweep = 0; sweep < most_sweeps; ++sweep) {
       bool moved = false;
-      for (std::size_t k = 0; k < ends_.size(); ++k)
+      for (std::size_t k = 0; k < ends_.size(); ++k) {
+        if (!frame.goes_on())
+          return false;
         moved = move_end(k, true) || move_end(k, false) || moved;
+      }
       if (!moved)
-        return;
+        return true;
     }
+    return true;
   }
 
   void stretches(std::vector<clone_stretch> &made) const {
@@ -80,23 +85,38 @@ private:
     depth_[s] = depth_[s - 1] + (end.is_left ? 1 : -1);
   }
 
-  double score(std::size_t band, std::size_t s) const {
-    const std::int32_t n = n_common(having_[band], covering_[s]);
-    return n * weights_.present + (depth_[s] - n) * weights_.absent;
-  }
+  // Of a band that `n` of the clones over the segment have.
+  double score(std::int32_t n, std::size_t s) const { return n * weights_.present + (depth_[s] - n) * weights_.absent; }
 
-  // The best of a range of segments; the first of equals.
+  // The best of a range of segments; the first of equals. From segment to segment one clone begins or ends.
   void put(std::size_t band, std::size_t from, std::size_t to) {
-    double best = score(band, from);
+    std::int32_t n = n_common(having_[band], covering_[from]);
+    double best = score(n, from);
     std::size_t place = from;
-    for (std::size_t s = from + 1; s < to; ++s)
-      if (const double here = score(band, s); here > best) {
+    for (std::size_t s = from + 1; s < to; ++s) {
+      const end_of_clone &end = ends_[s - 1];
+      if (having_.has(band, static_cast<std::size_t>(end.clone)))
+        n += end.is_left ? 1 : -1;
+      if (const double here = score(n, s); here > best) {
         best = here;
         place = s;
       }
+    }
     best_[band] = best;
     place_[band] = place;
     bands_at_[place].push_back(band);
+  }
+
+  // What a band would gain in the segment between two ends that were exchanged: the one in front lies behind it now.
+  double gain_of_exchange(std::size_t band, std::size_t k) const {
+    double gain = 0;
+    for (const std::size_t end : {k, k + 1}) {
+      const bool is_covered_now = ends_[end].is_left == (end == k);
+      const double weight =
+          having_.has(band, static_cast<std::size_t>(ends_[end].clone)) ? weights_.present : weights_.absent;
+      gain += is_covered_now ? weight : -weight;
+    }
+    return gain;
   }
 
   // Exchanges ends k and k + 1, and says what the bands gain by it.
@@ -107,9 +127,9 @@ private:
     const std::size_t from = s > segments_around ? s - segments_around : 0;
     const std::size_t to = std::min(s + segments_around + 1, depth_.size());
     double gain = 0;
-    std::vector<std::size_t> here;
-    here.swap(bands_at_[s]);
-    for (const std::size_t band : here) {
+    moved_bands_.clear();
+    moved_bands_.swap(bands_at_[s]);
+    for (const std::size_t band : moved_bands_) {
       gain -= best_[band];
       put(band, from, to);
       gain += best_[band];
@@ -120,7 +140,11 @@ private:
       std::vector<std::size_t> &there = bands_at_[t];
       for (std::size_t i = 0; i < there.size();) {
         const std::size_t band = there[i];
-        const double now = score(band, s);
+        if (gain_of_exchange(band, k) <= 0) { // it was best elsewhere before
+          ++i;
+          continue;
+        }
+        const double now = score(n_common(having_[band], covering_[s]), s);
         if (now <= best_[band]) {
           ++i;
           continue;
@@ -169,17 +193,18 @@ private:
   std::vector<std::vector<std::size_t>> bands_at_; // by segment
   std::vector<double> best_;                       // score of each band at its place
   std::vector<std::size_t> place_;
+  std::vector<std::size_t> moved_bands_; // work room
 };
 
 } // namespace
 
-void sort_ends_of_stretches(const clone_sets &having, std::size_t n_bands, const band_map_weights &weights,
-                            std::vector<clone_stretch> &stretches) {
-  if (stretches.empty())
-    return;
+bool sort_ends_of_stretches(process_frame &frame, const clone_sets &having, std::size_t n_bands,
+                            const band_map_weights &weights, std::vector<clone_stretch> &stretches) {
   end_sorter sorter(having, n_bands, weights, stretches);
-  sorter.run();
+  if (!sorter.run(frame))
+    return false;
   sorter.stretches(stretches);
+  return true;
 }
 
 } // namespace orb

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "frame/process_frame.h"
 #include "ordering/band_map_layout.h"
 
 namespace orb {
@@ -14,6 +15,7 @@ class clone_sets {
 public:
   clone_sets(std::size_t n_sets, std::size_t n_clones) : n_words_((n_clones + 63) / 64), words_(n_sets * n_words_, 0) {}
   void add(std::size_t set, std::size_t clone) { word(set, clone) |= bit(clone); }
+  bool has(std::size_t set, std::size_t clone) const { return (words_[set * n_words_ + clone / 64] & bit(clone)) != 0; }
   void change(std::size_t set, std::size_t clone) { word(set, clone) ^= bit(clone); }
   std::span<std::uint64_t> operator[](std::size_t set) { return {words_.data() + set * n_words_, n_words_}; }
   std::span<const std::uint64_t> operator[](std::size_t set) const {
@@ -34,7 +36,8 @@ std::int32_t n_different(std::span<const std::uint64_t> a, std::span<const std::
 
 // Moves ends of stretches past others as long as the bands, each at its best place, are explained better. `having`: for
 // each band the clones that have it. Ends keep their sequence in the new stretches, whose coordinates count bands.
-void sort_ends_of_stretches(const clone_sets &having, std::size_t n_bands, const band_map_weights &weights,
-                            std::vector<clone_stretch> &stretches);
+// False after a stop request, with the stretches as they were.
+bool sort_ends_of_stretches(process_frame &frame, const clone_sets &having, std::size_t n_bands,
+                            const band_map_weights &weights, std::vector<clone_stretch> &stretches);
 
 } // namespace orb

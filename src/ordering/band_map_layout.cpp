@@ -81,7 +81,8 @@ private:
 
   bool lay_part(const number_list &part, double &end) {
     lay_backbone(part);
-    lay_others(part);
+    if (!lay_others(part))
+      return false;
     for (int round = 0; round < n_rounds; ++round)
       for (const std::int32_t i : part.members()) {
         if (!frame_.goes_on())
@@ -118,7 +119,7 @@ private:
   }
 
   // The one that shares most with what lies there comes first.
-  void lay_others(const number_list &part) {
+  bool lay_others(const number_list &part) {
     std::vector<double> most(static_cast<std::size_t>(n_) + 1, 0);
     const auto note = [&](std::int32_t laid) {
       for (const std::int32_t i : part.members())
@@ -134,7 +135,9 @@ private:
             (next == 0 || most[static_cast<std::size_t>(i)] > most[static_cast<std::size_t>(next)]))
           next = i;
       if (next == 0)
-        return;
+        return true;
+      if (!frame_.goes_on())
+        return false;
       middle(next) = best_middle(next, part);
       is_laid_[static_cast<std::size_t>(next)] = true;
       note(next);

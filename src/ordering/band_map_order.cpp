@@ -42,14 +42,20 @@ public:
     make_segments();
   }
 
-  void run(std::vector<band_of_map> &bands) {
+  // False after a stop request.
+  bool run(process_frame &frame, std::vector<band_of_map> &bands) {
     bands.clear();
-    for (std::vector<reading> &group : linked_readings())
-      while (take_band(group, bands)) {
-      }
+    std::vector<std::vector<reading>> groups;
+    if (!link_readings(frame, groups))
+      return false;
+    for (std::vector<reading> &group : groups)
+      while (take_band(group, bands))
+        if (!frame.goes_on())
+          return false;
     std::stable_sort(bands.begin(), bands.end(), [](const band_of_map &a, const band_of_map &b) {
       return a.place != b.place ? a.place < b.place : a.value < b.value;
     });
+    return true;
   }
 
 private:
@@ -83,11 +89,13 @@ private:
   }
 
   // Readings of equal size in clones that overlap on the axis, with those that hang together by them.
-  std::vector<std::vector<reading>> linked_readings() const {
+  bool link_readings(process_frame &frame, std::vector<std::vector<reading>> &groups) const {
     const auto n = static_cast<std::int32_t>(readings_.size());
     label_forest forest;
     forest.start(n);
-    for (std::int32_t i = 1; i <= n; ++i)
+    for (std::int32_t i = 1; i <= n; ++i) {
+      if (!frame.goes_on())
+        return false;
       for (std::int32_t j = i + 1; j <= n; ++j) {
         const reading &a = readings_[static_cast<std::size_t>(i) - 1], &b = readings_[static_cast<std::size_t>(j) - 1];
         if (b.value - a.value > clones_.metric.tolerance)
@@ -96,13 +104,14 @@ private:
             stretch(b.clone).left <= stretch(a.clone).right + slack_)
           forest.join(i, j);
       }
+    }
     number_list group_of, sizes;
     std::int32_t n_groups = 0;
     forest.number_clusters(group_of, sizes, n_groups);
-    std::vector<std::vector<reading>> groups(static_cast<std::size_t>(n_groups));
+    groups.resize(static_cast<std::size_t>(n_groups));
     for (std::int32_t i = 1; i <= n; ++i)
       groups[static_cast<std::size_t>(group_of(i)) - 1].push_back(readings_[static_cast<std::size_t>(i) - 1]);
-    return groups;
+    return true;
   }
 
   // Where the clones of the readings cover the axis and others don't; false when no point is worth a band.
@@ -318,15 +327,17 @@ static clone_sets sets_of(const std::vector<band_of_map> &bands, std::size_t n_c
   return having;
 }
 
-void order_bands(const band_map_clones &clones, std::vector<clone_stretch> &stretches,
+bool order_bands(process_frame &frame, const band_map_clones &clones, std::vector<clone_stretch> &stretches,
                  std::vector<band_of_map> &bands) {
   const band_map_weights weights(clones.metric, mean_number_of_bands(clones));
-  for (const double slack : slack_of_rounds) {
-    band_grouping(clones, stretches, slack).run(bands);
-    sort_ends_of_stretches(sets_of(bands, clones.count()), bands.size(), weights, stretches);
-  }
-  band_grouping(clones, stretches, slack_of_rounds.back()).run(bands);
+  for (const double slack : slack_of_rounds)
+    if (!band_grouping(clones, stretches, slack).run(frame, bands) ||
+        !sort_ends_of_stretches(frame, sets_of(bands, clones.count()), bands.size(), weights, stretches))
+      return false;
+  if (!band_grouping(clones, stretches, slack_of_rounds.back()).run(frame, bands))
+    return false;
   stretches_on(clones, bands, stretches);
+  return true;
 }
 
 } // namespace orb

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "frame/lists.h"
+#include "frame/process_frame.h"
 #include "ordering/band_map_layout.h"
 
 namespace orb {
@@ -22,8 +23,9 @@ struct band_of_map {
 
 // Bands by their places; equal places by value. `stretches` are those of the clones, and end as stretches of the row:
 // from the first band - 0.5 to the last band + 0.5, counted from 1. A reading that no common point explains is in no
-// band.
-void order_bands(const band_map_clones &clones, std::vector<clone_stretch> &stretches, std::vector<band_of_map> &bands);
+// band. False after a stop request.
+bool order_bands(process_frame &frame, const band_map_clones &clones, std::vector<clone_stretch> &stretches,
+                 std::vector<band_of_map> &bands);
 
 // The stretch of each clone on a row of bands, by the bands that are its own.
 void stretches_on(const band_map_clones &clones, const std::vector<band_of_map> &bands,

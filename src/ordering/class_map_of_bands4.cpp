@@ -91,7 +91,8 @@ bool class_map_of_bands4::order_by_tour(square_array<double> &distances) {
 bool class_map_of_bands4::compute(const band_map_clones &clones, const fs::path *folder) {
   if (!lay_out_clones(frame_, clones, stretches_))
     return false;
-  order_bands(clones, stretches_, bands_);
+  if (!order_bands(frame_, clones, stretches_, bands_))
+    return false;
   const auto n = static_cast<std::int32_t>(bands_.size());
   if (n > most_bands_of_tour) {
     frame_.note(fmt::format("The map has {} bands. More than {} aren't ordered by a tour.", n, most_bands_of_tour));

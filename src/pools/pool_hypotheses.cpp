@@ -105,10 +105,24 @@ public:
   std::vector<pool_hypothesis> run() {
     if (n_positive_ == 0)
       return {};
-    std::vector<state> frontier{state{std::vector<std::int32_t>(of_.n_pools_, 0), {}, 0, 0}};
+    std::vector<state> frontier{nothing()};
     for (std::int32_t level = 1; level <= of_.options_.max_places && !frontier.empty(); ++level)
       frontier = with_one_place_more(frontier, level == 1 ? most_seeds : most_next_seeds);
     return best_of_all();
+  }
+
+  double cost_of(const std::vector<std::vector<clone_number>> &places) {
+    state made = nothing();
+    const std::span<const clone_number> coded = of_.pools_.coded_clones().members();
+    for (const std::vector<clone_number> &clones : places) {
+      begin_place(made);
+      vertices place;
+      for (const clone_number clone : clones)
+        take(made, place,
+             static_cast<vertex_number>(std::lower_bound(coded.begin(), coded.end(), clone) - coded.begin()) + 1);
+      close_place(made, place, score_of(made.count, made.n() + static_cast<std::int32_t>(place.size())));
+    }
+    return made.cost;
   }
 
 private:
@@ -126,6 +140,8 @@ private:
       return sum;
     }
   };
+
+  state nothing() const { return {std::vector<std::int32_t>(of_.n_pools_, 0), {}, 0, 0}; }
 
   void prepare_pools() {
     for (std::size_t d = 0; d < n_pool_dimensions; ++d)
@@ -228,19 +244,27 @@ private:
     vertices place;
     double cost = 0;
     for (vertex_number v = seed_vertex; v != 0; v = n < most_clones ? best_to_add(made, place, n, cost) : 0) {
-      place.push_back(v);
-      is_member_[static_cast<std::size_t>(v)] = 1;
-      put(made.count, v, 1);
+      take(made, place, v);
       cost = score_of(made.count, ++n);
-      for (const net_edge &edge : of_.net_.edges_of_vertex(v))
-        if (n_adjacent_[static_cast<std::size_t>(edge.neighbour)]++ == 0)
-          adjacent_.push_back(edge.neighbour);
     }
+    close_place(made, std::move(place), cost);
+    return made;
+  }
+
+  void take(state &made, vertices &place, vertex_number v) {
+    place.push_back(v);
+    is_member_[static_cast<std::size_t>(v)] = 1;
+    put(made.count, v, 1);
+    for (const net_edge &edge : of_.net_.edges_of_vertex(v))
+      if (n_adjacent_[static_cast<std::size_t>(edge.neighbour)]++ == 0)
+        adjacent_.push_back(edge.neighbour);
+  }
+
+  void close_place(state &made, vertices place, double cost_of_pools) {
     std::sort(place.begin(), place.end());
     made.cost_of_places += cost_of_place(place);
-    made.cost = cost + made.cost_of_places;
+    made.cost = cost_of_pools + made.cost_of_places;
     made.places.push_back(std::move(place));
-    return made;
   }
 
   // Nothing of the place before is left in the tables; members of the other places are known.
@@ -354,6 +378,11 @@ private:
 
 std::vector<pool_hypothesis> pool_hypotheses::ranked(const positive_pools &positive) const {
   return hypothesis_search(*this, positive).run();
+}
+
+double pool_hypotheses::cost_of(const positive_pools &positive,
+                                const std::vector<std::vector<clone_number>> &places) const {
+  return hypothesis_search(*this, positive).cost_of(places);
 }
 
 } // namespace orb

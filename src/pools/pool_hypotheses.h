@@ -43,6 +43,8 @@ public:
 
   // The best first; none when no pool is positive. Reads only: any number of threads may ask at once.
   std::vector<pool_hypothesis> ranked(const positive_pools &positive) const;
+  // What clones of the scheme at these places would cost; clones ascending.
+  double cost_of(const positive_pools &positive, const std::vector<std::vector<clone_number>> &places) const;
 
 private:
   friend class hypothesis_search;
