@@ -102,13 +102,21 @@ int main(int n_words, char **words) {
   const auto n_probes = static_cast<int>(number_of(n_words, words, 1, 1000));
   std::map<std::string, tally> by_groups, by_hypotheses;
   double seconds = 0;
+  int n_missed = 0, n_dear = 0;
   for (int i = 0; i < n_probes; ++i) {
     const simulated_probe probe = made.draw_probe();
     deconvolved_probe found;
     groups.deconvolve(probe.positive, found);
     const auto start = std::chrono::steady_clock::now();
-    const auto told = told_by_hypotheses(hypotheses.ranked(probe.positive));
+    const std::vector<pool_hypothesis> ranked = hypotheses.ranked(probe.positive);
+    const auto told = told_by_hypotheses(ranked);
     seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    if (tally one; !ranked.empty()) {
+      judge(probe, told, one);
+      const bool is_missed = one.places_found < one.places_true || one.places_right < one.places_told;
+      n_missed += is_missed ? 1 : 0;
+      n_dear += is_missed && hypotheses.cost_of(probe.positive, probe.places) >= ranked.front().cost ? 1 : 0;
+    }
     for (const char *size : {name_of_size(probe.clones().size()), "all"}) {
       judge(probe, told_by_groups(made.pools, probe.positive, found), by_groups[size]);
       judge(probe, told, by_hypotheses[size]);
@@ -120,5 +128,8 @@ int main(int n_words, char **words) {
     print("groups", size, by_groups[size]);
     print("likelihood", size, by_hypotheses[size]);
   }
+  fmt::print(stderr,
+             "{} probes with a place wrong or not found; in {} of them the truth isn't cheaper than what was told\n",
+             n_missed, n_dear);
   fmt::print(stderr, "{:.2f} s for the hypotheses of {} probes on one thread\n", seconds, n_probes);
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <set>
 
 namespace orb {
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::size_t most_seeds = 40;            // places to begin with
 constexpr std::size_t most_next_seeds = 20;       // the same for each further place
+constexpr double least_gain = 1e-9;               // of a place that is grown again
 constexpr std::size_t most_kept = 8;              // hypotheses that get a further place
 constexpr double chance_of_member_at_seed = 0.45; // that a neighbour of a clone of the place is positive too
 constexpr double weight_of_absent = 0.7;          // neighbours that are no members aren't independent of each other
@@ -115,12 +117,11 @@ public:
     state made = nothing();
     const std::span<const clone_number> coded = of_.pools_.coded_clones().members();
     for (const std::vector<clone_number> &clones : places) {
-      begin_place(made);
       vertices place;
       for (const clone_number clone : clones)
-        take(made, place,
-             static_cast<vertex_number>(std::lower_bound(coded.begin(), coded.end(), clone) - coded.begin()) + 1);
-      close_place(made, place, score_of(made.count, made.n() + static_cast<std::int32_t>(place.size())));
+        place.push_back(
+            static_cast<vertex_number>(std::lower_bound(coded.begin(), coded.end(), clone) - coded.begin()) + 1);
+      made = laid(made, place);
     }
     return made.cost;
   }
@@ -132,7 +133,8 @@ private:
   struct state {
     std::vector<std::int32_t> count; // clones by pool
     std::vector<vertices> places;
-    double cost_of_places = 0, cost = 0;
+    std::vector<double> costs_of_places;
+    double cost = 0;
     std::int32_t n() const {
       std::int32_t sum = 0;
       for (const vertices &place : places)
@@ -141,7 +143,7 @@ private:
     }
   };
 
-  state nothing() const { return {std::vector<std::int32_t>(of_.n_pools_, 0), {}, 0, 0}; }
+  state nothing() const { return {std::vector<std::int32_t>(of_.n_pools_, 0), {}, {}, 0}; }
 
   void prepare_pools() {
     for (std::size_t d = 0; d < n_pool_dimensions; ++d)
@@ -225,6 +227,62 @@ private:
     std::stable_sort(made.begin(), made.end(), [](const state &a, const state &b) { return a.cost < b.cost; });
     if (made.size() > most_kept)
       made.resize(most_kept);
+    for (state &one : made)
+      if (refine(one))
+        known_.emplace(key_of(one), one);
+    return made;
+  }
+
+  // A place that was grown first also took clones for the pools of those that came later, and clones that no longer pay
+  // once others are in: each place is made anew among the others as long as that costs less. False when nothing
+  // changed.
+  bool refine(state &made) {
+    bool is_changed = false;
+    // what is made anew stands last, so that the first one is always the one that was left longest
+    for (std::size_t n_kept = 0; n_kept < made.places.size();) {
+      state best = made_anew(made);
+      if (best.cost < made.cost - least_gain) {
+        is_changed = true;
+        n_kept = 0;
+      } else {
+        ++n_kept;
+      }
+      made = std::move(best);
+    }
+    return is_changed;
+  }
+
+  // The cheapest of: the first place as it is, without one of its members, grown from one of them.
+  state made_anew(const state &from) {
+    const vertices place = from.places.front();
+    state base = from;
+    for (const vertex_number v : place)
+      put(base.count, v, -1);
+    base.places.erase(base.places.begin());
+    base.costs_of_places.erase(base.costs_of_places.begin());
+    state best = laid(base, place);
+    const auto look_at = [&](state other) {
+      if (!other.places.empty() && other.cost < best.cost - least_gain)
+        best = std::move(other);
+    };
+    for (const vertex_number v : place) {
+      vertices rest = place;
+      std::erase(rest, v);
+      if (!rest.empty())
+        look_at(laid(base, rest));
+      look_at(grown_at(base, v));
+    }
+    return best;
+  }
+
+  // With these clones as one place more.
+  state laid(const state &base, const vertices &members) {
+    state made = base;
+    begin_place(base);
+    vertices place;
+    for (const vertex_number v : members)
+      take(made, place, v);
+    close_place(made, place, score_of(made.count, base.n() + static_cast<std::int32_t>(place.size())));
     return made;
   }
 
@@ -262,8 +320,8 @@ private:
 
   void close_place(state &made, vertices place, double cost_of_pools) {
     std::sort(place.begin(), place.end());
-    made.cost_of_places += cost_of_place(place);
-    made.cost = cost_of_pools + made.cost_of_places;
+    made.costs_of_places.push_back(cost_of_place(place));
+    made.cost = std::accumulate(made.costs_of_places.begin(), made.costs_of_places.end(), cost_of_pools);
     made.places.push_back(std::move(place));
   }
 
