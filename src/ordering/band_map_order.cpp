@@ -115,20 +115,24 @@ private:
   }
 
   // Where the clones of the readings cover the axis and others don't; false when no point is worth a band.
-  bool find_place(const std::vector<reading> &group, double &place) const {
-    double left = stretch(group.front().clone).left, right = stretch(group.front().clone).right;
-    for (const reading &one : group) {
-      left = std::min(left, stretch(one.clone).left);
-      right = std::max(right, stretch(one.clone).right);
+  bool find_place(const std::vector<reading> &group, double &place) {
+    change_.assign(middle_.size() + 1, 0);
+    std::size_t from = middle_.size(), to = 0;
+    std::int32_t before = -1;
+    for (const reading &one : group) { // readings of a clone stand together: see take_band
+      if (one.clone == before)
+        continue;
+      before = one.clone;
+      const std::size_t begin = segment_from(stretch(one.clone).left), end = segment_from(stretch(one.clone).right);
+      ++change_[begin];
+      --change_[end];
+      from = std::min(from, begin);
+      to = std::max(to, end);
     }
     double best = 0, first = 0, last = 0;
-    for (std::size_t s = segment_from(left); s < middle_.size() && middle_[s] <= right; ++s) {
-      std::int32_t n_here = 0, before = -1;
-      for (const reading &one : group) // readings of a clone stand together: see take_band
-        if (one.clone != before && stretch(one.clone).covers(middle_[s])) {
-          ++n_here;
-          before = one.clone;
-        }
+    std::int32_t n_here = 0;
+    for (std::size_t s = from; s < to; ++s) {
+      n_here += change_[s];
       const double score = n_here * weights_.present + (depth_[s] - n_here) * weights_.absent;
       if (n_here >= least_clones && score > best) {
         best = score;
@@ -247,7 +251,7 @@ private:
   }
 
   // Takes the readings of the best band out of the group; false when there is none.
-  bool take_band(std::vector<reading> &group, std::vector<band_of_map> &bands) const {
+  bool take_band(std::vector<reading> &group, std::vector<band_of_map> &bands) {
     if (group.empty())
       return false;
     std::stable_sort(group.begin(), group.end(), [](const reading &a, const reading &b) { return a.clone < b.clone; });
@@ -291,8 +295,9 @@ private:
   const double slack_;
   const band_map_weights weights_;
   std::vector<reading> readings_;
-  std::vector<double> middle_;      // of each segment of the axis
-  std::vector<std::int32_t> depth_; // clones that cover it
+  std::vector<double> middle_;       // of each segment of the axis
+  std::vector<std::int32_t> depth_;  // clones that cover it
+  std::vector<std::int32_t> change_; // work room: of the clones of a group from segment to segment
 };
 
 } // namespace
