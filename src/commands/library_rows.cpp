@@ -204,6 +204,10 @@ command_result run_rename(project_state &project, const rename_parameters &p) {
   result.figure("lines", found.n_lines);
   result.figure("names_found", found.n_found);
   result.figure("changes", found.n_changes);
+  result.summary = fmt::format("{} clones have a new name; old names that the library lacks: {}", found.n_changes,
+                               found.n_lines - found.n_found);
+  if (found.n_changes == 0)
+    project.frame().warn("No clone got a new name. A line is the new name, a tab, the old name.\r\n" + p.file.string());
   return result;
 }
 

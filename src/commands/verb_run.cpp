@@ -6,6 +6,7 @@
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
 #include "database/class_DB_of_clones.h"
+#include "frame/numbers.h"
 
 namespace orb {
 
@@ -153,9 +154,29 @@ void told_stages::begin(const std::string &name) {
     streams_.stage_begins(++i_, n_, name_);
 }
 
+// A few figures tell more than that it is done; many are shown where they were found.
+static std::string text_of_few(const std::vector<named_figure> &figures) {
+  constexpr std::size_t most = 6;
+  std::string text;
+  for (const named_figure &one : figures.size() <= most ? figures : std::vector<named_figure>{}) {
+    std::string name = one.name;
+    std::replace(name.begin(), name.end(), '_', ' ');
+    text += (text.empty() ? "" : ", ") + name + " ";
+    if (const auto *whole = std::get_if<std::int64_t>(&one.value))
+      text += number_text_thousands(*whole);
+    else if (const auto *number = std::get_if<double>(&one.value))
+      text += number_text(*number, 2);
+    else if (const auto *word = std::get_if<std::string>(&one.value))
+      text += *word;
+    else
+      text += std::get<bool>(one.value) ? "yes" : "no";
+  }
+  return text;
+}
+
 void told_stages::add(const command_result &result) {
-  if (!result.summary.empty())
-    summary_ += (summary_.empty() ? "" : "; ") + result.summary;
+  if (const std::string told = result.summary.empty() ? text_of_few(result.figures) : result.summary; !told.empty())
+    summary_ += (summary_.empty() ? "" : "; ") + told;
   if (!result.findings.empty())
     findings_ += (findings_.empty() ? "" : "\n") + result.findings;
   lines_.insert(lines_.end(), result.lines.begin(), result.lines.end());
