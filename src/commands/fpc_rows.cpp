@@ -231,14 +231,16 @@ void check_specified(const project_state &, const parts_there &, const specified
 }
 
 command_result run_specified(project_state &project, const specified_parameters &p) {
+  const fs::path file = p.file.empty() ? project.frame().open_file_dialog("Open file with specified contigs") : p.file;
+  if (file.empty())
+    return result_of(load_end::cancelled);
   work_in(project, p.out);
   class_FPCfrom_export reader(project.frame(), project.settings(), project.database());
-  if (!reader.run_read_specified_contigs(p.file))
-    return result_of(load_end::cancelled);
-  project.loaded(project_part::contigs, {p.file, "fpc.specified"});
+  if (!reader.run_read_specified_contigs(file))
+    return stopped_or_failed(project);
+  project.loaded(project_part::contigs, {file, "fpc.specified"});
   command_result result;
-  if (!p.file.empty())
-    result.inputs.push_back(p.file);
+  result.inputs.push_back(file);
   take_files(reader.summary().files, result);
   result.figure("clusters", project.database().contigs()->current_list_of_clusters_in_use_get().count());
   return result;
@@ -269,7 +271,7 @@ void check_unite(const project_state &project, const parts_there &, const unite_
 command_result run_unite(project_state &project, const unite_parameters &p) {
   const fs::path made = run_reload_new_version_of_database(project.frame(), p.file, p.out, p.n_files);
   if (made.empty())
-    return project.frame().was_stopped() ? result_of(load_end::stopped) : result_of(load_end::cancelled);
+    return p.file.empty() || p.out.empty() ? result_of(load_end::cancelled) : stopped_or_failed(project);
   command_result result;
   result.file("united", made);
   return result;

@@ -272,7 +272,7 @@ command_result run_test_sizes(project_state &project, const test_sizes_parameter
   check_input(p.file);
   work_in(project, p.out);
   if (!test_for_Reviewer(project.frame(), p.file))
-    return result_of(load_end::cancelled);
+    return p.file.empty() ? result_of(load_end::cancelled) : stopped_or_failed(project);
   command_result result;
   result.file("report", project.frame().path_in_working_folder("\\testRes.txt"));
   return result;

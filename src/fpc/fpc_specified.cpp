@@ -139,6 +139,8 @@ bool class_FPCfrom_export::run_read_specified_contigs(fs::path file) {
     database_.sort_clones_by_name(frame_);
   specified_reader reader(frame_, database_);
   const std::vector<specified_contig> contigs = reader.read(file);
+  if (contigs.empty())
+    return frame_.refuse("The file specifies no contig: no line is # and a name.\r\n" + file.string());
   const std::shared_ptr<class_FPCto_import> former = database_.contigs();
   const auto registry = std::make_shared<class_FPCto_import>(frame_, settings_, database_);
   registry->clear_all_run(0, false);

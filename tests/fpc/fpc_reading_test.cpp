@@ -283,6 +283,9 @@ TEST_F(fpc_reading, specified_contigs) {
   EXPECT_EQ(contig_of(5), "all_clones_out_of_zone");
   EXPECT_EQ(contigs().cluster_information_get(1).user_remark, "near m1");
   EXPECT_EQ(lib_.file("all_clones_of_zone.txt"), "C1\r\nC2\r\nC3\r\nC4\r\n");
+  lib_.write("list.txt", "C1\r\nC2\r\n");
+  EXPECT_FALSE(reader_.run_read_specified_contigs(lib_.folder / "list.txt")) << "no contig is specified there";
+  EXPECT_EQ(contig_of(3), "z1");
 }
 
 // ---- bands ---------------------------------------------------------------------------------------------------------
