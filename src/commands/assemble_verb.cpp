@@ -13,6 +13,7 @@
 #include "fpc/fpc_blocks.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "net/parameter_proposals.h"
 #include "project/input_kind.h"
 #include "reports/contig_summary_text.h"
 
@@ -33,6 +34,7 @@ public:
   command_result run() {
     if (by_layout() && (call_.is_given("cutoff") || call_.is_given("metric")))
       throw usage_error("--cutoff and --metric belong to --method own: a layout finds its scale in the fingerprints");
+    take_gel_of_fingerprints(call_);
     note_inputs(call_, project_);
     record_inputs();
     if (call_.is_given("pvalue-tables")) {
@@ -247,6 +249,21 @@ private:
                  {{"file", library_file().string()}, {"capacity", call_.option("capacity")->rows.front()->text()}});
   }
 
+  // The names of nets and reports go by the cutoff, which is settled only now.
+  command_result parameters_by_library() {
+    const command_result made = step("parameters.by_library");
+    if (!call_.is_given("metric") && !call_.is_given("additional-cutoff"))
+      call_.step("net.revise")
+          ->set_default("additional-cutoff", number_text_shortest(additional_cutoff_for(project_.rule().cutoff)));
+    const std::vector<fs::path> results = made.completed ? results_to_be() : std::vector<fs::path>{};
+    for (const fs::path &file : results)
+      if (earlier_ || file == library_file())
+        project_.files().writes(file);
+      else
+        check_output(project_, file, call_.flag("force"));
+    return made;
+  }
+
   command_result library() {
     const bool resumed = kept("library");
     const nlohmann::json earlier_copies = record_.json()["results"].value("copies_dropped", nlohmann::json());
@@ -263,6 +280,8 @@ private:
       take_end(step("markers.load"), end);
     if (end.completed)
       take_end(step("metric.set"), end);
+    if (end.completed && call_.automatic)
+      take_end(parameters_by_library(), end);
     if (end.completed && by_layout()) // the library is kept with the positions found
       take_end(other("metric.by_library", {}), end);
     if (end.completed && !resumed)

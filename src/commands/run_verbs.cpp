@@ -4,9 +4,12 @@
 #include "commands/command_table.h"
 #include "commands/row_steps.h"
 #include "commands/verbs.h"
+#include "database/band_statistics.h"
 #include "fpc/fpc_blocks.h"
 #include "frame/numbers.h"
+#include "net/parameter_proposals.h"
 #include "project/input_kind.h"
+#include "reports/fingerprint_survey.h"
 
 namespace orb {
 
@@ -114,6 +117,20 @@ void prepare_run_verb(verb_run &call, project_state &project) {
   if (call.step("net.load"))
     take_net_of_run(call, record, results);
   tell_unfinished_run(project.frame(), results);
+}
+
+void take_gel_of_fingerprints(verb_run &call) {
+  bound_command *load = call.step("library.load");
+  if (!call.automatic || !load || call.is_given("gel-length") || call.is_given("preset"))
+    return;
+  const fs::path input = call.path("input");
+  const input_kind kind = kind_of_input(input);
+  if (kind != input_kind::sizes_folder && kind != input_kind::sizes_file)
+    return;
+  const fingerprint_survey survey =
+      survey_of_fingerprints(fs::is_directory(input) ? sizes_files_of_folder(input) : std::vector<fs::path>{input});
+  if (survey.largest_band <= LARGEST_band_axis)
+    load->set_default("gel-length", number_text_shortest(gel_length_for(survey.largest_band)));
 }
 
 // The cutoff of an FPC project's head counts where neither a metric nor a cutoff is asked for.

@@ -22,64 +22,112 @@ constexpr double longest_gel = 1e7;
 
 // ---- bands, of both commands ----
 
-struct band_parameters {
-  double min_length = 50, max_length = 500; // base pairs
-  double scale = 30;                        // gel units a base pair
-  std::int32_t shift = 15000;               // gel units
-  double merge = 12;                        // gel units
-  double error = 0.2;                       // base pairs
-  double lost = 0;
+// What holds where nothing else is asked for.
+struct kind_of_gel {
+  double min_length, max_length; // base pairs
+  double merge;                  // gel units
+  double error;                  // base pairs; on agarose gel units
+  std::int32_t min_bands;        // of a clone that is kept
 };
+constexpr double usual_scale = 30;
+constexpr std::int32_t usual_shift = 15000;
+constexpr kind_of_gel on_capillaries{50, 500, 12, 0.2, 50}, on_agarose{600, 30000, 7, 3.5, 15};
+
+struct band_parameters {
+  std::string gel = "capillary";                              // or "agarose"
+  std::optional<double> min_length, max_length, merge, error; // unset: by the gel
+  std::optional<double> scale;                                // of capillaries, gel units a base pair
+  std::optional<std::int32_t> shift;                          // of capillaries, gel units
+  double lost = 0;
+
+  bool is_agarose() const { return gel == "agarose"; }
+  const kind_of_gel &usual() const { return is_agarose() ? on_agarose : on_capillaries; }
+  double shortest() const { return min_length.value_or(usual().min_length); }
+  double longest() const { return max_length.value_or(usual().max_length); }
+  double merge_distance() const { return merge.value_or(usual().merge); }
+  double largest_error() const { return error.value_or(usual().error); }
+  double units_a_bp() const { return scale.value_or(usual_scale); }
+  std::int32_t window() const { return shift.value_or(usual_shift); }
+};
+
+// The default of both gels, as the help shows it.
+std::string by_gel(double capillary, double agarose) {
+  return number_text_shortest(capillary) + ", agarose " + number_text_shortest(agarose);
+}
 
 void describe_bands(parameter_list &list, band_parameters &p) {
   const char *group = "Bands";
-  list.add("min-band-length", p.min_length, "shortest band seen, base pairs").limits(1, 1e6).in_group(group);
-  list.add("max-band-length", p.max_length, "longest band seen, base pairs").limits(1, 1e5).in_group(group);
-  list.add("scale", p.scale, "gel units a base pair").limits(0.001, 1e6).in_group(group);
-  list.add("shift", p.shift, "gel units between the windows of two colours").limits(1, 3e6).in_group(group);
-  list.add("merge", p.merge, "bands so close show as one, gel units").limits(0, 1e6).in_group(group);
+  list.add("gel", p.gel, "sizes of labelled fragments of five enzymes, or positions of HindIII fragments on agarose")
+      .one_of({"capillary", "agarose"})
+      .in_group(group);
+  list.add("min-band-length", p.min_length, "shortest band seen, base pairs")
+      .limits(1, 1e6)
+      .unset(by_gel(on_capillaries.min_length, on_agarose.min_length))
+      .in_group(group);
+  list.add("max-band-length", p.max_length, "longest band seen, base pairs")
+      .limits(1, 1e5)
+      .unset(by_gel(on_capillaries.max_length, on_agarose.max_length))
+      .in_group(group);
+  list.add("scale", p.scale, "gel units a base pair").limits(0.001, 1e6).unset_is(usual_scale).in_group(group);
+  list.add("shift", p.shift, "gel units between the windows of two colours")
+      .limits(1, 3e6)
+      .unset_is(usual_shift)
+      .in_group(group);
+  list.add("merge", p.merge, "bands so close show as one, gel units")
+      .limits(0, 1e6)
+      .unset(by_gel(on_capillaries.merge, on_agarose.merge))
+      .in_group(group);
 }
 
 void describe_reading(parameter_list &list, band_parameters &p) {
   const char *group = "Bands";
-  list.add("error", p.error, "largest error of nine readings in ten, base pairs; three times it in the tenth")
+  list.add("error", p.error,
+           "largest error of nine readings in ten, base pairs, on agarose gel units; three times it in the tenth")
       .limits(0, 1000)
+      .unset(by_gel(on_capillaries.error, on_agarose.error))
       .in_group(group);
   list.add("lost", p.lost, "chance of a band to be missed").limits(0, 1).in_group(group);
 }
 
 double length_of_gel(const band_parameters &p) {
-  return 3.0 * p.shift + p.max_length * p.scale;
+  return p.is_agarose() ? class_Simul_CutEnzyme::length_of_agarose : 3.0 * p.window() + p.longest() * p.units_a_bp();
 }
 
 void check_bands(const band_parameters &p) {
-  if (p.min_length >= p.max_length)
+  if (p.is_agarose() && (p.scale || p.shift))
+    throw usage_error("--scale and --shift belong to --gel capillary");
+  if (p.shortest() >= p.longest())
     throw usage_error("--min-band-length must be below --max-band-length");
   if (length_of_gel(p) > longest_gel)
     throw usage_error("--shift, --scale and --max-band-length make a gel longer than 10000000 units");
 }
 
 void apply_bands(const band_parameters &p, class_Simul_CutEnzyme &bands) {
-  bands.max_error_in_band_size_scoring_set(p.error);
+  if (p.is_agarose())
+    bands.start_for_agarose();
+  bands.max_error_in_band_size_scoring_set(p.largest_error());
   bands.probability_to_miss_band_set(p.lost);
-  bands.min_band_length_set(p.min_length);
-  if (p.max_length != bands.max_band_length_get())
-    bands.max_band_length_set(p.max_length);
-  bands.scale_set(p.scale);
-  bands.merge_distance_set(p.merge);
-  bands.shift_of_scaled_bands_set(p.shift);
+  bands.min_band_length_set(p.shortest());
+  if (p.longest() != bands.max_band_length_get())
+    bands.max_band_length_set(p.longest());
+  bands.scale_set(p.units_a_bp());
+  bands.merge_distance_set(p.merge_distance());
+  bands.shift_of_scaled_bands_set(p.window());
 }
 
 void put_bands(const band_parameters &p, command_result &result) {
-  result.parameter("min_band_length", p.min_length);
-  result.parameter("max_band_length", p.max_length);
-  result.parameter("scale", p.scale);
-  result.parameter("shift", p.shift);
-  result.parameter("merge", p.merge);
+  result.parameter("gel", p.gel);
+  result.parameter("min_band_length", p.shortest());
+  result.parameter("max_band_length", p.longest());
+  if (!p.is_agarose()) {
+    result.parameter("scale", p.units_a_bp());
+    result.parameter("shift", p.window());
+  }
+  result.parameter("merge", p.merge_distance());
 }
 
 void warn_of_colours(process_frame &frame, const band_parameters &p) {
-  if ((p.max_length - p.min_length) * p.scale > p.shift)
+  if (!p.is_agarose() && (p.longest() - p.shortest()) * p.units_a_bp() > p.window())
     frame.warn("The windows of the colours overlap: bands of two colours can merge. A larger --shift or a smaller "
                "--scale sets them apart.");
 }
@@ -87,9 +135,10 @@ void warn_of_colours(process_frame &frame, const band_parameters &p) {
 // What an assembly has to be told about such bands, where it isn't the default.
 std::string options_of_assembly(const band_parameters &p) {
   const library_parameters standard;
-  const auto tolerance = static_cast<std::int32_t>(std::lround(2 * p.error * p.scale));
+  const auto tolerance =
+      static_cast<std::int32_t>(std::lround(2 * p.largest_error() * (p.is_agarose() ? 1 : p.units_a_bp())));
   const double gel_length = std::ceil(length_of_gel(p));
-  const double places = 4 * (p.max_length - p.min_length) * p.scale;
+  const double places = p.is_agarose() ? gel_length : 4 * (p.longest() - p.shortest()) * p.units_a_bp();
   const auto n_bands = static_cast<std::int32_t>(std::max(1.0, std::round(places / std::max(2 * tolerance, 1))));
   std::string text;
   if (tolerance != standard.tolerance)
@@ -124,7 +173,8 @@ struct simulate_library_parameters {
   std::optional<double> coverage; // unset: that of `draw`, and the number of clones is asked
   std::string clone_site = usual_clone_site;
   band_parameters bands;
-  std::string keep; // "observed", "putative", "all"; empty: asked
+  std::optional<std::int32_t> min_bands; // unset: by the gel
+  std::string keep;                      // "observed", "putative", "all"; empty: asked
 };
 
 void describe_clones(parameter_list &list, simulate_library_parameters &p) {
@@ -145,7 +195,10 @@ void describe_clones(parameter_list &list, simulate_library_parameters &p) {
   list.add("longest-gap", draw.longest_gap, "longest run of unknown letters that a clone lies across, base pairs")
       .limits(0, 2e9)
       .in_group(group);
-  list.add("min-bands", draw.min_bands, "fewest bands of a clone that is kept").limits(0, 500).in_group(group);
+  list.add("min-bands", p.min_bands, "fewest bands of a clone that is kept")
+      .limits(0, 500)
+      .unset(by_gel(on_capillaries.min_bands, on_agarose.min_bands))
+      .in_group(group);
   list.add("max-bands", draw.max_bands, "most bands of a clone that is kept").limits(1, 500).in_group(group);
   list.add("keep", p.keep, "count bands as read with errors, as they would be without, or keep all clones")
       .one_of({"observed", "putative", "all"})
@@ -166,11 +219,15 @@ bool put_clone_site(const std::string &site, class_Simul_CutEnzyme &ends) {
   return ends.clone_end_site_set(site == usual_clone_site ? "HindIII" : "ends", site);
 }
 
+std::int32_t fewest_bands(const simulate_library_parameters &p) {
+  return p.min_bands.value_or(p.bands.usual().min_bands);
+}
+
 void check_simulate_library(const project_state &project, const parts_there &, const simulate_library_parameters &p) {
   check_bands(p.bands);
   if (p.coverage && p.draw.n_clones)
     throw usage_error("--coverage and --clones say the same; use one of them");
-  if (p.draw.min_bands > p.draw.max_bands)
+  if (fewest_bands(p) > p.draw.max_bands)
     throw usage_error("--min-bands must not be above --max-bands");
   process_frame unseen;
   class_Simul_CutEnzyme ends(unseen);
@@ -204,6 +261,7 @@ private:
   clone_draw draw_wanted() const {
     clone_draw draw = wanted_.draw;
     draw.coverage = wanted_.coverage.value_or(draw.coverage);
+    draw.min_bands = fewest_bands(wanted_);
     if (!draw.n_clones && wanted_.coverage) // the number of clones is settled by it
       draw.ask_number_of_clones = false;
     draw.seed = project_.settings().seed;
@@ -224,7 +282,7 @@ private:
   void put_parameters(command_result &result) const {
     const clone_draw draw = draw_wanted();
     put_bands(wanted_.bands, result);
-    result.parameter("error", wanted_.bands.error);
+    result.parameter("error", wanted_.bands.largest_error());
     result.parameter("lost", wanted_.bands.lost);
     result.parameter("mean_length", draw.mean_length);
     result.parameter("length_deviation", draw.length_deviation);

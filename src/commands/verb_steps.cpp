@@ -42,6 +42,17 @@ step net() {
 step net_if_given() {
   return {"net.load", "", {{"file", "net"}}, "net"};
 }
+step by_library(verb_step::by_key names) {
+  names.emplace_back("library-stays", "");
+  return {"parameters.by_library", "load", std::move(names), "auto"};
+}
+step cutoff_by_library() {
+  return {"parameters.by_library",
+          "load",
+          {{"preset", ""}, {"tolerance", ""}, {"gel-length", ""}, {"n-bands", ""}},
+          "auto",
+          {{"library-stays", "yes"}}};
+}
 step pools() {
   return {"pools.load", "", {{"file", "recoding"}}};
 }

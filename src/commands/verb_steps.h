@@ -24,6 +24,10 @@ step options();
 step options_of_order();
 step net();
 step net_if_given();
+// What the fingerprints say of the parameters, with --auto.
+step by_library(verb_step::by_key names = {});
+// Of the cutoff alone: what was compared with other parameters than the library's own couldn't be gone on with.
+step cutoff_by_library();
 step pools();
 step net_save(std::optional<project_part> if_there = {});
 step contigs();

@@ -18,6 +18,20 @@ void resume_option(parameter_list &list, verb_run &call) {
   list.add("resume", call.resume, "go on with an earlier run of the same kind");
 }
 
+void auto_option(parameter_list &list, verb_run &call) {
+  list.add("auto", call.automatic,
+           "tolerance, gel length, n-bands and cutoff by the fingerprints, but for what is given");
+}
+
+void auto_cutoff_option(parameter_list &list, verb_run &call) {
+  list.add("auto", call.automatic, "cutoff by the fingerprints, as the library compares them, unless it is given");
+}
+
+void assemble_options(parameter_list &list, verb_run &call) {
+  resume_option(list, call);
+  auto_option(list, call);
+}
+
 void menu_options(parameter_list &list, verb_run &call) {
   list.add("project", call.project_file, "project file that is loaded first").type("FILE");
 }
@@ -71,27 +85,34 @@ verb markers_verb(std::string name, std::string result, std::string purpose, std
 }
 
 void add_stage_verbs(std::vector<verb> &table) {
-  verb assemble = plain_verb(
-      "assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
-      "orb assemble examples/ecoli536 --out results/ecoli536", {"input"}, place::none,
-      scored_library_and(
-          {options(), {"net.create", "net"}, {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}}, contigs()}),
-      {"out"});
-  assemble.extra = resume_option;
+  verb assemble = plain_verb("assemble", "INPUT --out DIR", "from fingerprints to contigs: the whole road",
+                             "orb assemble examples/ecoli536 --out results/ecoli536", {"input"}, place::none,
+                             scored_library_and({options(),
+                                                 by_library(),
+                                                 {"net.create", "net"},
+                                                 {"net.revise", "revision", {{"out", ""}, {"ask-rank", ""}}},
+                                                 contigs()}),
+                             {"out"});
+  assemble.extra = assemble_options;
   assemble.run = run_assemble_verb;
   table.push_back(assemble);
-  verb load = plain_verb("load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
-                         "orb load plates/ --out library.ORBdb --preset 4", {"input"}, place::beside_file,
-                         library_and({{"library.save", "save"}}), {"out"});
+  verb load =
+      plain_verb("load", "INPUT --out LIB.ORBdb", "read fingerprints, drop exact copies, save a library file",
+                 "orb load plates/ --out library.ORBdb --preset 4", {"input"}, place::beside_file,
+                 library_and({by_library({{"metric", ""}, {"cutoff", ""}}), {"library.save", "save"}}), {"out"});
+  load.extra = auto_option;
+  load.prepare = [](verb_run &call, project_state &) { take_gel_of_fingerprints(call); };
   load.says_saved = true;
   table.push_back(load);
   verb net_verb =
       plain_verb("net", "LIB --out NET.ORBns", "compare all clones and save the net of significant overlaps",
                  "orb net library.ORBdb --out net.ORBns --cutoff 15", {"input"}, place::beside_file,
-                 scored_library_and({{"net.create", "net", {}, "!text"},
+                 scored_library_and({cutoff_by_library(),
+                                     {"net.create", "net", {}, "!text"},
                                      {"net.create_text", "net", {{"out", "text"}}, "text", {{"load", "yes"}}},
                                      net_save(project_part::net)}),
                  {"out"});
+  net_verb.extra = auto_cutoff_option;
   net_verb.check = check_net;
   net_verb.says_saved = true;
   table.push_back(net_verb);

@@ -120,7 +120,7 @@ public:
   bool flag(const std::string &option) const;
 
   // Options of verbs themselves.
-  bool resume = false;
+  bool resume = false, automatic = false;
   std::filesystem::path run_folder, library, net, script, project_file;
   std::optional<std::filesystem::path> answers_used;
 
@@ -161,6 +161,8 @@ exit_status run_assemble_verb(verb_run &call, project_state &project, const comm
 exit_status run_menu_verb(verb_run &call, project_state &project, const command_streams &streams);
 exit_status run_script_verb(verb_run &call, project_state &project, const command_streams &streams);
 void take_cutoff_of_fpc_input(verb_run &call);
+// With --auto fingerprints may have any gel length: one that holds them, until the proposals say more.
+void take_gel_of_fingerprints(verb_run &call);
 void prepare_run_verb(verb_run &call, project_state &project);
 void prepare_map_verb(verb_run &call, project_state &project);
 void prepare_picture_verb(verb_run &call, project_state &project);

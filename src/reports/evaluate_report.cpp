@@ -240,6 +240,8 @@ json row_of_contig(const contig_quality &contig, const true_map &truth) {
   row["path_covered_share"] =
       figure_of(contig.path, [](const path_quality &p) { return share_of(p.length_covered, p.length_main); });
   row["whole_tau"] = contig.whole.tau() ? rounded(*contig.whole.tau(), 6) : json();
+  row["wrong_gaps_left_out"] = contig.whole.n_wrong;
+  row["width"] = contig.width >= 0 ? json(contig.width) : json();
   return row;
 }
 

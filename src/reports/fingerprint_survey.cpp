@@ -133,32 +133,4 @@ fingerprint_survey survey_of_fingerprints(const std::vector<std::filesystem::pat
   return survey;
 }
 
-parameter_proposal proposed_parameters(const fingerprint_survey &survey) {
-  parameter_proposal proposal;
-  const double largest = std::floor(survey.largest_band);
-  for (std::int32_t preset : {1, 2, 3, 4}) {
-    proposal.fields = *parameters_of_kind(preset);
-    if (largest > proposal.fields.gel_length)
-      continue;
-    proposal.preset = preset;
-    proposal.reason = fmt::format("the largest band, {}, is the first to fit a known gel length, {}",
-                                  number_text_shortest(largest), number_text_shortest(proposal.fields.gel_length));
-    return proposal;
-  }
-  proposal.fields = *parameters_of_kind(4);
-  if (largest > LARGEST_band_axis) {
-    proposal.reason = fmt::format("the largest band, {}, is beyond the longest gel, {}, and can't be read",
-                                  number_text_shortest(largest), number_text_shortest(LARGEST_band_axis));
-    return proposal;
-  }
-  const double longer = std::ceil(largest / 1000) * 1000;
-  proposal.fields.n_bands = static_cast<std::int32_t>(proposal.fields.n_bands * longer / proposal.fields.gel_length);
-  proposal.fields.gel_length = longer;
-  proposal.reason =
-      fmt::format("the largest band, {}, is beyond all known gel lengths: preset 4 with a longer gel and as "
-                  "many more band positions",
-                  number_text_shortest(largest));
-  return proposal;
-}
-
 } // namespace orb

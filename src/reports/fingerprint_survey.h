@@ -1,13 +1,10 @@
-// A look over fingerprint files that asks for no parameters and refuses nothing: what is in them, and which parameters
-// would fit.
+// A look over fingerprint files that asks for no parameters and refuses nothing: what is in them.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "database/library_parameters.h"
 
 namespace orb {
 
@@ -26,14 +23,5 @@ struct fingerprint_survey {
 
 // Throws file_error when a file can't be read.
 fingerprint_survey survey_of_fingerprints(const std::vector<std::filesystem::path> &files);
-
-struct parameter_proposal {
-  std::int32_t preset = 0; // 0: none of the known kinds fits as it stands
-  library_parameters fields;
-  std::string reason;
-};
-
-// Goes by the largest band: the smallest known gel length that holds it.
-parameter_proposal proposed_parameters(const fingerprint_survey &survey);
 
 } // namespace orb

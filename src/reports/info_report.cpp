@@ -10,10 +10,10 @@
 #include "frame/files.h"
 #include "frame/numbers.h"
 #include "graph/class_net.h"
-#include "net/band_scale.h"
 #include "project/input_kind.h"
 #include "reports/contig_summary_text.h"
 #include "reports/fingerprint_survey.h"
+#include "reports/proposal_report.h"
 #include "reports/run_record.h"
 
 namespace orb {
@@ -52,26 +52,6 @@ void add_making(process_frame &frame, report &made, const fs::path &path) {
 
 } // namespace
 
-// What the bands themselves say of chance, beside what the parameters assume.
-static report measured_scale(const class_DB_of_clones &database) {
-  constexpr double false_pairs = 0.01; // expected in the whole library
-  const band_scale scale = band_scale_of(clone_bands(database), 1);
-  const double n = database.total_number_of_clones_get(), pairs = std::max(1.0, n * (n - 1) / 2);
-  const double cutoff = std::log10(pairs / false_pairs);
-  const auto middle = static_cast<std::int32_t>(scale.median_bands);
-  std::int32_t k = 1;
-  while (k < middle && scale.score(k, middle, middle) < cutoff)
-    ++k;
-  report made{{"positions that bands take", positions_of_library(scale)}, {"cutoff at these", number_text(cutoff, 2)}};
-  if (middle > 0)
-    made["least overlap seen"] = number_text(100 * scale.overlap(k, middle, middle) / middle, 0) +
-                                 " % of two clones of " + std::to_string(middle) + " bands";
-  made["reason"] =
-      "pairs that share no more than chance tell the positions; at the cutoff 0.01 false pairs are expected "
-      "in all, by Sulston_1988 with n-bands as measured";
-  return made;
-}
-
 report report_on_library(process_frame &frame, const project_settings &settings, const fs::path &file) {
   report made = head_of_report(file);
   class_DB_of_clones database;
@@ -97,7 +77,7 @@ report report_on_library(process_frame &frame, const project_settings &settings,
                         {"gel length", database.max_band_length_get()},
                         {"n-bands", database.total_number_of_different_bands_FPC_get()},
                         {"bands hold", database.index_of_band_type_get() == 0 ? "lengths" : "bin numbers"}};
-  made["measured"] = measured_scale(database);
+  made["proposed parameters"] = rows_of_proposals(proposals_of(database));
   made["repeated names"] = database.IsDBContainRepeatsCloneNames_get();
   made["checksum"] = checksum_text(library_checksum(database));
   made["check"] = "whole; bands ascending and within the gel length";
@@ -167,7 +147,7 @@ report report_on_text_net(const fs::path &file) {
   return made;
 }
 
-report report_on_fingerprints(const fs::path &path) {
+report report_on_fingerprints(process_frame &frame, const project_settings &settings, const fs::path &path) {
   report made = head_of_report(path);
   const fingerprint_survey survey =
       survey_of_fingerprints(fs::is_directory(path) ? sizes_files_of_folder(path) : std::vector<fs::path>{path});
@@ -190,17 +170,8 @@ report report_on_fingerprints(const fs::path &path) {
     made["decimal sign"] = survey.has_point && survey.has_comma ? "point and comma"
                            : survey.has_comma                   ? "comma"
                                                                 : "point";
-  if (survey.n_bands > 0) {
-    const parameter_proposal proposal = proposed_parameters(survey);
-    report fields{{"tolerance", proposal.fields.tolerance},
-                  {"tolerance index", proposal.fields.tolerance_index},
-                  {"gel length", proposal.fields.gel_length},
-                  {"n-bands", proposal.fields.n_bands}};
-    if (proposal.preset)
-      fields["preset"] = proposal.preset;
-    fields["reason"] = proposal.reason;
-    made["proposed parameters"] = std::move(fields);
-  }
+  if (const auto proposals = proposals_from_files(frame, settings, path, survey.largest_band))
+    made["proposed parameters"] = rows_of_proposals(*proposals);
   made["problems"] = survey.problems;
   if (survey.n_problems > static_cast<std::int64_t>(survey.problems.size()))
     made["problems in all"] = survey.n_problems;
@@ -306,7 +277,7 @@ report report_on(process_frame &frame, const project_settings &settings, const f
     return report_on_text_net(path);
   case input_kind::sizes_folder:
   case input_kind::sizes_file:
-    return report_on_fingerprints(path);
+    return report_on_fingerprints(frame, settings, path);
   case input_kind::run_folder:
     return report_on_run(frame, path);
   case input_kind::results_folder:

@@ -17,7 +17,8 @@ using report = nlohmann::ordered_json;
 report report_on_library(process_frame &frame, const project_settings &settings, const std::filesystem::path &file);
 report report_on_net(process_frame &frame, const std::filesystem::path &file);
 report report_on_text_net(const std::filesystem::path &file);
-report report_on_fingerprints(const std::filesystem::path &path);
+report report_on_fingerprints(process_frame &frame, const project_settings &settings,
+                              const std::filesystem::path &path);
 report report_on_run(process_frame &frame, const std::filesystem::path &folder);
 report report_on_results(process_frame &frame, const project_settings &settings, const std::filesystem::path &folder);
 // Of a text file that a run or another program wrote: what can be counted in it.

@@ -43,10 +43,17 @@ public:
   std::int32_t n_enzymes() const { return static_cast<std::int32_t>(enzyme_list_.size()) - 1; }
   // Replaces the list by HindIII alone, without a label: on its sites clone ends fall.
   void start_for_cut_genome_into_clones();
+  // Replaces the list by HindIII, all of whose fragments are seen once by a stain, where they came to a stop on an
+  // agarose gel. Bands are then positions from 0, of the longest fragment seen, to `length_of_agarose`, of the
+  // shortest, and they are misread by gel units; scale and shift don't count.
+  void start_for_agarose();
+  bool is_on_agarose() const { return is_on_agarose_; }
+  static constexpr double length_of_agarose = 3300;
   // Another site in its place, of letters A, C, G, T, cut behind its first letter. False for anything else.
   bool clone_end_site_set(const std::string &name, const std::string &site);
 
-  double max_error_in_band_size_scoring_get() const { return max_error_in_band_size_scoring_; } // base pairs
+  // Base pairs; on agarose gel units.
+  double max_error_in_band_size_scoring_get() const { return max_error_in_band_size_scoring_; }
   void max_error_in_band_size_scoring_set(double error) { max_error_in_band_size_scoring_ = error; }
   double probability_to_miss_band_get() const { return probability_to_miss_band_; }
   void probability_to_miss_band_set(double probability) { probability_to_miss_band_ = probability; }
@@ -146,9 +153,12 @@ public:
 private:
   void add_enzyme(const char *name, const char *site, std::int32_t cut_after, const char *color, std::int32_t term);
   void ask_order_of_enzymes();
+  // A fragment's place on agarose: among those that a gel sets apart the way is about inverse to the size.
+  double position_on_agarose(double length) const;
 
   process_frame &frame_;
   std::vector<enzyme_rec> enzyme_list_;
+  bool is_on_agarose_ = false;
   double min_band_length_ = 50, max_band_length_ = 500; // shorter and longer bands aren't observed
   std::int32_t max_band_table_ = 600;                   // above the longest observable size
   double scale_ = 30;

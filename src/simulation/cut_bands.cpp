@@ -42,7 +42,7 @@ void class_Simul_CutEnzyme::create_band_presented_times(const cut_list &cuts, bo
     // A label on the far side of the overhang reads 4 shorter; only this one of the two ends, and both_ends always at
     // d: deliberate.
     const std::int32_t d_of_a = b == 1 && a > b ? d - overhang : d;
-    if (d_of_a == d || d >= overhang + 1)
+    if (!is_on_agarose_ && (d_of_a == d || d >= overhang + 1)) // a stain shows the fragment once
       ++table.times(d_of_a, a);
     if (!table.both_ends.empty())
       ++table.both_ends[table.pair_cell(d, b, a)];
@@ -58,14 +58,10 @@ void class_Simul_CutEnzyme::cutSingleSeqByEnzymes_and_createListOfBands_run(cons
                                                                             std::vector<double> &bands,
                                                                             band_reading_sums &sums) const {
   bands.clear();
-  const auto observed = [&](std::int32_t length) -> double {
-    if (no_errors)
-      return length;
-    if (probability_to_miss_band_ > chance.uniform())
-      return -1;
+  const auto misreading = [&]() -> double {
     chance.uniform(); // drawn and dropped, deliberate: it is part of the order of draws
     const double spread = chance.uniform() < share_of_small_errors ? 1 : 3;
-    return length + (2 * chance.uniform() - 1) * spread * max_error_in_band_size_scoring_;
+    return (2 * chance.uniform() - 1) * spread * max_error_in_band_size_scoring_;
   };
   for (std::int32_t e = 1; e <= n_enzymes(); ++e) {
     const enzyme_rec &enzyme = enzyme_list_[static_cast<std::size_t>(e)];
@@ -73,11 +69,14 @@ void class_Simul_CutEnzyme::cutSingleSeqByEnzymes_and_createListOfBands_run(cons
       continue;
     for (std::int32_t length = 1; length <= table.max_length; ++length)
       for (std::int32_t k = table.times(length, e); k > 0; --k) {
-        const double size = observed(length);
-        if (size < min_band_length_ || size > max_band_length_) {
+        const bool is_lost = !no_errors && probability_to_miss_band_ > chance.uniform();
+        const double error = no_errors || is_lost ? 0 : misreading();
+        const double size = is_on_agarose_ ? length : length + error;
+        if (is_lost || size < min_band_length_ || size > max_band_length_) {
           sums.lost_length += length;
         } else if (bands.size() < most_bands) {
-          bands.push_back(enzyme.term + size * scale_);
+          bands.push_back(is_on_agarose_ ? std::clamp(position_on_agarose(length) + error, 0.0, length_of_agarose)
+                                         : enzyme.term + size * scale_);
           sums.observed_length += size;
           ++sums.n_observed;
         }
@@ -178,7 +177,8 @@ band_counts class_Simul_CutEnzyme::calculate_real_number_of_bands(const cut_list
     ++counts.more_0;
     if (d > max_band_table_)
       ++counts.too_long;
-    if (d >= min_band_length_ && d <= max_band_length_ && ((a > 1 && b > 0) || (b > 1 && a > 0)))
+    const bool is_seen = is_on_agarose_ ? a > 0 && b > 0 : (a > 1 && b > 0) || (b > 1 && a > 0);
+    if (d >= min_band_length_ && d <= max_band_length_ && is_seen)
       ++counts.ok_colored;
   }
   return counts;

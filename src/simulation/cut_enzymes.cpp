@@ -59,6 +59,17 @@ void class_Simul_CutEnzyme::start_for_cut_genome_into_clones() {
   add_enzyme("HindIII", "AAGCTT", 1, "No", 0);
 }
 
+void class_Simul_CutEnzyme::start_for_agarose() {
+  start_for_cut_genome_into_clones();
+  enzyme_list_[1].color = "Stain";
+  is_on_agarose_ = true;
+}
+
+double class_Simul_CutEnzyme::position_on_agarose(double length) const {
+  const double of_longest = 1 / max_band_length_;
+  return length_of_agarose * (1 / length - of_longest) / (1 / min_band_length_ - of_longest);
+}
+
 bool class_Simul_CutEnzyme::clone_end_site_set(const std::string &name, const std::string &site) {
   std::vector<std::int16_t> letters;
   LetterIndexes_get(site, letters);

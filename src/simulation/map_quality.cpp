@@ -114,6 +114,7 @@ void quality_counter::count_clusters() {
 void quality_counter::count_contig(std::size_t cluster) {
   contig_quality contig;
   contig.name = input_.run->clusters[cluster].name;
+  contig.width = input_.run->clusters[cluster].width;
   contig.n_clones = static_cast<std::int32_t>(clones_.size());
   find_places(contig);
   count_wrong_clones(contig);

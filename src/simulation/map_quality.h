@@ -26,6 +26,7 @@ namespace orb {
 
 struct contig_quality {
   std::string name;
+  std::int32_t width = -1; // as the run has it; -1: not measured
   std::int32_t n_clones = 0, n_unknown = 0;
   std::int32_t n_chimeric = 0; // clones of several stretches that are in the contig
   std::int32_t n_wrong = 0;    // clones that sit wrongly

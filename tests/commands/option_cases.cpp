@@ -44,6 +44,16 @@ run: pvalue.load folder=in/tables
 run: metric.by_library
 after: net.create
 [library]
+run: parameters.by_library
+after: net.create
+  preset=5 -> figures
+  tolerance=5 -> figures
+  gel-length=70000 -> panel
+  n-bands=3000 -> figures
+  metric=k2mn -> figures
+  cutoff=20 -> figures
+  library-stays=yes -> figures
+[library]
 run: metric.set
 after: net.create
 after: net.save out=n.ORBns
@@ -1301,6 +1311,7 @@ run: simulate.library genome=in/genome.fa out=o clones=60 mean-length=8000 lengt
   longest-gap=10 -> o/truth.tsv
   min-bands=10 -> figures
   max-bands=20 -> figures
+  gel=agarose -> o/DataBase_Simul.sizes
   keep=all -> figures
   min-band-length=100 -> o/DataBase_Simul.sizes
   max-band-length=300 -> o/DataBase_Simul.sizes
@@ -1323,6 +1334,7 @@ fails
 []
 run: simulate.digest genome=in/genome.fa out=o
   part-length=5000 -> o/enz_EcoRI_statistics.txt
+  gel=agarose -> o/fingerprints.sizes
   min-band-length=100 -> o/fingerprints.sizes
   max-band-length=300 -> o/fingerprints.sizes
   scale=10 -> o/fingerprints.sizes

@@ -16,8 +16,8 @@ using orb::parameter_row;
 using orb::verb_run;
 
 // Options that end in the verb or the program, not in a command.
-const std::set<std::string> own_options{"resume", "run",   "library", "net", "project", "script", "force", "threads",
-                                        "seed",   "quiet", "verbose", "log", "answers", "yes",    "strict"};
+const std::set<std::string> own_options{"resume",  "auto", "run",   "library", "net", "project", "script", "force",
+                                        "threads", "seed", "quiet", "verbose", "log", "answers", "yes",    "strict"};
 
 // A value that the row takes and that isn't what it holds.
 std::string other_value(const parameter_row &row) {

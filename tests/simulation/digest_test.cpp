@@ -215,6 +215,32 @@ TEST_F(digest, band_table_counts_ends_by_their_rules) {
   EXPECT_EQ(alone[3], (band_counts{7, 1, 0}));
 }
 
+TEST_F(digest, agarose_shows_each_fragment_once_where_it_came_to_a_stop) {
+  cutter.start_for_agarose();
+  cutter.min_band_length_set(600);
+  cutter.max_band_length_set(30000);
+  cutter.max_error_in_band_size_scoring_set(3.5);
+  cutter.merge_distance_set(7);
+  cut_list cuts;
+  for (const std::int32_t position : {0, 600, 1000, 31000, 33000, 35000, 70000}) // 400 and 35000 aren't seen
+    cuts.add(position, 1);
+  EXPECT_EQ(cutter.calculate_real_number_of_bands(cuts, 0, cuts.n_cuts()).ok_colored, 4);
+  random_source chance(4);
+  std::vector<double> bands;
+  band_reading_sums sums;
+  cutter.list_of_bands_for_several_parts({cuts}, true, chance, bands, sums);
+  EXPECT_EQ(bands, (std::vector<double>{0, 942, 3300})); // 3300 (1/2000 - 1/30000) / (1/600 - 1/30000); two are one
+  double farthest = 0;
+  for (int round = 0; round < 300; ++round) {
+    cutter.list_of_bands_for_several_parts({cuts}, false, chance, bands, sums);
+    ASSERT_TRUE(std::is_sorted(bands.begin(), bands.end()) && bands.front() >= 0 && bands.back() <= 3300);
+    for (const double band : bands)
+      if (band > 500 && band < 2000)
+        farthest = std::max(farthest, std::abs(band - 942));
+  }
+  EXPECT_TRUE(farthest > 7 && farthest < 11.5) << farthest;
+}
+
 TEST_F(digest, runs_of_unknown_letters_count_as_if_each_were_a_break) {
   random_source chance(8);
   for (int round = 0; round < 50; ++round) {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <sys/wait.h>
 
@@ -19,6 +20,14 @@ struct outcome {
   int status = -1;
   std::string out, err;
 };
+
+// The value that `info --json` proposes for a parameter; 0: none.
+inline double proposed(const nlohmann::json &told, const std::string &parameter) {
+  for (const auto &row : told.value("proposed parameters", nlohmann::json::array()))
+    if (row["parameter"] == parameter)
+      return row["value"].get<double>();
+  return 0;
+}
 
 // A folder of its own for each test, gone afterwards.
 class program_test : public testing::Test {

@@ -65,6 +65,7 @@ TEST_F(simulate, refuses_bad_input_and_impossible_parameters) {
                {"genome.fa --min-bands 90 --max-bands 80", "--min-bands must not be above --max-bands", 2},
                {"genome.fa --min-band-length 500", "--min-band-length must be below --max-band-length", 2},
                {"genome.fa --scale 100000", "a gel longer than", 2},
+               {"genome.fa --gel agarose --shift 9000", "belong to --gel capillary", 2},
                {"genome.fa --clone-site AANTT", "--clone-site takes a site", 2}};
   for (const auto &one : cases) {
     const outcome seen = orb("simulate library " + one.arguments + " --out lib -q");

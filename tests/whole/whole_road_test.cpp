@@ -469,12 +469,43 @@ TEST_F(whole_road, a_list_is_ordered_and_drawn) {
   EXPECT_NE(unknown.err.find("In total, 1 clones not found!"), std::string::npos) << unknown.err;
 }
 
+// What `info` proposes is what --auto takes, but for what is given; a run that is there isn't overwritten by one whose
+// files get their names later.
+TEST_F(whole_road, parameters_by_the_fingerprints) {
+  const std::string quick = " --auto --no-ordering --no-pair-tables --no-drawings";
+  const auto told = nlohmann::json::parse(orb("info " + example + " --json").out)[0];
+  ASSERT_EQ(orb("assemble " + example + " --out a" + quick).status, 0);
+  const auto taken = nlohmann::json::parse(whole::bytes_of(folder / "a/run.json"))["parameters"];
+  EXPECT_EQ(taken["tolerance"], whole::proposed(told, "tolerance"));
+  EXPECT_EQ(taken["gel_length"], whole::proposed(told, "gel-length"));
+  EXPECT_EQ(taken["n_bands"], whole::proposed(told, "n-bands"));
+  EXPECT_EQ(taken["cutoff"], whole::proposed(told, "cutoff"));
+  EXPECT_TRUE(taken["cutoff"] > 4 && taken["cutoff"] < 12) << taken;
+  const outcome again = orb("assemble " + example + " --out a" + quick);
+  EXPECT_EQ(again.status, 3) << again.err;
+  const outcome given = orb("assemble " + example + " --out b --tolerance 9 --cutoff 12" + quick);
+  ASSERT_EQ(given.status, 0) << given.err;
+  const auto some = nlohmann::json::parse(whole::bytes_of(folder / "b/run.json"))["parameters"];
+  EXPECT_TRUE(some["tolerance"] == 9 && some["cutoff"] == 12 && some["n_bands"] > taken["n_bands"]) << some;
+  EXPECT_NE(given.err.find("as asked for"), std::string::npos) << given.err;
+
+  ASSERT_EQ(orb("load " + example + " --auto --out l.ORBdb").status, 0);
+  EXPECT_EQ(whole::bytes_of(folder / "l.ORBdb"), whole::bytes_of(folder / "a/CloneBandSizes.ORBdb"));
+  ASSERT_EQ(orb("net l.ORBdb --auto --out n.ORBns").status, 0);
+  const auto of_net = nlohmann::json::parse(whole::bytes_of(folder / "n.ORBns.run.json"))["parameters"];
+  EXPECT_EQ(of_net["cutoff"], taken["cutoff"]) << of_net;
+  ASSERT_EQ(orb("assemble l.ORBdb --auto --method layout --no-drawings --out c").status, 0);
+  const auto laid = nlohmann::json::parse(whole::bytes_of(folder / "c/run.json"))["parameters"];
+  EXPECT_TRUE(laid["tolerance"] == taken["tolerance"] && laid["n_bands"] == taken["n_bands"]) << laid;
+}
+
 TEST_F(whole_road, info_tells_what_lies_there_and_finds_a_clone) {
   ASSERT_EQ(orb("assemble " + example + " --out d", pinned).status, 0);
   const auto prints = nlohmann::json::parse(orb("info " + example + " --json").out)[0];
   EXPECT_EQ(prints["records"], 426);
   EXPECT_EQ(prints["exact copies"], 3);
-  EXPECT_EQ(prints["proposed parameters"]["preset"], 4);
+  EXPECT_EQ(whole::proposed(prints, "preset"), 4);
+  EXPECT_EQ(whole::proposed(prints, "gel-length"), 60000);
   const auto results = nlohmann::json::parse(orb("info d --json").out)[0];
   std::multiset<std::string> kinds;
   for (const auto &entry : results["holds"])

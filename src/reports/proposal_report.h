@@ -1,0 +1,20 @@
+// Proposed parameters as rows of a report.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "frame/process_frame.h"
+#include "frame/settings.h"
+#include "net/parameter_proposals.h"
+#include "reports/info_report.h"
+
+namespace orb {
+
+// A row a parameter: its option's name, value, how sure, reason.
+report rows_of_proposals(const parameter_proposals &proposals);
+// From fingerprints that are read for it, silently; nothing when a load would refuse them.
+std::optional<parameter_proposals> proposals_from_files(const process_frame &frame, const project_settings &settings,
+                                                        const std::filesystem::path &path, double largest_band);
+
+} // namespace orb
