@@ -185,10 +185,33 @@ void band_columns::place_group(std::span<const laid_clone> laid, const column_ch
   keep_fits(laid, entries);
 }
 
+// Columns of one group, from `first_column` on.
+void band_columns::note_shared_bands(std::size_t first_column, std::span<const std::int32_t> entries) {
+  shares_.resize(members_.size(), 0);
+  if (columns_.size() < first_column + 2)
+    return;
+  const std::span<const std::int32_t> all(members_.data() + columns_[first_column].first,
+                                          members_.size() - columns_[first_column].first);
+  for (const std::int32_t clone : all)
+    ++n_columns_[static_cast<std::size_t>(clone)];
+  for (std::size_t k = 0; k < all.size(); ++k) {
+    const auto clone = static_cast<std::size_t>(all[k]);
+    if (n_columns_[clone] < 2)
+      continue;
+    const auto from = std::lower_bound(entries.begin(), entries.end(), static_cast<std::int32_t>(first_band_[clone]));
+    const auto to = std::lower_bound(from, entries.end(), static_cast<std::int32_t>(first_band_[clone + 1]));
+    shares_[columns_[first_column].first + k] = n_columns_[clone] > to - from ? 1 : 0;
+  }
+  for (const std::int32_t clone : all)
+    n_columns_[static_cast<std::size_t>(clone)] = 0;
+}
+
 void band_columns::keep_fits(std::span<const laid_clone> laid, std::span<const std::int32_t> entries) {
   const double slack = off_place * scale_.r;
+  const std::size_t first_column = columns_.size();
   for (band_column &fit : fits_) {
     fit.first = members_.size();
+    fit.group = entries.front();
     fit.n_members = 0;
     fit.value = 0;
     for (const std::int32_t e : entries) {
@@ -212,6 +235,7 @@ void band_columns::keep_fits(std::span<const laid_clone> laid, std::span<const s
       if (std::binary_search(members_.begin() + static_cast<std::ptrdiff_t>(fit.first), members_.end(), clone_of(e)))
         in_column_[static_cast<std::size_t>(e)] = 1;
   }
+  note_shared_bands(first_column, entries);
 }
 
 void band_columns::number_entries(std::span<const laid_clone> laid) {
@@ -256,10 +280,12 @@ void band_columns::make(std::span<const laid_clone> laid, const column_chances &
                         const std::atomic<bool> &stopped, bool same_groups) {
   columns_.clear();
   members_.clear();
+  shares_.clear();
   number_entries(laid);
   const std::size_t n = clone_of_entry_.size();
   in_column_.assign(n, 0);
   stance_.assign(laid.size(), stance::other);
+  n_columns_.assign(laid.size(), 0);
   by_right_.resize(laid.size());
   std::iota(by_right_.begin(), by_right_.end(), 0);
   std::sort(by_right_.begin(), by_right_.end(), [&](std::int32_t a, std::int32_t b) {
@@ -298,8 +324,11 @@ public:
       : scale_(scale), map_(map), laid_(laid), shown_(laid.size()) {
     const auto &columns = map.columns();
     for (std::size_t c = 0; c < columns.size(); ++c)
-      for (const std::int32_t m : map.members(columns[c]))
-        shown_[static_cast<std::size_t>(m)].push_back(static_cast<std::int32_t>(c));
+      for (std::size_t k = 0; k < map.members(columns[c]).size(); ++k)
+        shown_[static_cast<std::size_t>(map.members(columns[c])[k])].push_back(
+            {static_cast<std::int32_t>(c), map.shares_a_band(columns[c])[k] != 0, true, true});
+    for (auto &shown : shown_)
+      find_repeats(shown);
     find_gaps();
   }
 
@@ -327,10 +356,12 @@ public:
 
   void find_ends(const column_chances &chances) {
     const double gain = gain_of_member(chances), loss = loss_of_other(chances);
+    const double usual_loose = usual_loose_share();
     for (std::size_t i = 0; i < laid_.size(); ++i) {
       const double middle = (laid_[i].left + laid_[i].right) / 2;
-      const double left = best_cut(i, laid_[i].left, middle, gain, loss, true);
-      const double right = best_cut(i, laid_[i].right, middle, gain, loss, false);
+      double left = best_cut(i, laid_[i].left, middle, gain, loss, true);
+      double right = best_cut(i, laid_[i].right, middle, gain, loss, false);
+      stick_out(i, usual_loose, left, right);
       laid_[i].left = std::min(left, right);
       laid_[i].right = std::max(left, right);
     }
@@ -347,8 +378,7 @@ public:
       if (to < from)
         continue;
       inside += to - from + 1;
-      shown += std::upper_bound(shown_[i].begin(), shown_[i].end(), to) -
-               std::lower_bound(shown_[i].begin(), shown_[i].end(), from);
+      shown += first_shown(i, to + 1) - first_shown(i, from);
     }
     return inside == 0 ? 0.05 : 1 - static_cast<double>(shown) / static_cast<double>(inside);
   }
@@ -365,6 +395,72 @@ public:
   }
 
 private:
+  // A column that a clone shows. By one band a clone may show several columns of like size: the innermost takes it, and
+  // for those further out it tells nothing, since it would be there whether the clone covers them or not.
+  struct shown_column {
+    std::int32_t column;
+    bool shares_a_band;
+    bool tells_left, tells_right; // of an end to that side
+  };
+  void find_repeats(std::vector<shown_column> &shown) {
+    const auto group_of = [&](std::int32_t k) {
+      return map_.columns()[static_cast<std::size_t>(shown[static_cast<std::size_t>(k)].column)].group;
+    };
+    by_group_.clear();
+    for (std::size_t k = 0; k < shown.size(); ++k)
+      if (shown[k].shares_a_band)
+        by_group_.push_back(static_cast<std::int32_t>(k));
+    std::sort(by_group_.begin(), by_group_.end(), [&](std::int32_t a, std::int32_t b) {
+      return group_of(a) != group_of(b) ? group_of(a) < group_of(b) : a < b;
+    });
+    for (std::size_t k = 1; k < by_group_.size(); ++k)
+      if (group_of(by_group_[k - 1]) == group_of(by_group_[k])) {
+        shown[static_cast<std::size_t>(by_group_[k - 1])].tells_left = false;
+        shown[static_cast<std::size_t>(by_group_[k])].tells_right = false;
+      }
+  }
+  std::ptrdiff_t first_shown(std::size_t i, std::int32_t column) const {
+    return std::lower_bound(shown_[i].begin(), shown_[i].end(), column,
+                            [](const shown_column &s, std::int32_t c) { return s.column < c; }) -
+           shown_[i].begin();
+  }
+
+  double loose_bands(std::size_t i) const {
+    const auto shown = map_.in_column(static_cast<std::int32_t>(i));
+    return static_cast<double>(std::count(shown.begin(), shown.end(), 0));
+  }
+  double usual_loose_share() const {
+    std::vector<double> shares;
+    for (std::size_t i = 0; i < laid_.size(); ++i)
+      if (const std::size_t n = map_.in_column(static_cast<std::int32_t>(i)).size(); n > 0)
+        shares.push_back(loose_bands(i) / static_cast<double>(n));
+    if (shares.empty())
+      return 0;
+    const auto middle = shares.begin() + static_cast<std::ptrdiff_t>(shares.size() / 2);
+    std::nth_element(shares.begin(), middle, shares.end());
+    return *middle;
+  }
+
+  // A column needs two clones: what the outermost has beyond the second is as long as its bands in no column are many,
+  // without those that any clone has.
+  void stick_out(std::size_t i, double usual_loose, double &left, double &right) const {
+    const auto n = static_cast<double>(map_.columns().size());
+    const bool at_left = left<0.5, at_right = right> n - 0.5;
+    if ((!at_left && !at_right) || shown_[i].empty())
+      return;
+    const auto n_bands = static_cast<double>(map_.in_column(static_cast<std::int32_t>(i)).size());
+    const double beyond = std::max(0.0, loose_bands(i) - usual_loose * n_bands);
+    const double laid_left = std::max(0.0, -laid_[i].left), laid_right = std::max(0.0, laid_[i].right - n);
+    const double of_left = !at_right                    ? 1
+                           : !at_left                   ? 0
+                           : laid_left + laid_right > 0 ? laid_left / (laid_left + laid_right)
+                                                        : 0.5;
+    if (at_left)
+      left = -beyond * of_left;
+    if (at_right)
+      right = n + beyond * (1 - of_left);
+  }
+
   // Stretches that one clone covers, or none: `laid_` ascends by left end here.
   void find_gaps() {
     const auto &columns = map_.columns();
@@ -375,8 +471,8 @@ private:
         const double middle = (second + clone.left) / 2;
         const auto at = std::lower_bound(columns.begin(), columns.end(), middle,
                                          [](const band_column &c, double x) { return c.place < x; });
-        if (at != columns.begin() && at != columns.end())
-          extra_[static_cast<std::size_t>(at - columns.begin())] += clone.left - second;
+        if (at != columns.begin() && at != columns.end()) // in whole bands, so that ends stay between columns
+          extra_[static_cast<std::size_t>(at - columns.begin())] += std::round(clone.left - second);
       }
       if (clone.right > farthest) {
         second = farthest;
@@ -392,6 +488,8 @@ private:
   double best_cut(std::size_t i, double end, double middle, double gain, double loss, bool is_left) const {
     const auto n = static_cast<std::int32_t>(map_.columns().size());
     const double reach = std::max(5.0, 18 * scale_.r);
+    if (!shown_[i].empty()) // what sticks out covers at least the outermost column
+      end = std::clamp(end, 0.0, static_cast<double>(n));
     std::int32_t low = static_cast<std::int32_t>(std::ceil(end - reach)),
                  high = static_cast<std::int32_t>(std::floor(end + reach));
     if (is_left)
@@ -401,9 +499,12 @@ private:
     low = std::clamp(low, 0, n);
     high = std::clamp(high, 0, n);
     if (high <= low || (is_left ? end < 0 : end > n))
-      return end; // it sticks out, where no column can tell
+      return end; // no column can tell
     const auto evidence = [&](std::int32_t c) {
-      return std::binary_search(shown_[i].begin(), shown_[i].end(), c) ? gain : -loss;
+      const auto k = static_cast<std::size_t>(first_shown(i, c));
+      if (k == shown_[i].size() || shown_[i][k].column != c)
+        return -loss;
+      return (is_left ? shown_[i][k].tells_left : shown_[i][k].tells_right) ? gain : 0.0;
     };
     thread_local std::vector<double> scores;
     scores.assign(static_cast<std::size_t>(high - low) + 1, 0);
@@ -427,7 +528,8 @@ private:
   const band_scale &scale_;
   const band_columns &map_;
   std::vector<laid_clone> &laid_;
-  std::vector<std::vector<std::int32_t>> shown_; // columns that each clone shows, ascending
+  std::vector<std::vector<shown_column>> shown_; // by clone, ascending
+  std::vector<std::int32_t> by_group_;           // of the clone in hand
   std::vector<double> extra_;                    // by column: length of the gaps before it
 };
 

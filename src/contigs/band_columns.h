@@ -22,6 +22,7 @@ struct band_column {
   double value = 0;        // mean of its bands
   std::size_t first = 0;
   std::int32_t n_members = 0; // band_columns::members[first ..]
+  std::int32_t group = 0;     // columns of bands of like size: one band of a clone may be a member of several
 };
 
 // Chances of a band: to stand in a clone that doesn't cover its column, and to be missing in one that does.
@@ -42,6 +43,10 @@ public:
   // Places in `laid`, ascending.
   std::span<const std::int32_t> members(const band_column &column) const {
     return {members_.data() + column.first, static_cast<std::size_t>(column.n_members)};
+  }
+  // Of each member, whether it shows more columns of the group than it has bands there: one band stands for several.
+  std::span<const char> shares_a_band(const band_column &column) const {
+    return {shares_.data() + column.first, static_cast<std::size_t>(column.n_members)};
   }
   // Whether each band of a clone (by its place in `laid`) stands in a column.
   std::span<const char> in_column(std::int32_t at) const {
@@ -66,6 +71,7 @@ private:
   bool best_place(std::span<const laid_clone> laid, const column_chances &chances, double low, double high,
                   band_column &column);
   void keep_fits(std::span<const laid_clone> laid, std::span<const std::int32_t> entries);
+  void note_shared_bands(std::size_t first_column, std::span<const std::int32_t> entries);
   // A number of an entry that doesn't depend on how the clones lie.
   std::size_t key_of(std::int32_t entry) const {
     const auto i = static_cast<std::size_t>(clone_of(entry));
@@ -78,6 +84,7 @@ private:
   double longest_ = 0; // stretch of a clone
   std::vector<band_column> columns_;
   std::vector<std::int32_t> members_;
+  std::vector<char> shares_;               // parallel to them
   std::vector<char> in_column_;            // by entry: bands of all clones on end
   std::vector<std::size_t> first_band_;    // by place in `laid`
   std::vector<std::size_t> key_of_first_;  // by place in `laid`
@@ -86,8 +93,9 @@ private:
   std::vector<band_value> value_of_entry_;
   std::vector<std::int32_t> by_right_; // places in `laid`, ascending by right end
   std::vector<step> steps_;
-  std::vector<stance> stance_;    // by place in `laid`
-  std::vector<band_column> fits_; // of the group in hand
+  std::vector<stance> stance_;          // by place in `laid`
+  std::vector<std::int32_t> n_columns_; // by place in `laid`: of the group in hand
+  std::vector<band_column> fits_;       // of the group in hand
 };
 
 // Three passes of columns and ends: afterwards `laid` lies on the axis of its columns, unit one column. Its clones

@@ -5,6 +5,11 @@
 namespace orb {
 
 bool clone_layout::linked(clone_number a, clone_number b) const {
+  const scored_edge *edge = net.find(a, b);
+  return (edge != nullptr && edge->score >= scale.linked_cutoff()) || linked_by_bands(a, b);
+}
+
+bool clone_layout::linked_by_bands(clone_number a, clone_number b) const {
   return common_bands(clones.of(a), clones.of(b), clones.t) >= linked_least(clones.count(a), clones.count(b));
 }
 

@@ -73,6 +73,7 @@ struct clone_layout {
   }
   // Whether two clones share more than chance gives, by the net or by comparing them.
   bool linked(clone_number a, clone_number b) const;
+  bool linked_by_bands(clone_number a, clone_number b) const; // the same for two that the net doesn't have
   // Whether the layout has two clones of one piece overlapping so far that they should be linked.
   bool should_be_linked(clone_number a, clone_number b) const {
     return overlap_laid(a, b) > sure_share * fewer_bands(a, b);

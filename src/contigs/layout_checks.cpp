@@ -1,6 +1,9 @@
 #include "contigs/layout_checks.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "metrics/band_merge.h"
 
 namespace orb {
 
@@ -8,7 +11,11 @@ namespace {
 
 constexpr std::size_t most_neighbours = 120, most_overlaps = 500; // of a stack of clones a part speaks for all
 constexpr std::int32_t least_against = 3, least_pairs = 6;
-constexpr std::int32_t least_side = 3; // clones, of a part that hangs on one
+constexpr std::int32_t least_side = 2;   // clones, of a part that hangs on one
+constexpr double near_bridge = 143;      // times l, and a clone's length: how far around a bridge clones are looked at
+constexpr double off_place = 4;          // times r: as far as a place in a thin part of a contig may be off
+constexpr double most_false_bridges = 2; // expected; with more, contigs of two places are no longer rare
+constexpr double least_overlap = 4;      // times r, of two clones that can tell
 constexpr float share_of_misfit = 0.2F;
 constexpr double too_far_share = 0.5, too_far_bands = 10;
 
@@ -19,11 +26,6 @@ template <class function> void for_neighbours(const clone_layout &layout, clone_
   for (std::size_t i = 0; i < run.size(); i += stride)
     if (layout.is_overlap(run[i]) && layout.piece(run[i].to) == layout.piece(clone))
       look(run[i].to);
-}
-
-bool linked_in_net_or_bands(const clone_layout &layout, clone_number a, clone_number b) {
-  const scored_edge *edge = layout.net.find(a, b);
-  return edge != nullptr && edge->score >= layout.scale.linked_cutoff() ? true : layout.linked(a, b);
 }
 
 void check_edges(const clone_layout &layout, clone_number a, layout_verdict &verdict) {
@@ -53,9 +55,16 @@ void count_third_clones(const clone_layout &layout, clone_number a, clone_number
                         std::int32_t &n_against) {
   n_for = n_against = 0;
   const auto look = [&](clone_number from, clone_number to) {
+    // Both runs ascend, so that the one of `to` is walked along with the other.
+    const auto other = layout.net.of(to);
+    std::size_t at = 0;
     for_neighbours(layout, from, [&](clone_number w) {
-      if (w != to && layout.should_be_linked(w, to))
-        ++(linked_in_net_or_bands(layout, w, to) ? n_for : n_against);
+      if (w == to || !layout.should_be_linked(w, to))
+        return;
+      while (at < other.size() && other[at].to < w)
+        ++at;
+      const bool in_net = at < other.size() && other[at].to == w && other[at].score >= layout.scale.linked_cutoff();
+      ++(in_net || layout.linked_by_bands(w, to) ? n_for : n_against);
     });
   };
   look(a, b);
@@ -72,7 +81,7 @@ void count_neighbour_pairs(const clone_layout &layout, clone_number clone, std::
     for (std::size_t j = i + 1; j < around.size(); ++j)
       if (layout.should_be_linked(around[i], around[j])) {
         ++n_pairs;
-        n_not_linked += linked_in_net_or_bands(layout, around[i], around[j]) ? 0 : 1;
+        n_not_linked += layout.linked(around[i], around[j]) ? 0 : 1;
       }
 }
 
@@ -200,17 +209,90 @@ std::vector<clone_number> forking_clones(const clone_layout &layout, std::int32_
   return found;
 }
 
-std::vector<clone_number> lone_bridges(const clone_layout &layout, std::int32_t piece) {
+double evidence_apart(const clone_layout &layout, std::span<const laid_clone> first,
+                      std::span<const laid_clone> second) {
+  struct meeting {
+    double overlap;
+    std::size_t a, b;
+  };
+  std::vector<meeting> meetings;
+  const double off = off_place * layout.scale.r, least = least_overlap * layout.scale.r;
+  for (std::size_t a = 0; a < first.size(); ++a)
+    for (std::size_t b = 0; b < second.size(); ++b)
+      if (const double overlap =
+              std::min(first[a].right, second[b].right) - std::max(first[a].left, second[b].left) - off;
+          overlap >= least)
+        meetings.push_back({overlap, a, b});
+  std::sort(meetings.begin(), meetings.end(), [](const meeting &x, const meeting &y) {
+    return x.overlap != y.overlap ? x.overlap > y.overlap : x.a != y.a ? x.a < y.a : x.b < y.b;
+  });
+  // Each clone once: what it shares with clones of one place is much the same.
+  std::vector<char> used_a(first.size(), 0), used_b(second.size(), 0);
+  double evidence = 0;
+  for (const meeting &m : meetings) {
+    if (used_a[m.a] != 0 || used_b[m.b] != 0)
+      continue;
+    used_a[m.a] = used_b[m.b] = 1;
+    const clone_number u = first[m.a].clone, v = second[m.b].clone;
+    const double n_u = layout.n_of(u), n_v = layout.n_of(v), n = layout.scale.n_positions;
+    const double by_chance = n_u * n_v / n;
+    const double overlap = std::min({m.overlap, n_u, n_v});
+    const double expected = band_scale::shown_again * overlap + (n_u - overlap) * (n_v - overlap) / n;
+    const double k = common_bands(layout.clones.of(u), layout.clones.of(v), layout.clones.t);
+    evidence += k * std::log(by_chance / expected) + expected - by_chance;
+  }
+  return evidence;
+}
+
+namespace {
+
+double mean_centre(const clone_layout &layout, std::span<const clone_number> clones) {
+  double sum = 0;
+  for (const clone_number c : clones)
+    sum += layout.centre[static_cast<std::size_t>(c)];
+  return sum / static_cast<double>(std::max<std::size_t>(1, clones.size()));
+}
+
+} // namespace
+
+std::vector<lone_bridge> lone_bridges(const clone_layout &layout, std::int32_t piece) {
   const piece_search search(layout, piece);
-  const auto n = static_cast<std::int32_t>(search.members().size());
-  std::vector<clone_number> found;
+  const auto &members = search.members();
+  const auto n = static_cast<std::int32_t>(members.size());
+  std::vector<lone_bridge> found;
   for_cut_clones(search, [&](std::int32_t i, std::int32_t top) {
     const std::int32_t below = search.last[piece_search::at(top)] - search.number[piece_search::at(top)] + 1;
-    if (below >= least_side && n - 1 - below >= least_side)
-      found.push_back(search.members()[piece_search::at(i)]);
+    if (below < least_side || n - 1 - below < least_side)
+      return;
+    lone_bridge bridge{members[piece_search::at(i)], {}, {}};
+    const double x = layout.centre[static_cast<std::size_t>(bridge.clone)];
+    const double reach = near_bridge * layout.scale.l + layout.most_bands;
+    const auto first = std::lower_bound(members.begin(), members.end(), x - reach, [&](clone_number c, double y) {
+      return layout.centre[static_cast<std::size_t>(c)] < y;
+    });
+    for (auto c = first; c != members.end() && layout.centre[static_cast<std::size_t>(*c)] <= x + reach; ++c)
+      if (*c != bridge.clone)
+        (search.is_below(search.place_of(*c), top) ? bridge.left : bridge.right).push_back(*c);
+    if (bridge.left.empty() || bridge.right.empty())
+      return;
+    if (mean_centre(layout, bridge.left) > mean_centre(layout, bridge.right))
+      std::swap(bridge.left, bridge.right);
+    found.push_back(std::move(bridge));
   });
-  make_ascending(found);
+  std::stable_sort(found.begin(), found.end(),
+                   [](const lone_bridge &a, const lone_bridge &b) { return a.clone < b.clone; });
   return found;
+}
+
+bool is_believed(const clone_layout &layout, const lone_bridge &bridge, double n_false) {
+  const auto all_laid = [&](const std::vector<clone_number> &clones) {
+    std::vector<laid_clone> all;
+    for (const clone_number c : clones)
+      all.push_back({c, layout.left(c), layout.right(c)});
+    return all;
+  };
+  const double apart = evidence_apart(layout, all_laid(bridge.left), all_laid(bridge.right));
+  return apart < (n_false > most_false_bridges ? sure_bridge : most_evidence_apart);
 }
 
 layout_verdict check_clones(const clone_layout &layout, std::int32_t piece, std::size_t from, std::size_t to,

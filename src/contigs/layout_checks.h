@@ -3,8 +3,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <span>
 #include <vector>
 
+#include "contigs/band_columns.h"
 #include "contigs/clone_layout.h"
 
 namespace orb {
@@ -31,8 +33,25 @@ void count_neighbour_pairs(const clone_layout &layout, clone_number clone, std::
 // Clones by which alone two parts of a piece hang together, while the layout has clones of both lying over each other
 // that share nothing: a chimera's two places go on beyond its arms. Ascending.
 std::vector<clone_number> forking_clones(const clone_layout &layout, std::int32_t piece);
-// Clones by which alone two parts of a piece hang together, each of three clones and more. Ascending.
-std::vector<clone_number> lone_bridges(const clone_layout &layout, std::int32_t piece);
+// How the bands of two sets of clones speak against these lying over each other as they do: the natural logarithm of
+// how much likelier their common bands are by chance. Places may be off by a few bands. 0: they touch too little to
+// tell.
+double evidence_apart(const clone_layout &layout, std::span<const laid_clone> first,
+                      std::span<const laid_clone> second);
+// From here on it is believed: chimeras are rarer than good clones.
+inline constexpr double most_evidence_apart = 3;
+inline constexpr double sure_bridge = -5; // of ends that one clone lays over each other: they belong together
+
+// A clone by which alone two parts of a piece hang together, with the clones of either near it, ascending by centre.
+struct lone_bridge {
+  clone_number clone = 0;
+  std::vector<clone_number> left, right;
+};
+// With parts of two clones and more. Ascending.
+std::vector<lone_bridge> lone_bridges(const clone_layout &layout, std::int32_t piece);
+// Whether the bands of both sides let a bridge be true. `n_false`: bridges that are false, expected by chance: where
+// they are several, a bridge must have what lies over each other for it, not only nothing against it.
+bool is_believed(const clone_layout &layout, const lone_bridge &bridge, double n_false);
 // Reads the layout of one piece, its clones from..to-1; changes nothing but their shares of neighbour pairs that aren't
 // linked, by clone (-1: too few pairs to tell). Finds overlaps, no clones.
 layout_verdict check_clones(const clone_layout &layout, std::int32_t piece, std::size_t from, std::size_t to,

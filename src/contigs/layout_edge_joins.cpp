@@ -2,6 +2,7 @@
 #include <cmath>
 #include <set>
 
+#include "contigs/layout_checks.h"
 #include "contigs/layout_joins.h"
 #include "metrics/band_merge.h"
 
@@ -13,9 +14,13 @@ constexpr double agrees_within = 15; // times r, of the overlap of contigs that 
 constexpr double share_agreeing = 0.7, share_not_linked = 0.5, share_of_rival = 0.6;
 constexpr std::size_t edges_of_one_clone = 3, edges_careful = 5, clones_a_side = 2;
 constexpr double bridge_share = 0.85, bridge_within = 10;
+constexpr std::int32_t few_neighbours = 3;  // of a clone in a contig: hardly any of its bands lies under two of them
 constexpr double as_rival = 2.5;            // times the tolerances, of a bridge that only rules out others
 constexpr double least_meeting = 4;         // score of two ends that a single clone bridges
 constexpr double most_chance_bridges = 0.5; // expected; above it a bridge needs another beside it
+// Clones that would lie wrongly, as expected by chance: for two long contigs one clone is too few where for short ones
+// it may do.
+constexpr double most_clones_at_risk = 5;
 
 double median_of(std::vector<double> &values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -42,15 +47,18 @@ double layout_joiner::beyond(const side &at, clone_number c) const {
   return at.piece < 0 ? 0 : edge_of(at) - layout_.outer_end(c, at.right);
 }
 
-// Bands of a clone that clones of a contig show: of two of its neighbours there, or of one where there is one.
+// Bands of a clone that clones of a contig show: of two of its neighbours there, or of one where there are few, without
+// those that it would show by chance.
 double layout_joiner::footprint(clone_number clone, const side &at) const {
   const auto own = layout_.clones.of(clone);
   std::vector<std::int32_t> shown(own.size(), 0);
   std::int32_t n_neighbours = 0;
+  double not_by_chance = 1;
   for (const scored_edge &edge : layout_.net.of(clone)) {
     if (layout_.piece(edge.to) != at.piece || edge.end != edge_end::kept)
       continue;
     ++n_neighbours;
+    not_by_chance *= 1 - layout_.scale.chance_of_match(layout_.n_of(edge.to));
     const auto other = layout_.clones.of(edge.to);
     for (std::size_t i = 0, j = 0; i < own.size() && j < other.size();) {
       const std::int32_t d = own[i] - other[j];
@@ -64,11 +72,14 @@ double layout_joiner::footprint(clone_number clone, const side &at) const {
       }
     }
   }
-  const std::int32_t wanted = n_neighbours > 1 ? 2 : 1;
-  std::int32_t k = 0;
-  for (const std::int32_t count : shown)
-    k += count >= wanted;
-  return std::min(static_cast<double>(own.size()), k / band_scale::shown_again);
+  const bool few = n_neighbours <= few_neighbours;
+  const auto n = static_cast<double>(own.size());
+  const auto k = static_cast<double>(
+      std::count_if(shown.begin(), shown.end(), [few](std::int32_t c) { return c >= (few ? 1 : 2); }));
+  if (!few)
+    return std::min(n, k / band_scale::shown_again);
+  const double share = n_neighbours == 1 ? band_scale::shown_again : 1; // of what lies under two, one shows nearly all
+  return std::clamp((k - n * (1 - not_by_chance)) / std::max(0.1, share - (1 - not_by_chance)), 0.0, n);
 }
 
 // Each overlap between two contigs, once for each pair of ends that it may join.
@@ -100,23 +111,26 @@ void layout_joiner::gather_edge_pairs(std::vector<std::pair<std::pair<side, side
   std::sort(contacts_.begin(), contacts_.end());
 }
 
-std::int32_t layout_joiner::predicted_not_linked(const side &p, const side &q, double overlap) const {
-  const auto near = [&](const side &at) {
-    std::vector<std::pair<clone_number, double>> clones; // with the distance of the clone's outer end
+layout_joiner::laid_ends layout_joiner::lay_ends(const side &p, const side &q, double overlap) const {
+  laid_ends ends;
+  const auto lay = [&](const side &at, const auto &add) {
     if (at.piece < 0)
-      clones.emplace_back(at.single, 0);
+      add(at.single, 0.0);
     else
-      layout_.for_end(at.piece, at.right, overlap, [&](clone_number c) { clones.emplace_back(c, beyond(at, c)); });
-    return clones;
+      layout_.for_end(at.piece, at.right, overlap, [&](clone_number c) { add(c, beyond(at, c)); });
   };
+  lay(p, [&](clone_number c, double d) { ends.p.push_back({c, -d - layout_.n_of(c), -d}); });
+  lay(q, [&](clone_number c, double d) { ends.q.push_back({c, d - overlap, d - overlap + layout_.n_of(c)}); });
+  return ends;
+}
+
+std::int32_t layout_joiner::predicted_not_linked(const laid_ends &ends) const {
   std::int32_t n = 0;
-  for (const auto &[a, d_a] : near(p))
-    for (const auto &[b, d_b] : near(q)) {
-      // on an axis on which p ends at 0 and q begins at -overlap
-      const double right_a = -d_a, left_a = right_a - layout_.n_of(a);
-      const double left_b = -overlap + d_b, right_b = left_b + layout_.n_of(b);
-      const double laid = std::min(right_a, right_b) - std::max(left_a, left_b);
-      n += laid > clone_layout::sure_share * layout_.fewer_bands(a, b) && !layout_.linked(a, b);
+  for (const laid_clone &a : ends.p)
+    for (const laid_clone &b : ends.q) {
+      const double common = std::min(a.right, b.right) - std::max(a.left, b.left);
+      n += common > clone_layout::sure_share * layout_.fewer_bands(a.clone, b.clone) &&
+           !layout_.linked(a.clone, b.clone);
     }
   return n;
 }
@@ -152,9 +166,12 @@ layout_joiner::judge_edges(const side &p, const side &q,
     return found;
   const bool of_one = clones_p.size() < clones_a_side || clones_q.size() < clones_a_side;
   const std::size_t least = careful_ ? edges_careful : of_one ? edges_of_one_clone : clones_a_side;
-  if (static_cast<std::size_t>(found.n_agreeing) < least)
+  if (static_cast<std::size_t>(found.n_agreeing) < least ||
+      (of_one && (!one_clone_counts_ || one_is_too_few(false_ends_, most_false_ends, p.piece, q.piece))))
     return found;
-  if (predicted_not_linked(p, q, found.overlap) > share_not_linked * found.n_agreeing)
+  const laid_ends ends = lay_ends(p, q, found.overlap);
+  if (predicted_not_linked(ends) > share_not_linked * found.n_agreeing ||
+      evidence_apart(layout_, ends.p, ends.q) >= most_evidence_apart)
     return found;
   if (single) {
     const double n = layout_.n_of(q.single), off = found.overlap - footprint(q.single, p), r = layout_.scale.r;
@@ -268,16 +285,31 @@ double layout_joiner::bridge_off(double n) const {
 
 // Chimeras, expected among the suspects, whose both arms lie by chance within so many bands of a contig's end.
 double layout_joiner::chance_of_two_ends(double within) const {
-  double length = 0, ends = 0, suspects = 0;
+  double length = 0, ends = 0;
   for (std::size_t p = 0; p < layout_.pieces.size(); ++p)
     if (!layout_.pieces[p].empty()) {
       length += reach_[p][0] + reach_[p][1];
       ends += 2;
     }
-  for (const suspect_reason reason : layout_.suspect)
-    suspects += reason != suspect_reason::none;
+  double suspects = 0; // those that fit two ends are good clones in thin places, nearly all
+  for (clone_number c = 1; c <= layout_.clones.n; ++c) {
+    bridge_candidate found;
+    suspects += layout_.is_suspect(c) && !(layout_.piece(c) < 0 && bridge_to(c, found));
+  }
   const double at_an_end = length > 0 ? 2 * within * ends / length : 1;
   return suspects * at_an_end * at_an_end;
+}
+
+bool layout_joiner::one_is_too_few(double n_false, double most, std::int32_t p, std::int32_t q) const {
+  const auto size = [&](std::int32_t piece) {
+    return piece < 0 ? 1.0 : static_cast<double>(layout_.pieces[static_cast<std::size_t>(piece)].size());
+  };
+  return n_false > most || n_false * std::min(size(p), size(q)) > most_clones_at_risk;
+}
+
+double layout_joiner::chance_of_false_bridges() {
+  measure_pieces();
+  return chance_of_two_ends(bridge_off(layout_.scale.median_bands));
 }
 
 // Whether two ends share more bands than chance would give those of unrelated contigs: the ends of a good clone's two
@@ -310,17 +342,31 @@ std::int32_t layout_joiner::join_by_bridges() {
       return (is_at(end(c.p)) && end(c.q).piece != mate.piece) || (is_at(end(c.q)) && end(c.p).piece != mate.piece);
     });
   };
-  const bool one_is_too_few =
-      !one_clone_counts_ || chance_of_two_ends(bridge_off(layout_.scale.median_bands)) > most_chance_bridges;
   const auto is_seconded = [&](const bridge_candidate &one) {
     return std::count_if(candidates.begin(), candidates.end(), [&](const bridge_candidate &other) {
              return (other.p == one.p && other.q == one.q) || (other.p == one.q && other.q == one.p);
            }) > 1;
   };
+  const double chance = chance_of_two_ends(bridge_off(layout_.scale.median_bands));
+  // Whether one clone is enough: where its ends overlap, their bands tell.
+  const auto is_believed = [&](const bridge_candidate &one) {
+    const double overlap = one.overlap_p + one.overlap_q - layout_.n_of(one.clone);
+    const laid_ends ends = lay_ends(one.p, one.q, overlap);
+    const double apart = overlap > 0 ? evidence_apart(layout_, ends.p, ends.q) : 0;
+    if (apart <= sure_bridge)
+      return true;
+    if (!one.good || apart >= most_evidence_apart)
+      return false;
+    if (is_seconded(one))
+      return true;
+    if (!one_clone_counts_ || chance > most_chance_bridges)
+      return false;
+    return !one_is_too_few(chance, most_chance_bridges, one.p.piece, one.q.piece) || ends_meet(one.p, one.q);
+  };
   std::int32_t joined = 0;
   std::set<std::int32_t> used;
   for (const bridge_candidate &one : candidates) {
-    if (!one.good || (!is_seconded(one) && (one_is_too_few || !ends_meet(one.p, one.q))))
+    if (!is_believed(one))
       continue;
     if (leads_elsewhere(one.p, one.q) || leads_elsewhere(one.q, one.p))
       continue;

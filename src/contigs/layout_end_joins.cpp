@@ -9,10 +9,11 @@ namespace orb {
 namespace {
 
 constexpr double margin_of_two_clones = 4;
-constexpr double share_of_rival = 0.6;
+constexpr double share_of_rival = 0.6, share_of_other_end = 0.9;
 constexpr double least_behind = 0.7, surely_behind = 0.85; // of what lies behind an end clone, to be shown by it
-constexpr double share_of_end_clone = 0.125, most_chance_ends = 0.25; // of chimeras that match two ends by chance
-constexpr double least_of_other_side = 2.5; // score, of a join of one side where chimeras are many
+constexpr double least_behind_of_few = 0.5;                // the same where chimeras at ends are hardly expected
+constexpr double share_of_end_clone = 0.125; // of a clone: as far from an end as an arm may lie that matches it
+constexpr double least_of_other_side = 2.5;  // score, of a join of one side where chimeras are many
 
 } // namespace
 
@@ -64,14 +65,19 @@ layout_joiner::end_candidate layout_joiner::judge(const contig_end &p, const con
   if (found.match.score < need)
     return found;
   matcher_.score_without_loose(p, q, found.match);
-  const double without_p = found.match.score_without_1, without_q = found.match.score_without_2;
-  const double larger = std::max(without_p, without_q), smaller = std::min(without_p, without_q);
-  found.support = smaller >= need  ? join_support::both_sides
-                  : larger >= need ? join_support::one_side
-                                   : join_support::two_clones;
-  found.good = matcher_.flush(p, q, found.match);
-  found.good = found.good && carried_by_good_clones(p, q, found, need);
+  found.flush = matcher_.flush(p, q, found.match);
   return found;
+}
+
+void layout_joiner::judge_candidates(double need) {
+  false_ends_ = chance_of_two_ends(share_of_end_clone * layout_.scale.median_bands);
+  for (end_candidate &found : candidates_) {
+    const auto [smaller, larger] = std::minmax(found.match.score_without_1, found.match.score_without_2);
+    found.support = smaller >= need  ? join_support::both_sides
+                    : larger >= need ? join_support::one_side
+                                     : join_support::two_clones;
+    found.good = found.flush && carried_by_good_clones(end(found.p), end(found.q), found, need);
+  }
 }
 
 // An end clone that is a chimera looks like a good one: where its loose bands carry a join, more is asked.
@@ -80,17 +86,18 @@ bool layout_joiner::carried_by_good_clones(const contig_end &p, const contig_end
   const end_match &match = found.match;
   if (found.support == join_support::both_sides)
     return true;
+  const bool too_few = one_is_too_few(false_ends_, most_false_ends, p.piece, q.piece);
   bool told = true; // that the clones in question go on from their contigs' ends
   for (const auto &[end, without] : {std::pair(&p, match.score_without_1), std::pair(&q, match.score_without_2)}) {
     if (without >= need)
       continue;
-    if (end->shown_behind >= 0 && end->shown_behind < least_behind)
+    if (end->shown_behind >= 0 && end->shown_behind < (too_few ? least_behind : least_behind_of_few))
       return false;
     told = told && end->shown_behind >= surely_behind;
   }
   if (found.support == join_support::two_clones)
-    return match.score >= need + margin_of_two_clones && told && !one_is_too_few_;
-  return told || !one_is_too_few_ || std::min(match.score_without_1, match.score_without_2) >= least_of_other_side;
+    return match.score >= need + margin_of_two_clones && !too_few;
+  return told || !too_few || std::min(match.score_without_1, match.score_without_2) >= least_of_other_side;
 }
 
 // `b` may be new too: then the larger of both has the pair.
@@ -118,7 +125,6 @@ void layout_joiner::match_new_ends() {
   std::vector<std::vector<end_candidate>> found(new_ends_.size());
   const end_index index(layout_, ends_, living);
   measure_pieces();
-  one_is_too_few_ = chance_of_two_ends(share_of_end_clone * layout_.scale.median_bands) > most_chance_ends;
   struct worker_place {
     end_index::scratch counts;
     std::vector<std::int64_t> mates;
@@ -141,6 +147,7 @@ void layout_joiner::match_new_ends() {
   for (const auto &row : found)
     candidates_.insert(candidates_.end(), row.begin(), row.end());
   new_ends_.clear();
+  judge_candidates(need);
 }
 
 bool layout_joiner::share_an_overlap(const contig_end &a, const contig_end &b) const {
@@ -154,6 +161,17 @@ bool layout_joiner::share_an_overlap(const contig_end &a, const contig_end &b) c
   return false;
 }
 
+// The two ends of a contig hardly longer than a clone are much alike: what fits the other one as well is no rival here.
+bool layout_joiner::fits_other_end(const end_candidate &of, std::int64_t at, std::int64_t rival) const {
+  if (end(at).is_single() || end(rival).is_single())
+    return false;
+  return std::any_of(candidates_.begin(), candidates_.end(), [&](const end_candidate &c) {
+    const std::int64_t mate = c.p == rival ? c.q : c.q == rival ? c.p : -1;
+    return mate >= 0 && mate != at && end(mate).piece == end(at).piece && c.flush &&
+           c.match.score >= share_of_other_end * of.match.score;
+  });
+}
+
 bool layout_joiner::is_rivalled(const end_candidate &candidate, std::int64_t of, std::int64_t mate) const {
   for (const end_candidate &other : candidates_) {
     if (other.p != of && other.q != of)
@@ -163,6 +181,8 @@ bool layout_joiner::is_rivalled(const end_candidate &candidate, std::int64_t of,
       continue;
     if (other.good && other.support < candidate.support)
       return true;
+    if (fits_other_end(other, of, rival))
+      continue;
     const bool stronger =
         other.match.score > candidate.match.score || (other.match.score == candidate.match.score && rival < mate);
     if (stronger)

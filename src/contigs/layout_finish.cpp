@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "contigs/layout_loose_bands.h"
 #include "contigs/layout_path.h"
 #include "frame/worker_batch.h"
 
@@ -18,6 +19,7 @@ constexpr double doubtful_columns = 0.5;   // share of bands in no column, of a 
 struct placed_clone {
   laid_clone place;
   float no_column = 0;
+  std::size_t window = 0, at = 0; // whose core it is in, and its place in the piece
 };
 
 // A stretch of a piece, by places among its clones: the core that it stands for, within what it looks at.
@@ -25,6 +27,7 @@ struct window {
   std::size_t piece = 0; // in order of the call
   std::size_t core_from = 0, core_to = 0, from = 0, to = 0;
   std::vector<placed_clone> placed; // from..to-1, in the piece's order
+  shown_columns shown;              // of those
 };
 
 class contig_finisher {
@@ -89,6 +92,10 @@ private:
     lay_by_columns(layout_.scale, laid, columns, stopped);
     if (stopped)
       return;
+    std::vector<std::vector<std::int32_t>> shown_by(laid.size());
+    for (std::size_t c = 0; c < columns.columns().size(); ++c)
+      for (const std::int32_t m : columns.members(columns.columns()[c]))
+        shown_by[static_cast<std::size_t>(m)].push_back(static_cast<std::int32_t>(c));
     std::vector<std::int32_t> by_clone(laid.size());
     std::iota(by_clone.begin(), by_clone.end(), 0);
     const auto clone_at = [&](std::int32_t i) { return laid[static_cast<std::size_t>(i)].clone; };
@@ -98,11 +105,12 @@ private:
       const auto found = *std::lower_bound(by_clone.begin(), by_clone.end(), members(at.piece)[i],
                                            [&](std::int32_t a, clone_number c) { return clone_at(a) < c; });
       const auto shown = columns.in_column(found);
-      placed_clone placed{laid[static_cast<std::size_t>(found)], 1};
+      placed_clone placed{laid[static_cast<std::size_t>(found)], 1, 0, i};
       if (!shown.empty())
         placed.no_column =
             static_cast<float>(std::count(shown.begin(), shown.end(), 0)) / static_cast<float>(shown.size());
       at.placed.push_back(placed);
+      at.shown.add(shown_by[static_cast<std::size_t>(found)]);
     }
   }
 
@@ -120,7 +128,7 @@ private:
       return 0;
     const auto half = shifts.begin() + static_cast<std::ptrdiff_t>(shifts.size() / 2);
     std::nth_element(shifts.begin(), half, shifts.end());
-    return *half;
+    return std::round(*half); // ends stay between columns, which a map in whole bands tells apart
   }
 
   void finish(std::size_t p, laid_contig &contig) {
@@ -133,6 +141,7 @@ private:
         shift += shift_between(windows_[k - 1], at);
       for (std::size_t i = at.core_from; i < at.core_to; ++i) {
         placed_clone placed = at.placed[i - at.from];
+        placed.window = k;
         placed.place.left += shift;
         placed.place.right += shift;
         all.push_back(placed);
@@ -143,17 +152,18 @@ private:
     });
     take_places(all, contig);
     find_doubts(pieces_[p], contig);
+    contig.loose_bands = clones_of_loose_bands(layout_.clones, contig);
     find_paths(all, contig);
   }
 
   static void take_places(const std::vector<placed_clone> &all, laid_contig &contig) {
-    const double first = all.front().place.left;
+    const double first = std::round(all.front().place.left);
     for (const placed_clone &placed : all) {
       const double left = placed.place.left - first, right = placed.place.right - first;
       contig.clones.push_back(placed.place.clone);
       contig.left_exact.push_back(static_cast<float>(left + 1));
       contig.right_exact.push_back(static_cast<float>(right));
-      contig.left.push_back(static_cast<std::int32_t>(std::lround(left)) + 1);
+      contig.left.push_back(std::max(1, static_cast<std::int32_t>(std::lround(left)) + 1));
       contig.right.push_back(std::max(contig.left.back(), static_cast<std::int32_t>(std::lround(right))));
       contig.doubt.push_back({placed.no_column});
     }
@@ -199,14 +209,26 @@ private:
     std::vector<char> usable;
     for (const placed_clone &placed : all) {
       laid.push_back(placed.place);
-      usable.push_back(!layout_.is_suspect(placed.place.clone) && placed.no_column <= doubtful_columns);
+      usable.push_back(!layout_.is_suspect(placed.place.clone) && placed.no_column <= doubtful_columns &&
+                       !std::binary_search(contig.loose_bands.begin(), contig.loose_bands.end(), placed.place.clone));
     }
-    const path_step_rule rule{layout_.clones, layout_.scale};
-    contig.paths = tiling_paths(rule, laid, usable);
+    const path_step_rule rule{layout_.scale};
+    const common_columns common = [&](std::size_t u, std::size_t v) { return columns_shared(all[u], all[v]); };
+    contig.paths = tiling_paths(rule, laid, usable, common);
     if (contig.paths.empty()) {
       std::fill(usable.begin(), usable.end(), 1);
-      contig.paths = tiling_paths(rule, laid, usable);
+      contig.paths = tiling_paths(rule, laid, usable, common);
     }
+  }
+
+  // Columns are those of a window: one that knows both clones.
+  std::int32_t columns_shared(const placed_clone &u, const placed_clone &v) const {
+    for (const std::size_t k : {u.window, v.window}) {
+      const window &at = windows_[k];
+      if (u.at >= at.from && u.at < at.to && v.at >= at.from && v.at < at.to)
+        return at.shown.common(u.at - at.from, v.at - at.from);
+    }
+    return 0;
   }
 
   const clone_layout &layout_;

@@ -25,6 +25,7 @@ struct laid_contig {
   std::vector<std::int32_t> left, right;      // in whole bands, from 1
   std::vector<float> left_exact, right_exact; // the same before rounding
   std::vector<clone_doubt> doubt;
+  std::vector<clone_number> loose_bands;        // clones of which a part belongs elsewhere, ascending
   std::vector<std::vector<clone_number>> paths; // from left to right; several where no step leads on
 };
 

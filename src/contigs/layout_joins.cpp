@@ -13,6 +13,7 @@ constexpr double many_suspects = 0.04;
 constexpr double attach_consistent = 0.8, attach_suspect = 0.9, attach_cover = 0.85, attach_not_linked = 0.25;
 constexpr std::int32_t attach_suspect_edges = 3;
 constexpr std::size_t n_outermost = 3;
+constexpr std::size_t most_places = 4; // of a clone: either side of a neighbour or two, those that most overlaps want
 
 } // namespace
 
@@ -45,29 +46,58 @@ bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_p
       edges.push_back(&edge);
   place = {};
   place.n_edges = static_cast<std::int32_t>(edges.size());
-  double best_error = 0;
   const auto overlap_at = [&](double centre, clone_number other) {
     return std::min(centre + n / 2, layout_.right(other)) - std::max(centre - n / 2, layout_.left(other));
   };
+  struct wish {
+    double centre, error;
+    std::int32_t consistent;
+  };
+  std::vector<wish> wishes;
   const auto try_centre = [&](double centre) {
-    std::int32_t consistent = 0;
-    double error = 0;
+    wish one{centre, 0, 0};
     for (const scored_edge *edge : edges) {
       const double off = std::abs(overlap_at(centre, edge->to) - edge->overlap);
-      consistent += off <= 6 * r + 0.12 * layout_.fewer_bands(clone, edge->to);
-      error += std::min(off, 20 * r);
+      one.consistent += off <= 6 * r + 0.12 * layout_.fewer_bands(clone, edge->to);
+      one.error += std::min(off, 20 * r);
     }
-    if (consistent < place.n_consistent ||
-        (consistent == place.n_consistent && place.n_consistent > 0 && error >= best_error))
-      return;
-    place.n_consistent = consistent;
-    place.centre = centre;
-    best_error = error;
+    if (one.consistent > 0)
+      wishes.push_back(one);
   };
   for (const scored_edge *edge : edges) {
     const double away = (n + layout_.n_of(edge->to)) / 2 - edge->overlap;
     try_centre(layout_.centre[static_cast<std::size_t>(edge->to)] - away);
     try_centre(layout_.centre[static_cast<std::size_t>(edge->to)] + away);
+  }
+  std::sort(wishes.begin(), wishes.end(), [](const wish &x, const wish &y) {
+    return x.consistent != y.consistent ? x.consistent > y.consistent
+           : x.error != y.error         ? x.error < y.error
+                                        : x.centre < y.centre;
+  });
+  const auto not_linked_at = [&](double centre) {
+    const auto &members = layout_.pieces[static_cast<std::size_t>(piece)];
+    const auto near = std::lower_bound(members.begin(), members.end(), centre - n, [&](clone_number c, double x) {
+      return layout_.centre[static_cast<std::size_t>(c)] <= x;
+    });
+    std::int32_t count = 0;
+    for (auto at = near; at != members.end() && layout_.centre[static_cast<std::size_t>(*at)] < centre + n; ++at)
+      count += overlap_at(centre, *at) > clone_layout::sure_share * layout_.fewer_bands(clone, *at) &&
+               !layout_.linked(clone, *at);
+    return count;
+  };
+  // The best of a few places apart from each other: a neighbour at an end can't tell its two sides, other clones do.
+  std::vector<double> tried;
+  for (const wish &one : wishes) {
+    const auto is_near = [&](double x) { return std::abs(x - one.centre) <= 6 * r; };
+    if (tried.size() == most_places || std::any_of(tried.begin(), tried.end(), is_near))
+      continue;
+    const std::int32_t not_linked = not_linked_at(one.centre);
+    if (tried.empty() || one.consistent - not_linked > place.n_consistent - place.n_not_linked) {
+      place.n_consistent = one.consistent;
+      place.n_not_linked = not_linked;
+      place.centre = one.centre;
+    }
+    tried.push_back(one.centre);
   }
   double low = 1e300, high = -1e300;
   for (const scored_edge *edge : edges) {
@@ -75,15 +105,6 @@ bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_p
     high = std::max(high, layout_.right(edge->to));
   }
   place.covered = std::max(0.0, std::min(high, place.centre + n / 2) - std::max(low, place.centre - n / 2)) / n;
-  const auto &members = layout_.pieces[static_cast<std::size_t>(piece)];
-  const auto near = std::lower_bound(members.begin(), members.end(), place.centre - n, [&](clone_number c, double x) {
-    return layout_.centre[static_cast<std::size_t>(c)] <= x;
-  });
-  for (auto at = near; at != members.end() && layout_.centre[static_cast<std::size_t>(*at)] < place.centre + n; ++at)
-    if (const clone_number other = *at;
-        overlap_at(place.centre, other) > clone_layout::sure_share * layout_.fewer_bands(clone, other) &&
-        !layout_.linked(clone, other))
-      ++place.n_not_linked;
   return place.n_consistent > 0;
 }
 

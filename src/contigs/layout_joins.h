@@ -12,6 +12,9 @@
 
 namespace orb {
 
+// Chimeras that match two ends by chance, as expected: with more, one clone is never enough.
+inline constexpr double most_false_ends = 0.25;
+
 class layout_joiner {
 public:
   // `careful`: chimeras are many, so that less is believed.
@@ -26,6 +29,9 @@ public:
   std::int32_t join_by_edges();
   std::int32_t join_by_bridges();
 
+  // How many chimeras may hold two contigs together that both end at their arms: by chance, as many as there are.
+  double chance_of_false_bridges();
+
   const std::vector<std::int32_t> &touched() const { return touched_; }
   void forget_touched();
 
@@ -39,7 +45,8 @@ private:
   struct end_candidate {
     std::int64_t p = 0, q = 0; // ids of ends
     end_match match;
-    bool good = false;
+    bool flush = false;
+    bool good = false; // as believed in this round: contigs grow fewer, and so what chance gives
     join_support support = join_support::both_sides;
   };
   struct edge_pair { // an overlap between two ends
@@ -82,10 +89,12 @@ private:
   void refresh_ends();
   void match_new_ends();
   end_candidate judge(const contig_end &p, const contig_end &q, double need) const;
+  void judge_candidates(double need);
   bool carried_by_good_clones(const contig_end &p, const contig_end &q, const end_candidate &found, double need) const;
   void judge_new(std::int64_t a, std::int64_t b, double need, std::vector<end_candidate> &found) const;
   bool share_an_overlap(const contig_end &a, const contig_end &b) const;
   bool is_rivalled(const end_candidate &candidate, std::int64_t end, std::int64_t mate) const;
+  bool fits_other_end(const end_candidate &of, std::int64_t end, std::int64_t rival) const;
   const contig_end &end(std::int64_t id) const { return ends_[static_cast<std::size_t>(id)]; }
 
   double beyond(const side &at, clone_number c) const; // bands of the contig beyond a clone, towards its end
@@ -95,12 +104,19 @@ private:
   void gather_edge_pairs(std::vector<std::pair<std::pair<side, side>, edge_pair>> &pairs);
   edge_candidate judge_edges(const side &p, const side &q,
                              std::span<const std::pair<std::pair<side, side>, edge_pair>> of) const;
-  std::int32_t predicted_not_linked(const side &p, const side &q, double overlap) const;
+  // Clones of two ends on an axis on which p ends at 0 and q begins at -overlap.
+  struct laid_ends {
+    std::vector<laid_clone> p, q;
+  };
+  laid_ends lay_ends(const side &p, const side &q, double overlap) const;
+  std::int32_t predicted_not_linked(const laid_ends &ends) const;
   bool bridge_to(clone_number clone, bridge_candidate &found) const;
   bool ends_meet(const side &p, const side &q) const;
   bridge_arm arm_in(clone_number clone, std::int32_t piece) const;
   double bridge_off(double n) const;
   double chance_of_two_ends(double within) const;
+  // Whether what one clone tells is too little to join two contigs, with so many false ones expected among all.
+  bool one_is_too_few(double n_false, double most, std::int32_t p, std::int32_t q) const;
 
   std::int32_t piece_of_side(const side &at);
   void outermost(std::int32_t piece, bool right, std::vector<clone_number> &clones) const;
@@ -113,7 +129,7 @@ private:
   const go_on_function &go_on_;
   bool one_clone_counts_ = true;
   bool careful_ = false;
-  bool one_is_too_few_ = false; // chimera at an end, expected to match another end by chance
+  double false_ends_ = 0; // chimeras at ends, expected to match another end by chance
   end_matcher matcher_;
   std::vector<contig_end> ends_; // by id; those given up have no bands
   std::vector<char> end_lives_;

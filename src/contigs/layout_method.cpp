@@ -32,6 +32,7 @@ public:
     if (!goes_on_() || !find_clone_suspects() || !lay_pieces() || !join_pieces() || !check_joined() ||
         !finish_contigs())
       return std::move(result_);
+    std::erase_if(result_.suspects, [&](const clone_suspect &s) { return !layout_.is_suspect(s.clone); });
     result_.joins = layout_.joins;
     result_.completed = true;
     return std::move(result_);
@@ -164,8 +165,8 @@ private:
     }
   }
 
-  // A chimera of which both parts end where a contig does holds two of them together, and nothing is laid double: but
-  // the end that it hides matches that of a third contig.
+  // A chimera of which both parts end where a contig does holds two of them together, and few clones are laid over
+  // others: but their bands say that they don't belong there, or the end that it hides matches that of a third contig.
   bool leave_out_bridges(const std::vector<std::int32_t> &pieces, std::vector<std::int32_t> &contradicted) {
     std::vector<contig_end> ends;
     for (const std::int32_t piece : pieces)
@@ -184,15 +185,19 @@ private:
         return std::min(match.score_without_1, match.score_without_2) >= need && matcher.flush(hidden, other, match);
       });
     };
+    // Where chimeras are many, ends many and contigs short, what one clone alone holds together is as well false.
+    const double n_false = layout_joiner(layout_, options_.threads, goes_on_).chance_of_false_bridges();
     for (const std::int32_t piece : pieces) {
       if (!goes_on_())
         return false;
-      for (const clone_number c : lone_bridges(layout_, piece)) {
-        if (layout_.is_suspect(c) || (!leads_elsewhere(hidden_end(piece, c, false), piece) &&
-                                      !leads_elsewhere(hidden_end(piece, c, true), piece)))
+      for (const lone_bridge &bridge : lone_bridges(layout_, piece)) {
+        if (layout_.is_suspect(bridge.clone))
           continue;
-        layout_.suspect[static_cast<std::size_t>(c)] = suspect_reason::misfit;
-        result_.misfits.push_back(c);
+        if (is_believed(layout_, bridge, n_false) && !leads_elsewhere(hidden_end(bridge.left, true), piece) &&
+            !leads_elsewhere(hidden_end(bridge.right, false), piece))
+          continue;
+        layout_.suspect[static_cast<std::size_t>(bridge.clone)] = suspect_reason::misfit;
+        result_.misfits.push_back(bridge.clone);
         if (std::find(contradicted.begin(), contradicted.end(), piece) == contradicted.end())
           contradicted.push_back(piece);
       }
@@ -200,17 +205,10 @@ private:
     return true;
   }
 
-  // The end that the part of a piece to one side of a clone would have without it.
-  contig_end hidden_end(std::int32_t piece, clone_number bridge, bool of_right_part) {
-    std::vector<clone_number> part;
-    const double x = layout_.centre[static_cast<std::size_t>(bridge)];
-    for (const clone_number c : layout_.pieces[static_cast<std::size_t>(piece)])
-      if (c != bridge && (layout_.centre[static_cast<std::size_t>(c)] > x) == of_right_part)
-        part.push_back(c);
-    if (part.empty())
-      return {};
-    layout_.pieces.push_back(std::move(part));
-    contig_end end = end_of_piece(layout_, static_cast<std::int32_t>(layout_.pieces.size()) - 1, !of_right_part);
+  // The end that a part of a piece would have by itself.
+  contig_end hidden_end(const std::vector<clone_number> &part, bool right) {
+    layout_.pieces.push_back(part);
+    contig_end end = end_of_piece(layout_, static_cast<std::int32_t>(layout_.pieces.size()) - 1, right);
     layout_.pieces.pop_back();
     return end;
   }

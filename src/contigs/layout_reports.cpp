@@ -78,12 +78,21 @@ void print_layout_reports(const class_DB_of_clones &database, const layout_resul
   print_doubts(database, found, contig_names, folder / layout_doubts_name);
   print_dropped(database, found, folder / layout_dropped_name);
   print_joins(database, found, contig_names, folder / layout_joins_name);
+  const auto is_listed = [&](clone_number c) { // attached again
+    return std::any_of(found.suspects.begin(), found.suspects.end(),
+                       [c](const clone_suspect &s) { return s.clone == c; }) ||
+           std::find(found.misfits.begin(), found.misfits.end(), c) != found.misfits.end();
+  };
   result_file out(folder / layout_suspects_name);
   out.line(suspects_head());
   for (const clone_suspect &suspect : found.suspects)
     out.line(suspect_row(database, suspect));
   for (const clone_number c : found.misfits)
     out.line(database.name_of_clone_get(c) + "\tmisfit\t\t\t\t\t\t\t\t\t\t");
+  for (const laid_contig &contig : found.contigs)
+    for (const clone_number c : contig.loose_bands)
+      if (!is_listed(c))
+        out.line(database.name_of_clone_get(c) + "\tloose bands\t\t\t\t\t\t\t\t\t\t");
   out.commit();
 }
 

@@ -5,6 +5,7 @@
 #include "contigs/layout_checks.h"
 #include "contigs/layout_ends.h"
 #include "contigs/layout_finish.h"
+#include "contigs/layout_joins.h"
 #include "net/clone_depth.h"
 #include "support/contig_test_library.h"
 #include "support/temporary_folder.h"
@@ -129,6 +130,75 @@ TEST(layout_joins, forks_are_found) {
     laid_session whole(thin);
     EXPECT_EQ(forking_clones(whole.layout, 0), std::vector<clone_number>{}) << seed;
   }
+}
+
+// One clone ties two lines together: a chimera whose arms lie near their ends, or a good clone over a gap or where they
+// overlap. The bands of what lies over each other tell; where nothing does, it depends on how many false ones are
+// expected.
+TEST(layout_joins, bands_tell_chimeras_from_bridges) {
+  constexpr clone_number n_left = 14;
+  for (std::uint64_t seed = 1; seed <= 6; ++seed)
+    for (const int begin : {150, 205, 400}) { // of the second line
+      const bool chimeric = begin == 400, meet = begin == 150;
+      true_line line(seed, 700);
+      line.add_clones(n_left, 0, 200);
+      line.add_clones(14, begin, begin + 200);
+      std::vector<std::int32_t> bridge = line.bands(130, 170);
+      for (const std::int32_t band : chimeric ? line.bands(430, 470) : line.bands(170, 270))
+        bridge.push_back(band);
+      line.add(bridge, chimeric ? 170 : 200);
+      for (std::size_t c = 1; chimeric && c < line.centre.size(); ++c)
+        if (line.centre[c] > 300)
+          line.centre[c] -= 260; // as the chimera has it
+      laid_session made(line);
+      for (clone_number a = 1; a <= n_left; ++a) // no chance overlap ties them
+        for (clone_number b = n_left + 1; b < made.clones.n; ++b)
+          made.net.end_both(a, b, edge_end::too_far);
+      const std::vector<lone_bridge> found = lone_bridges(made.layout, 0);
+      const auto at =
+          std::find_if(found.begin(), found.end(), [&](const lone_bridge &b) { return b.clone == made.clones.n; });
+      ASSERT_NE(at, found.end()) << seed;
+      EXPECT_TRUE(std::all_of(at->left.begin(), at->left.end(), [](clone_number c) { return c <= n_left; })) << seed;
+      EXPECT_EQ(is_believed(made.layout, *at, 0), !chimeric) << seed;
+      EXPECT_EQ(is_believed(made.layout, *at, 10), meet) << seed;
+    }
+}
+
+// A clone beside an end overlaps one clone only, which can't tell its two sides: those that it would lie over do.
+TEST(layout_joins, clones_are_attached_outside) {
+  for (std::uint64_t seed = 1; seed <= 8; ++seed) {
+    true_line line(seed, 400);
+    line.add_clones(30, 60, 260);
+    line.add(line.bands(220, 280), 250);
+    line.add(line.bands(255, 315), 285);
+    laid_session made(line);
+    const clone_number last = made.clones.n;
+    for (clone_number c = 1; c < last - 1; ++c)
+      made.net.end_both(c, last, edge_end::too_far);
+    made.layout.piece_of[static_cast<std::size_t>(last)] = -1;
+    std::erase(made.layout.pieces[0], last);
+    const go_on_function go_on = [] { return true; };
+    layout_joiner joiner(made.layout, 1, go_on);
+    ASSERT_EQ(joiner.attach_clones(), 1) << seed;
+    EXPECT_NEAR(made.layout.centre[static_cast<std::size_t>(last)], 285, 8) << seed;
+  }
+}
+
+// A clone with a few bands from elsewhere is named, and no other.
+TEST(layout_joins, loose_bands_are_seen) {
+  true_line line(4, 900);
+  line.add_clones(70, 0, 400);
+  std::vector<std::int32_t> bands = line.bands(200, 260);
+  for (const std::int32_t band : line.bands(700, 716))
+    bands.push_back(band);
+  line.add(bands, 230);
+  laid_session made(line);
+  std::vector<laid_contig> contigs;
+  ASSERT_TRUE(finish_pieces(
+      made.layout, std::vector<std::int32_t>{0}, 1, [](double) { return true; }, contigs));
+  EXPECT_EQ(contigs[0].loose_bands, std::vector<clone_number>{made.clones.n});
+  for (const auto &path : contigs[0].paths)
+    EXPECT_EQ(std::count(path.begin(), path.end(), made.clones.n), 0);
 }
 
 // All ends that match another one are among those that the index finds for it, and these are few.
