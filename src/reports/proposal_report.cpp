@@ -1,6 +1,5 @@
 #include "reports/proposal_report.h"
 
-#include "database/band_statistics.h"
 #include "database/class_DB_of_clones_read.h"
 #include "frame/failures.h"
 #include "frame/numbers.h"
@@ -32,7 +31,8 @@ report rows_of_proposals(const parameter_proposals &proposals) {
 
 std::optional<parameter_proposals> proposals_from_files(const process_frame &frame, const project_settings &settings,
                                                         const fs::path &path, double largest_band) {
-  if (largest_band > LARGEST_band_axis)
+  constexpr double longest_gel = 1e6; // no gel is so long; a library has tables of its gel's length
+  if (largest_band > longest_gel)
     return std::nullopt;
   process_frame unseen;
   unseen.working_folder_set(frame.working_folder_get());

@@ -13,7 +13,7 @@ namespace orb {
 
 // A row a parameter: its option's name, value, how sure, reason.
 report rows_of_proposals(const parameter_proposals &proposals);
-// From fingerprints that are read for it, silently; nothing when a load would refuse them.
+// From fingerprints that are read for it, silently; nothing when a load would refuse them, or no gel is long enough.
 std::optional<parameter_proposals> proposals_from_files(const process_frame &frame, const project_settings &settings,
                                                         const std::filesystem::path &path, double largest_band);
 

@@ -374,7 +374,7 @@ void add_other_targets(fuzz_table &table) {
       target_of("pools_recoding", recoding, {}, {"h\nh\n1\tC1\t\t1\tA1\n1 c02 x 17 P24\n2\tD01\t\t3\tb7\r\n\r\n"}));
   command_reader any{{}, "x", "info.show paths=read/x"};
   any.does = effect::none;
-  any.limits.bytes = 6 << 20; // frequencies of all places of a gel
+  any.limits.bytes = 24 << 20; // frequencies of all places of the longest gel
   table.push_back(target_of("any_file", any,
                             {"plates/p.sizes", "library.ORBdb", "net.ORBns", "net.txt", "truth.tsv", "native.ORB",
                              "run/FPC_like.fpc", "run/coordinates_of_clones.txt", "list.txt"},
