@@ -105,16 +105,20 @@ function(orb_test name)
     return()
   endif()
   add_executable(test_${name} ${sources})
-  target_link_libraries(test_${name} PRIVATE ${ARGN} GTest::gtest_main)
+  target_link_libraries(test_${name} PRIVATE orb_flags ${ARGN} GTest::gtest_main)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(test_${name} PRIVATE ORB_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   if(ORB_SANITIZE) # what is looked at is what the libraries do; the tests themselves compile in two thirds of the time
     target_compile_options(test_${name} PRIVATE -O0)
   endif()
-  if(ORB_PRECOMPILED AND ARGN) # by a library come the options
+  if(ORB_PRECOMPILED)
     target_precompile_headers(test_${name} REUSE_FROM orb_precompiled_tests)
   endif()
-  gtest_discover_tests(test_${name} PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+  set(environment)
+  if(ORB_SANITIZE)
+    set(environment ENVIRONMENT LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks_of_libraries.txt:print_suppressions=0)
+  endif()
+  gtest_discover_tests(test_${name} PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60 ${environment})
 endfunction()
 
 # The tests of the window program: all .cpp files of tests/desktop as one program. Each suite runs by itself, on a screen
