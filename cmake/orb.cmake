@@ -110,6 +110,7 @@ function(orb_test name)
   target_compile_definitions(test_${name} PRIVATE ORB_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   if(ORB_SANITIZE) # what is looked at is what the libraries do; the tests themselves compile in two thirds of the time
     target_compile_options(test_${name} PRIVATE -O0)
+    target_compile_definitions(test_${name} PRIVATE ORB_SANITIZED)
   endif()
   if(ORB_PRECOMPILED)
     target_precompile_headers(test_${name} REUSE_FROM orb_precompiled_tests)
