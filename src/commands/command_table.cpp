@@ -8,12 +8,12 @@ const std::vector<command_row> &table_of_commands() {
   static const std::vector<command_row> table = [] {
     command_rows rows;
     for (auto *add :
-         {add_project_rows,      add_library_rows,  add_marker_rows,      add_list_rows,    add_net_rows,
-          add_net_analysis_rows, add_revision_rows, add_supercontig_rows, add_contig_rows,  add_given_contig_rows,
-          add_registry_rows,     add_fpc_rows,      add_cluster_rows,     add_analyse_rows, add_order_rows,
-          add_drawing_rows,      add_pvalue_rows,   add_simulation_rows,  add_pools_rows,   add_band_map_rows,
-          add_report_rows,       add_export_rows,   add_map_rows,         add_picture_rows, add_layout_rows,
-          add_viewer_rows})
+         {add_project_rows,      add_by_library_rows,   add_library_rows,  add_marker_rows,      add_list_rows,
+          add_net_rows,          add_net_analysis_rows, add_revision_rows, add_supercontig_rows, add_contig_rows,
+          add_given_contig_rows, add_registry_rows,     add_fpc_rows,      add_cluster_rows,     add_analyse_rows,
+          add_order_rows,        add_drawing_rows,      add_pvalue_rows,   add_simulation_rows,  add_pools_rows,
+          add_band_map_rows,     add_report_rows,       add_export_rows,   add_map_rows,         add_picture_rows,
+          add_layout_rows,       add_viewer_rows})
       add(rows);
     return rows;
   }();

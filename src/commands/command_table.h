@@ -39,6 +39,7 @@ bound_command bound_by_name(const std::string &id_or_control);
 // The rows of each subject, in the order of the table.
 using command_rows = std::vector<command_row>;
 void add_project_rows(command_rows &rows);
+void add_by_library_rows(command_rows &rows);
 void add_library_rows(command_rows &rows);
 void add_marker_rows(command_rows &rows);
 void add_list_rows(command_rows &rows);

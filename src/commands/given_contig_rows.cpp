@@ -12,12 +12,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// What is asked where a contig that is given isn't as the cutoff would make it; unset: asked.
+struct given_cluster_answers {
+  std::optional<bool> use_maximal_subcluster, increase_cutoff;
+};
+
+void describe_given_clusters(parameter_list &list, given_cluster_answers &p) {
+  list.add("largest-part", p.use_maximal_subcluster,
+           "where a contig isn't connected at the cutoff, go on with its largest part")
+      .asked_else("no");
+  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
+}
+
 // ---- contigs.test ----
 
 struct test_parameters {
   fs::path out;
   std::optional<double> check_cutoff;
-  std::optional<bool> use_maximal_subcluster, increase_cutoff, browse;
+  given_cluster_answers answers;
+  std::optional<bool> browse;
   contig_file_parameters files;
 };
 
@@ -26,10 +39,7 @@ void describe_test(parameter_list &list, test_parameters &p) {
   list.add("check-cutoff", p.check_cutoff, "at which cutoff it is measured how far clones lie from the tiling path")
       .limits(-1e9, 1e9)
       .unset("cutoff of the rule");
-  list.add("largest-part", p.use_maximal_subcluster,
-           "where a contig isn't connected at the cutoff, go on with its largest part")
-      .asked_else("no");
-  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
+  describe_given_clusters(list, p.answers);
   describe_contig_files(list, p.files);
   describe_browse(list, p.browse);
 }
@@ -47,7 +57,7 @@ command_result run_test(project_state &project, const test_parameters &p) {
     clust.check_cutoff_set(*p.check_cutoff);
   clust.detail_control_set(!p.files.no_ordering);
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
-  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
+  clust.given_clusters_answers_set(p.answers.use_maximal_subcluster, p.answers.increase_cutoff);
   clust.test_all_FPC_contigs(false);
   const adapt_clust_result &found = clust.result();
   command_result result = result_of(project, found.completed);
@@ -74,7 +84,7 @@ command_result run_test(project_state &project, const test_parameters &p) {
 struct retain_parameters {
   fs::path out, old_MTP, sequenced;
   std::optional<std::int32_t> which_clusters;
-  std::optional<bool> use_maximal_subcluster, increase_cutoff;
+  given_cluster_answers answers;
   contig_file_parameters files;
 };
 
@@ -86,10 +96,7 @@ void describe_retain(parameter_list &list, retain_parameters &p) {
            "0 all contigs, 1 those with clones of the lists, 2 those with sequenced clones")
       .limits(0, 2)
       .asked_else("1");
-  list.add("largest-part", p.use_maximal_subcluster,
-           "where a contig isn't connected at the cutoff, go on with its largest part")
-      .asked_else("no");
-  list.add("raise-cutoff", p.increase_cutoff, "raise the cutoff until few clones stray from the path").asked_else("no");
+  describe_given_clusters(list, p.answers);
   describe_contig_files(list, p.files);
 }
 
@@ -115,7 +122,7 @@ command_result run_retain(project_state &project, const retain_parameters &p) {
   class_contig_adapt_clust clust(project.signif(), project.rule(), files_of_contigs(project.frame(), p.files));
   clust.detail_control_set(!p.files.no_ordering);
   clust.print_all_dist_on_set(!p.files.no_pair_tables);
-  clust.given_clusters_answers_set(p.use_maximal_subcluster, p.increase_cutoff);
+  clust.given_clusters_answers_set(p.answers.use_maximal_subcluster, p.answers.increase_cutoff);
   const bool begun = clust.test_all_FPC_contigs(true, wishes_of(p));
   const adapt_clust_result &found = clust.result();
   command_result result = result_of(project, begun && found.completed);

@@ -14,6 +14,8 @@ struct metric_parameters {
   std::string several, markers; // flags of the form, "yes" or "no"; empty: as they are
 };
 
+// Throws usage_error, which names the known ones.
+std::int16_t metric_index_of(const std::string &metric);
 void describe_metric(parameter_list &list, metric_parameters &p);
 // Throws usage_error: an unknown metric, one that can only give 0 with the parts that are there, a missing cutoff.
 overlap_rule rule_of(const metric_parameters &p, const project_state &project, const parts_there &there);

@@ -10,87 +10,32 @@
 #include "frame/numbers.h"
 #include "metrics/class_clone_dist_general.h"
 #include "metrics/class_clone_text_distance.h"
-#include "net/band_scale.h"
-#include "net/parameter_proposals.h"
 #include "project/project_file.h"
-#include "reports/proposal_report.h"
 
 namespace orb {
 
 namespace fs = std::filesystem;
 
-// ---- the metric ----
-
-void describe_metric(parameter_list &list, metric_parameters &p) {
-  const char *group = "Overlaps";
-  list.add("metric", p.metric, "name or index")
-      .captioned("Metric")
-      .unset(class_clone_dist_general::name_of_cutoff_distance(overlap_rule{}.distance_index))
-      .in_group(group);
-  list.add("cutoff", p.cutoff, "least score of an overlap")
-      .limits(0, 1e300)
-      .captioned("-Log_10 (Cutoff) = ")
-      .unset("the metric's standard")
-      .in_group(group);
-  list.add("burying", p.burying, "burying fraction")
-      .limits(0, 1)
-      .captioned("Fraction of common bands resulting buring")
-      .unset_is(overlap_rule::standard_burying)
-      .in_group(group);
-}
-
-static std::int16_t metric_index_of(const std::string &metric) {
-  std::int16_t index = class_clone_dist_general::index_of_name(metric);
-  std::int32_t number = -1;
-  if (index < 0 && whole_number_parse(metric, number) && number >= 0 &&
-      number <= class_clone_dist_general::number_distance_index_get())
-    index = static_cast<std::int16_t>(number);
-  if (index >= 0)
-    return index;
-  std::string names;
-  for (std::int16_t i = 0; i <= class_clone_dist_general::number_distance_index_get(); ++i)
-    names += (i ? ", " : "") + class_clone_dist_general::name_of_cutoff_distance(i);
-  throw usage_error("--metric: no metric \"" + metric + "\"; known are " + names);
-}
-
-overlap_rule rule_of(const metric_parameters &p, const project_state &project, const parts_there &there) {
-  const std::int16_t index = p.metric.empty() ? overlap_rule{}.distance_index : metric_index_of(p.metric);
-  const std::string name = class_clone_dist_general::name_of_cutoff_distance(index);
-  const bool will_be_loaded = there.has(project_part::pvalue_tables) && !project.has(project_part::pvalue_tables);
-  const std::string useless = class_clone_dist_general::why_only_zero(
-      index, will_be_loaded || tables_serve_metric(project, index), there.has(project_part::markers));
-  if (!useless.empty())
-    throw usage_error("--metric " + name + ": " + useless);
-  const double standard = class_clone_dist_general::standard_cutoff(index);
-  if (!p.cutoff && standard < 0)
-    throw usage_error("--cutoff is required: the metric " + name + " has no standard one");
-  return rule_of_metric(index, p.cutoff.value_or(standard), p.burying.value_or(overlap_rule::standard_burying));
-}
-
-void settle_use_of_net(project_state &project) {
-  if (!project.has(project_part::net))
-    return;
-  using family = class_clone_dist_general;
-  project_settings &settings = project.settings();
-  const overlap_rule &rule = project.rule();
-  const class_net &net = project.signif().net();
-  const std::optional<overlap_rule> &made_by = project.rule_of_net();
-  const bool is_same = !made_by || made_by->distance_index == rule.distance_index;
-  if (!is_same && settings.same_metric_as_net)
-    project.frame().note("The net was made with " + family::name_of_cutoff_distance(made_by->distance_index) +
-                         "; its overlaps are scored again with " +
-                         family::name_of_cutoff_distance(rule.distance_index) + ".");
-  settings.same_metric_as_net = is_same;
-  // A net that nobody recorded the making of begins a little above its cutoff.
-  constexpr double usual_gap = 0.1;
-  const double smallest = net.minimal_edge_value_get();
-  if (is_same && rule.cutoff < (made_by ? made_by->cutoff : smallest - usual_gap))
-    project.frame().alarm("NB! Selected cutoff level " + number_text(rule.cutoff, 4) + "<" + number_text(smallest, 4) +
-                          " =Min(edge_value)\rin the loaded net of significant clone overlaps:\r" +
-                          net.title_of_net_get());
+bool change_parameters(project_state &project, library_parameters fields) {
+  class_DB_of_clones &database = project.database();
+  library_parameters before = parameters_of(database);
+  apply_parameters(database, fields, false);
+  const bool changed = fields.tolerance != before.tolerance || fields.gel_length != before.gel_length ||
+                       fields.n_bands != before.n_bands || fields.tolerance_index != before.tolerance_index;
+  if (!changed || !project.has(project_part::library))
+    return true;
+  if (!make_band_statistics(project.frame(), database, project.usable_values())) {
+    apply_parameters(database, before, true);
+    make_band_statistics(project.frame(), database, project.usable_values());
+    return false;
+  }
+  project.loaded(project_part::library, project.origin(project_part::library));
+  return true;
 }
 
 namespace {
+
+// ---- the metric ----
 
 void check_metric(const project_state &project, const parts_there &there, const metric_parameters &p) {
   rule_of(p, project, there);
@@ -115,137 +60,6 @@ command_result run_metric(project_state &project, const metric_parameters &p) {
   result.parameter("metric", class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index));
   result.parameter("cutoff", project.rule().cutoff);
   result.parameter("burying", project.rule().burying);
-  return result;
-}
-
-// False, and all as it was, when the bands that are loaded don't fit.
-bool change_parameters(project_state &project, library_parameters fields) {
-  class_DB_of_clones &database = project.database();
-  library_parameters before = parameters_of(database);
-  apply_parameters(database, fields, false);
-  const bool changed = fields.tolerance != before.tolerance || fields.gel_length != before.gel_length ||
-                       fields.n_bands != before.n_bands || fields.tolerance_index != before.tolerance_index;
-  if (!changed || !project.has(project_part::library))
-    return true;
-  if (!make_band_statistics(project.frame(), database, project.usable_values())) {
-    apply_parameters(database, before, true);
-    make_band_statistics(project.frame(), database, project.usable_values());
-    return false;
-  }
-  project.loaded(project_part::library, project.origin(project_part::library));
-  return true;
-}
-
-// Positions of bands and cutoff from the fingerprints themselves, for a layout.
-command_result run_metric_by_library(project_state &project, const no_parameters &) {
-  const band_scale scale = band_scale_of(clone_bands(project.database()), project.settings().seed);
-  library_parameters fields = parameters_of(project.database());
-  fields.n_bands = positions_of_library(scale);
-  if (!change_parameters(project, fields))
-    return command_result::ended(exit_status::run_failed, "the positions found don't fit the loaded bands");
-  project.rule() = rule_of_metric(class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get(), cutoff_of_net(scale),
-                                  project.rule().burying);
-  settle_use_of_net(project);
-  command_result result;
-  result.parameter("n_bands", fields.n_bands);
-  result.parameter("metric", class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index));
-  result.parameter("cutoff", project.rule().cutoff);
-  result.summary = fmt::format("bands take {} positions; the net is made from a score of {} on", fields.n_bands,
-                               number_text(project.rule().cutoff, 2));
-  return result;
-}
-
-// ---- parameters.by_library ----
-
-// What is given stays; the rest is proposed.
-struct by_library_parameters {
-  std::optional<std::int32_t> preset, n_bands;
-  std::optional<std::int16_t> tolerance;
-  std::optional<double> gel_length, cutoff;
-  std::string metric;
-  bool library_stays = false;
-};
-
-void describe_by_library(parameter_list &list, by_library_parameters &p) {
-  const char *by_library = "by the fingerprints";
-  list.add("preset", p.preset, "known kind of data that settles tolerance, gel length and n-bands")
-      .limits(1, double(known_kinds_of_data.size()))
-      .unset("none");
-  list.add("tolerance", p.tolerance, "of two readings of one band").limits(0, 32000).unset(by_library);
-  list.add("gel-length", p.gel_length, "largest band").limits(2, LARGEST_band_axis).unset(by_library);
-  list.add("n-bands", p.n_bands, "positions that bands take").limits(1, 1e7).unset(by_library);
-  list.add("metric", p.metric, "one that isn't Sulston_1988 keeps its own cutoff").unset("Sulston_1988");
-  list.add("cutoff", p.cutoff, "least score of an overlap").limits(0, 1e300).unset(by_library);
-  list.add("library-stays", p.library_stays, "only the cutoff is changed; it fits what the library has");
-}
-
-void check_by_library(const project_state &, const parts_there &, const by_library_parameters &p) {
-  if (!p.metric.empty())
-    metric_index_of(p.metric);
-}
-
-// A cutoff that isn't known yet stands in no other's way.
-void foresee_by_library(project_state &project, const parts_there &, const by_library_parameters &p) {
-  if (p.metric.empty() || metric_index_of(p.metric) == class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get())
-    project.rule().cutoff = p.cutoff.value_or(0);
-}
-
-// As asked for, else by a preset, else as proposed. Numbers of bins have been made with tolerance and gel length.
-library_parameters fields_by_library(const class_DB_of_clones &database, const by_library_parameters &p,
-                                     const parameter_proposals &proposals) {
-  library_parameters fields = parameters_of(database);
-  const auto known = p.preset ? parameters_of_kind(*p.preset) : std::nullopt;
-  fields.n_bands = p.n_bands.value_or(known ? known->n_bands : static_cast<std::int32_t>(proposals.n_bands.value));
-  if (!proposals.tolerance)
-    return fields;
-  fields.tolerance =
-      p.tolerance.value_or(known ? known->tolerance : static_cast<std::int16_t>(proposals.tolerance->value));
-  fields.gel_length = p.gel_length.value_or(known ? known->gel_length : proposals.gel_length->value);
-  return fields;
-}
-
-settled_parameters settled_by(const class_DB_of_clones &database, const by_library_parameters &p) {
-  if (p.library_stays)
-    return {database.tollerance_get(), database.total_number_of_different_bands_FPC_get()};
-  settled_parameters settled;
-  const auto known = p.preset ? parameters_of_kind(*p.preset) : std::nullopt;
-  if (p.tolerance || known)
-    settled.tolerance = p.tolerance ? *p.tolerance : known->tolerance;
-  if (p.n_bands || known)
-    settled.n_bands = p.n_bands ? *p.n_bands : known->n_bands;
-  return settled;
-}
-
-command_result run_by_library(project_state &project, const by_library_parameters &p) {
-  process_frame &frame = project.frame();
-  frame.process_start("Parameters by the fingerprints");
-  const parameter_proposals proposals =
-      proposals_of(project.database(), settled_by(project.database(), p), [&frame] { return frame.goes_on(); });
-  if (frame.stop_requested_get())
-    return stopped_or_failed(project);
-  frame.process_done();
-  const library_parameters fields =
-      p.library_stays ? parameters_of(project.database()) : fields_by_library(project.database(), p, proposals);
-  if (!change_parameters(project, fields))
-    return command_result::ended(exit_status::run_failed, "the parameters proposed don't fit the loaded bands");
-  const std::int16_t sulston = class_clone_dist_general::DISTANCE_INDEX_Sulston_1988_get();
-  const std::int16_t metric = p.metric.empty() ? sulston : metric_index_of(p.metric);
-  if (metric == sulston)
-    project.rule() = rule_of_metric(metric, p.cutoff.value_or(proposals.cutoff.value), project.rule().burying);
-  settle_use_of_net(project);
-  command_result result;
-  result.parameter("tolerance", fields.tolerance);
-  result.parameter("gel_length", fields.gel_length);
-  result.parameter("n_bands", fields.n_bands);
-  result.parameter("metric", class_clone_dist_general::name_of_cutoff_distance(project.rule().distance_index));
-  result.parameter("cutoff", project.rule().cutoff);
-  result.figure("least_overlap_percent", proposals.least_overlap.value);
-  if (proposals.depth)
-    result.figure("depth", proposals.depth->value);
-  result.summary =
-      fmt::format("by the fingerprints: tolerance {}, gel length {}, n-bands {}, cutoff {}", fields.tolerance,
-                  number_text_shortest(fields.gel_length), fields.n_bands, number_text_shortest(project.rule().cutoff));
-  result.findings = text_of_report({{"proposed parameters", rows_of_proposals(proposals)}});
   return result;
 }
 
@@ -561,23 +375,6 @@ void add_project_rows(command_rows &rows) {
                      .checked_by(check_metric)
                      .foresees(foresee_metric)
                      .runs(run_metric)
-                     .row());
-  rows.push_back(command_maker<no_parameters>("metric.by_library")
-                     .captioned("Metric by the library")
-                     .purpose("positions of bands and cutoff from the fingerprints themselves, for contigs by layout")
-                     .example("metric.by_library")
-                     .needs({project_part::library})
-                     .runs(run_metric_by_library)
-                     .row());
-  rows.push_back(command_maker<by_library_parameters>("parameters.by_library")
-                     .captioned("Parameters by the library")
-                     .purpose("tolerance, gel length, n-bands and cutoff from the fingerprints themselves")
-                     .example("parameters.by_library tolerance=7")
-                     .needs({project_part::library})
-                     .parameters(describe_by_library)
-                     .checked_by(check_by_library)
-                     .foresees(foresee_by_library)
-                     .runs(run_by_library)
                      .row());
   rows.push_back(command_maker<form_formats>("formats.set")
                      .captioned("Data formats")

@@ -172,6 +172,9 @@ report report_on_fingerprints(process_frame &frame, const project_settings &sett
                                                                 : "point";
   if (const auto proposals = proposals_from_files(frame, settings, path, survey.largest_band))
     made["proposed parameters"] = rows_of_proposals(*proposals);
+  else if (survey.n_bands > 0)
+    made["nothing proposed"] = survey.largest_band > longest_gel ? "the largest band is longer than any gel"
+                                                                 : "a load would refuse these fingerprints";
   made["problems"] = survey.problems;
   if (survey.n_problems > static_cast<std::int64_t>(survey.problems.size()))
     made["problems in all"] = survey.n_problems;

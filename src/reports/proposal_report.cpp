@@ -31,7 +31,6 @@ report rows_of_proposals(const parameter_proposals &proposals) {
 
 std::optional<parameter_proposals> proposals_from_files(const process_frame &frame, const project_settings &settings,
                                                         const fs::path &path, double largest_band) {
-  constexpr double longest_gel = 1e6; // no gel is so long; a library has tables of its gel's length
   if (largest_band > longest_gel)
     return std::nullopt;
   process_frame unseen;

@@ -332,17 +332,21 @@ TEST_F(command_line, info_lists_what_a_load_would_refuse_and_proposes_parameters
     std::string content;
     double preset, gel_length;
     std::vector<std::string> problems;
+    std::string nothing;
   } const cases[]{
-      {"A\n100\n3300.9\n-1\nA\n100\n3300.9\n-1\nA\n7\n-1\n", 1, 3300, {}},
-      {"A\n100,5\n39000\n-1\n", 3, 40000, {}},
+      {"A\n100\n3300.9\n-1\nA\n100\n3300.9\n-1\nA\n7\n-1\n", 1, 3300, {}, ""},
+      {"A\n100,5\n39000\n-1\n", 3, 40000, {}, ""},
+      {"A\n100\n2000000\n-1\n", 0, 0, {}, "the largest band is longer than any gel"},
       {"A\n200\n100\n-1\nB\n-4\n70500\n-1\n",
        0,
        0,
-       {"band 100 after a larger one (file f.sizes, line 3)", "negative band -4 (file f.sizes, line 6)"}},
+       {"band 100 after a larger one (file f.sizes, line 3)", "negative band -4 (file f.sizes, line 6)"},
+       "a load would refuse these fingerprints"},
   };
   for (const auto &c : cases) {
     whole::write_bytes(folder / "f.sizes", c.content);
     const auto shown = nlohmann::json::parse(orb("info f.sizes --json").out)[0];
+    EXPECT_EQ(shown.value("nothing proposed", ""), c.nothing) << shown;
     EXPECT_EQ(whole::proposed(shown, "preset"), c.preset) << shown;
     EXPECT_EQ(whole::proposed(shown, "gel-length"), c.gel_length) << shown;
     EXPECT_EQ(shown["problems"].get<std::vector<std::string>>(), c.problems) << shown;
