@@ -1,11 +1,10 @@
 // The commands that cut sequence: simulate.library, simulate.digest. The project stays as it is.
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <fmt/format.h>
 #include <span>
 
 #include "commands/command_table.h"
+#include "commands/cut_band_parameters.h"
 #include "commands/row_steps.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
@@ -18,138 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::int32_t most_bands_in_clone = class_DB_of_clones::MAX_number_of_bands_in_clone_get();
-constexpr double longest_gel = 1e7;
-
-// ---- bands, of both commands ----
-
-// What holds where nothing else is asked for.
-struct kind_of_gel {
-  double min_length, max_length; // base pairs
-  double merge;                  // gel units
-  double error;                  // base pairs; on agarose gel units
-  std::int32_t min_bands;        // of a clone that is kept
-};
-constexpr double usual_scale = 30;
-constexpr std::int32_t usual_shift = 15000;
-constexpr kind_of_gel on_capillaries{50, 500, 12, 0.2, 50}, on_agarose{600, 30000, 7, 3.5, 15};
-
-struct band_parameters {
-  std::string gel = "capillary";                              // or "agarose"
-  std::optional<double> min_length, max_length, merge, error; // unset: by the gel
-  std::optional<double> scale;                                // of capillaries, gel units a base pair
-  std::optional<std::int32_t> shift;                          // of capillaries, gel units
-  double lost = 0;
-
-  bool is_agarose() const { return gel == "agarose"; }
-  const kind_of_gel &usual() const { return is_agarose() ? on_agarose : on_capillaries; }
-  double shortest() const { return min_length.value_or(usual().min_length); }
-  double longest() const { return max_length.value_or(usual().max_length); }
-  double merge_distance() const { return merge.value_or(usual().merge); }
-  double largest_error() const { return error.value_or(usual().error); }
-  double units_a_bp() const { return scale.value_or(usual_scale); }
-  std::int32_t window() const { return shift.value_or(usual_shift); }
-};
-
-// The default of both gels, as the help shows it.
-std::string by_gel(double capillary, double agarose) {
-  return number_text_shortest(capillary) + ", agarose " + number_text_shortest(agarose);
-}
-
-void describe_bands(parameter_list &list, band_parameters &p) {
-  const char *group = "Bands";
-  list.add("gel", p.gel, "sizes of labelled fragments of five enzymes, or positions of HindIII fragments on agarose")
-      .one_of({"capillary", "agarose"})
-      .in_group(group);
-  list.add("min-band-length", p.min_length, "shortest band seen, base pairs")
-      .limits(1, 1e6)
-      .unset(by_gel(on_capillaries.min_length, on_agarose.min_length))
-      .in_group(group);
-  list.add("max-band-length", p.max_length, "longest band seen, base pairs")
-      .limits(1, 1e5)
-      .unset(by_gel(on_capillaries.max_length, on_agarose.max_length))
-      .in_group(group);
-  list.add("scale", p.scale, "gel units a base pair").limits(0.001, 1e6).unset_is(usual_scale).in_group(group);
-  list.add("shift", p.shift, "gel units between the windows of two colours")
-      .limits(1, 3e6)
-      .unset_is(usual_shift)
-      .in_group(group);
-  list.add("merge", p.merge, "bands so close show as one, gel units")
-      .limits(0, 1e6)
-      .unset(by_gel(on_capillaries.merge, on_agarose.merge))
-      .in_group(group);
-}
-
-void describe_reading(parameter_list &list, band_parameters &p) {
-  const char *group = "Bands";
-  list.add("error", p.error,
-           "largest error of nine readings in ten, base pairs, on agarose gel units; three times it in the tenth")
-      .limits(0, 1000)
-      .unset(by_gel(on_capillaries.error, on_agarose.error))
-      .in_group(group);
-  list.add("lost", p.lost, "chance of a band to be missed").limits(0, 1).in_group(group);
-}
-
-double length_of_gel(const band_parameters &p) {
-  return p.is_agarose() ? class_Simul_CutEnzyme::length_of_agarose : 3.0 * p.window() + p.longest() * p.units_a_bp();
-}
-
-void check_bands(const band_parameters &p) {
-  if (p.is_agarose() && (p.scale || p.shift))
-    throw usage_error("--scale and --shift belong to --gel capillary");
-  if (p.shortest() >= p.longest())
-    throw usage_error("--min-band-length must be below --max-band-length");
-  if (length_of_gel(p) > longest_gel)
-    throw usage_error("--shift, --scale and --max-band-length make a gel longer than 10000000 units");
-}
-
-void apply_bands(const band_parameters &p, class_Simul_CutEnzyme &bands) {
-  if (p.is_agarose())
-    bands.start_for_agarose();
-  bands.max_error_in_band_size_scoring_set(p.largest_error());
-  bands.probability_to_miss_band_set(p.lost);
-  bands.min_band_length_set(p.shortest());
-  if (p.longest() != bands.max_band_length_get())
-    bands.max_band_length_set(p.longest());
-  bands.scale_set(p.units_a_bp());
-  bands.merge_distance_set(p.merge_distance());
-  bands.shift_of_scaled_bands_set(p.window());
-}
-
-void put_bands(const band_parameters &p, command_result &result) {
-  result.parameter("gel", p.gel);
-  result.parameter("min_band_length", p.shortest());
-  result.parameter("max_band_length", p.longest());
-  if (!p.is_agarose()) {
-    result.parameter("scale", p.units_a_bp());
-    result.parameter("shift", p.window());
-  }
-  result.parameter("merge", p.merge_distance());
-}
-
-void warn_of_colours(process_frame &frame, const band_parameters &p) {
-  if (!p.is_agarose() && (p.longest() - p.shortest()) * p.units_a_bp() > p.window())
-    frame.warn("The windows of the colours overlap: bands of two colours can merge. A larger --shift or a smaller "
-               "--scale sets them apart.");
-}
-
-// What an assembly has to be told about such bands, where it isn't the default.
-std::string options_of_assembly(const band_parameters &p) {
-  const library_parameters standard;
-  const auto tolerance =
-      static_cast<std::int32_t>(std::lround(2 * p.largest_error() * (p.is_agarose() ? 1 : p.units_a_bp())));
-  const double gel_length = std::ceil(length_of_gel(p));
-  const double places = p.is_agarose() ? gel_length : 4 * (p.longest() - p.shortest()) * p.units_a_bp();
-  const auto n_bands = static_cast<std::int32_t>(std::max(1.0, std::round(places / std::max(2 * tolerance, 1))));
-  std::string text;
-  if (tolerance != standard.tolerance)
-    text += fmt::format(" --tolerance {}", tolerance);
-  if (gel_length != standard.gel_length)
-    text += " --gel-length " + number_text_shortest(gel_length);
-  if (n_bands != standard.n_bands)
-    text += fmt::format(" --n-bands {}", n_bands);
-  return text;
-}
-
 void describe_genome(parameter_list &list, fs::path &genome) {
   list.add("genome", genome, "sequence, FASTA or letters only, plain or gzip").type("GENOME.fa[.gz]").needed();
 }
