@@ -1,6 +1,9 @@
 // A generated library with its net, in a folder of its own.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "net/class_clone_net_signif.h"
 #include "support/library_generator.h"
 #include "support/temporary_folder.h"
@@ -22,10 +25,12 @@ struct bench_library {
                                       settings.same_metric_net_ord_as_net = true;
                                 }};
 
+  std::vector<std::int32_t> starts; // of the clones on the genome
+
   bench_library(const generated_library &wanted, double cutoff) {
     frame.working_folder_set(folder);
     rule.cutoff = cutoff;
-    generate_library(frame, wanted, database, usable_values);
+    generate_library(frame, wanted, database, usable_values, &starts);
     net_creation_summary summary;
     signif.create_net_in_memory(rule, summary);
   }

@@ -6,35 +6,15 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "net/class_clone_net_signif.h"
+#include "bench_library.h"
 #include "ordering/class_clone_ord_and_verif.h"
 #include "ordering/tour_proof.h"
-#include "support/library_generator.h"
 
 namespace orb {
 namespace {
 
-struct bench_library {
-  process_frame frame;
-  project_settings settings;
-  class_DB_of_clones database;
-  class_usable_values usable_values;
-  class_clone_dist_table table;
-  metric_context context{frame, settings, database, usable_values, table};
-  overlap_rule rule;
-  class_clone_net_signif signif{context};
-  std::vector<std::int32_t> starts;
-
-  bench_library(const generated_library &wanted, double cutoff) {
-    rule.cutoff = cutoff;
-    generate_library(frame, wanted, database, usable_values, &starts);
-  }
-};
-
 // Connected clones at the cutoff, as the stages before ordering leave them; at most 300 of one contig.
 std::vector<ordering_task> contigs_of(bench_library &library) {
-  net_creation_summary summary;
-  library.signif.create_net_in_memory(library.rule, summary);
   number_list class_number;
   std::int32_t n_classes = 0;
   library.signif.net().clustering_based_on_net(class_number, n_classes);
