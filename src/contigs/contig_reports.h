@@ -32,7 +32,8 @@ void print_list_of_clones_MTP_update_files_with_all_MTPs(const class_contig_anal
 std::string header_of_MTP_details();
 // Appends the pairs of `list` (clones of the cluster) that the whole net joins, both ways round, each clone with
 // whether it is sequenced and whether it lies on `MTP`. `index`: preference by clone number, see
-// retained_tiling_path.h; `cutoff` tells significant pairs from others; `unlinked`: said in every line.
+// retained_tiling_path.h; `cutoff` tells significant pairs from others; `unlinked`: said in every line. Stopped, it
+// ends early; what it wrote is then for the caller to take back.
 void print_coordinates_of_selected_clones_for_Retain(const class_contig_analysis &contig, const number_list &list,
                                                      const std::vector<std::int16_t> &index, growing_file &file,
                                                      const number_list &MTP, double cutoff, bool unlinked);

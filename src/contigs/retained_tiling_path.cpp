@@ -279,7 +279,12 @@ void class_contig_adapt_clust::retain_in_contig(std::int32_t i, const cluster_te
     contig->contig_topology_analyse_and_MTP_and_ordering_without_TSP();
   }
   retained_contig found{i, *contig, context.database, index};
+  const std::size_t finished = files.overlaps.length();
   find_MTP_maximally_using_clones_from_list(*contig, index, found.MTP, found.not_used, &files.overlaps, found.unlinked);
+  if (stopped()) {
+    files.overlaps.back_to(finished);
+    return;
+  }
   print_retained(found, files);
   files.flush();
   if (files_.drawings && test.contig != nullptr)
@@ -290,6 +295,7 @@ void print_coordinates_of_selected_clones_for_Retain(const class_contig_analysis
                                                      const std::vector<std::int16_t> &index, growing_file &file,
                                                      const number_list &MTP, double cutoff, bool unlinked) {
   const class_DB_of_clones &database = contig.context().database;
+  process_frame &frame = contig.context().frame;
   const class_net &net = contig.signif().net();
   std::vector<std::pair<clone_number, std::int32_t>> places; // of the clones in the list
   for (std::int32_t i = 1; i <= list.count(); ++i)
@@ -310,7 +316,7 @@ void print_coordinates_of_selected_clones_for_Retain(const class_contig_analysis
   };
   std::vector<std::pair<std::int32_t, double>> joined; // place in the list, value of the overlap
   std::int64_t k = 0;
-  for (std::int32_t i = 1; i <= list.count(); ++i) {
+  for (std::int32_t i = 1; i <= list.count() && frame.goes_on(); ++i) {
     joined.clear();
     if (list(i) <= net.number_of_vertices_get())
       for (const net_edge &edge : net.edges_of_vertex(list(i)))

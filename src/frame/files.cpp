@@ -226,6 +226,19 @@ void growing_file::cut(std::size_t length) {
     fail("can't write", path_, errno);
 }
 
+std::size_t growing_file::length() {
+  flush();
+  const off_t end = ::lseek(descriptor_, 0, SEEK_END);
+  if (end < 0)
+    fail("can't write", path_, errno);
+  return static_cast<std::size_t>(end);
+}
+
+void growing_file::back_to(std::size_t length) {
+  buffer_.clear();
+  cut(length);
+}
+
 void growing_file::end_here() {
   flush();
   if (!former_.empty())

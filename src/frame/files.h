@@ -84,7 +84,9 @@ public:
   void line(std::string_view text); // text and CR LF
   void flush();
   void close();
-  void end_here(); // nothing of an earlier run stands behind what was written; then closes
+  std::size_t length();             // bytes, with those that wait
+  void back_to(std::size_t length); // what was written since `length()` said so is gone
+  void end_here();                  // nothing of an earlier run stands behind what was written; then closes
 
 private:
   void pass_over_what_is_there();

@@ -204,6 +204,44 @@ TEST(retain, tables_of_a_worked_case) {
   EXPECT_TRUE(std::filesystem::exists(session.run() / "report_contigs.txt"));
 }
 
+// At whichever moment it is stopped, the pairs are those of the contigs in the other tables, whole.
+TEST(retain, stopped_it_keeps_whole_contigs_in_each_table) {
+  contig_session session(two_chains(), 8);
+  make_contigs(session);
+  write_names(session, "old.txt", {1, 2, 3, 4, 5, 7, 8, 9, 10, 11});
+  const auto contigs_of = [](const lines &rows, std::size_t column) {
+    std::map<std::string, int> count;
+    for (const std::string &row : rows)
+      ++count[fields_of(row)[column]];
+    return count;
+  };
+  std::map<std::string, int> pairs_of; // of an undisturbed run, which comes last
+  std::vector<std::pair<std::map<std::string, int>, std::map<std::string, int>>> stopped;
+  for (int stop_at = 1; pairs_of.empty(); ++stop_at) {
+    class_contig_adapt_clust run = given_clusters_run(session);
+    retained_path_options wanted;
+    wanted.old_MTP = session.folder / "old.txt";
+    wanted.no_sequenced = true;
+    wanted.clusters = retained_clusters::all_in_use;
+    int yields = 0;
+    session.on_yield = [&] { return ++yields == stop_at; };
+    run.process_clusters_without_adaptive_clustering_Retain_run(wanted);
+    session.on_yield = {};
+    const auto paths = contigs_of(lines_of_file(run.result().folder / "list_of_clones_MTP_new.tsv"), 1);
+    const auto pairs = contigs_of(lines_of_file(run.result().folder / "old_MTP_all_overlaps_from_net.tsv"), 1);
+    if (run.result().completed)
+      pairs_of = pairs;
+    else
+      stopped.emplace_back(paths, pairs);
+  }
+  EXPECT_EQ(pairs_of.size(), 2u);
+  for (const auto &[paths, pairs] : stopped) {
+    EXPECT_EQ(paths.size(), pairs.size());
+    for (const auto &[name, n] : pairs)
+      EXPECT_EQ(n, pairs_of.at(name)) << name;
+  }
+}
+
 TEST(retain, old_clones_in_two_parts_stay_and_a_missing_list_changes_nothing) {
   contig_session session(two_chains(), 8);
   make_contigs(session);

@@ -166,6 +166,23 @@ TEST(growing_file, lines_are_on_disk_at_once_unless_buffered) {
   EXPECT_THROW(buffered.line("3"), file_error);
 }
 
+TEST(growing_file, takes_back_what_was_written_since) {
+  const temporary_folder folder;
+  const std::filesystem::path path = folder.path() / "g";
+  for (const int more : {0, 1, 40000}) { // these many lines fill the room before writing
+    growing_file file(path, true);
+    file.line("kept");
+    const std::size_t length = file.length();
+    EXPECT_EQ(length, 6u);
+    for (int k = 0; k < more; ++k)
+      file.line("left out");
+    file.back_to(length);
+    file.line("after");
+    file.close();
+    EXPECT_EQ(file_bytes(path), "kept\r\nafter\r\n") << more;
+  }
+}
+
 TEST(growing_file, continued_it_passes_over_what_is_there) {
   const temporary_folder folder;
   const auto continued = [&](const std::string &former, const std::vector<std::string> &lines, bool to_its_end) {
