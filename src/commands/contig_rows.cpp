@@ -7,6 +7,7 @@
 #include "commands/contig_parameters.h"
 #include "commands/row_steps.h"
 #include "contigs/class_contig_adapt_clust.h"
+#include "contigs/clone_layout.h"
 #include "contigs/run_reports.h"
 #include "database/class_DB_of_clones.h"
 #include "frame/numbers.h"
@@ -101,17 +102,25 @@ void put_layout(const layout_figures &laid, command_result &result) {
   result.figure("dropped_overlaps", laid.n_dropped);
   result.figure("joins", laid.n_joins);
   result.figure("weak_joins", laid.n_weak_joins);
+  result.figure("clones_of_stacks", laid.n_of_stacks);
 }
 
 std::string text_of_layout(const layout_figures &laid) {
+  const std::string of_stacks =
+      laid.n_of_stacks == 0
+          ? ""
+          : fmt::format(
+                "Clones with more than {} overlaps: {}; of these a part was looked at, so that the layout there is "
+                "rough.\n",
+                clone_layout::most_overlaps, number_text_thousands(laid.n_of_stacks));
   return fmt::format(
       "\nBands take {:.0f} positions; overlaps count from a score of {} at that.\n"
       "Left out: {} suspects (clones of two places), {} clones and {} overlaps that contradict the layout.\n"
       "Joins of contigs: {}, {} of them carried by one side or by two clones only.\n"
       "Why, clone by clone: layout_doubts.txt, layout_suspects.txt, layout_joins.txt, "
-      "layout_dropped_overlaps.txt.\n",
+      "layout_dropped_overlaps.txt.\n{}",
       laid.n_positions, number_text(laid.cutoff, 2), laid.n_suspects, laid.n_misfits, laid.n_dropped, laid.n_joins,
-      laid.n_weak_joins);
+      laid.n_weak_joins, of_stacks);
 }
 
 // A net that was made by another scale serves, but hides what it left out.

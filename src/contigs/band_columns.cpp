@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "contigs/clone_layout.h"
+
 namespace orb {
 
 namespace {
@@ -14,6 +16,8 @@ constexpr double off_place = 6;             // times r: a member's stretch that 
 constexpr double off_best = 8;              // times r
 constexpr std::size_t most_tries = 6;       // columns of a group
 constexpr int n_refits = 2;
+// The nearest that a clone is compared with: they were compared with those further.
+constexpr auto most_touching = static_cast<std::ptrdiff_t>(clone_layout::most_overlaps);
 constexpr double negligible = 30; // below the best score
 constexpr int n_passes = 3;
 constexpr double longest_gap = 6; // a longer stretch that only one clone covers, where no column is, keeps its length
@@ -40,69 +44,114 @@ std::int32_t band_columns::root(std::int32_t entry) {
   return entry;
 }
 
+void band_columns::unite(std::int32_t x, std::int32_t y) {
+  if (parent_[static_cast<std::size_t>(x)] == parent_[static_cast<std::size_t>(y)])
+    return;
+  x = root(x);
+  y = root(y);
+  parent_[static_cast<std::size_t>(std::max(x, y))] = std::min(x, y);
+}
+
+// Bands of a clone and of one or two (-1: one) others. Matches are written down first, since no jump foretells them.
+void band_columns::join_clones(std::span<const laid_clone> laid, std::int32_t clone, std::int32_t other_1,
+                               std::int32_t other_2) {
+  const std::int32_t near = static_cast<std::int32_t>(std::lround(share_of_tolerance * clones_.t));
+  const auto bands_of = [&](std::int32_t at) {
+    return at < 0 ? std::span<const band_value>() : clones_.of(laid[static_cast<std::size_t>(at)].clone);
+  };
+  const auto own = bands_of(clone);
+  for (auto &matched : matched_)
+    matched.resize(std::max(matched.size(), own.size() + 1));
+  const auto [n_1, n_2] =
+      merge_with_two(own, bands_of(other_1), bands_of(other_2), near, matched_[0].data(), matched_[1].data());
+  const auto unite_all = [&](std::int32_t other, std::span<const common_pair> matched) {
+    const band_value *const bands = bands_of(other).data();
+    const auto at = [](const band_value *band, const band_value *first, std::size_t first_entry) {
+      return static_cast<std::int32_t>(first_entry + static_cast<std::size_t>(band - first));
+    };
+    for (const common_pair &both : matched)
+      unite(at(both.own, own.data(), first_band_[static_cast<std::size_t>(clone)]),
+            at(both.other, bands, first_band_[static_cast<std::size_t>(other)]));
+  };
+  unite_all(other_1, std::span(matched_[0]).first(n_1));
+  if (other_2 >= 0)
+    unite_all(other_2, std::span(matched_[1]).first(n_2));
+}
+
 // Bands of two clones that lie side by side and are of a size are one band of the genome.
 void band_columns::join_entries(std::span<const laid_clone> laid, const std::atomic<bool> &stopped) {
-  const std::int32_t near = static_cast<std::int32_t>(std::lround(share_of_tolerance * clones_.t));
   const double least = least_common_stretch * scale_.l;
-  std::vector<std::int32_t> reaching; // clones that go on
+  std::vector<std::int32_t> reaching, touching; // clones that go on, and those that go on far enough
   for (std::size_t b = 0; b < laid.size() && !stopped; ++b) {
     std::erase_if(reaching,
                   [&](std::int32_t a) { return laid[static_cast<std::size_t>(a)].right - laid[b].left <= least; });
-    const auto bands_b = clones_.of(laid[b].clone);
-    for (const std::int32_t a : reaching) {
-      const auto &other = laid[static_cast<std::size_t>(a)];
-      if (std::min(other.right, laid[b].right) - laid[b].left <= least)
-        continue;
-      const auto bands_a = clones_.of(other.clone);
-      const auto first_a = first_band_[static_cast<std::size_t>(a)], first_b = first_band_[b];
-      for (std::size_t i = 0, j = 0; i < bands_a.size() && j < bands_b.size();) {
-        const std::int32_t d = bands_a[i] - bands_b[j];
-        const bool a_moves = d <= near, b_moves = d >= -near;
-        if (a_moves && b_moves) {
-          const auto x = root(static_cast<std::int32_t>(first_a + i)), y = root(static_cast<std::int32_t>(first_b + j));
-          parent_[static_cast<std::size_t>(std::max(x, y))] = std::min(x, y);
-        }
-        i += a_moves;
-        j += b_moves;
-      }
-    }
+    touching.clear();
+    for (const std::int32_t a : reaching)
+      if (std::min(laid[static_cast<std::size_t>(a)].right, laid[b].right) - laid[b].left > least)
+        touching.push_back(a);
+    if (std::ssize(touching) > most_touching)
+      touching.erase(touching.begin(), touching.end() - most_touching);
+    for (std::size_t k = 0; k < touching.size(); k += 2)
+      join_clones(laid, static_cast<std::int32_t>(b), touching[k], k + 1 < touching.size() ? touching[k + 1] : -1);
     reaching.push_back(static_cast<std::int32_t>(b));
   }
 }
 
-// The stretch of the axis at which most clones that want the band there cover it, and fewest that don't show it.
-bool band_columns::best_place(std::span<const laid_clone> laid, const column_chances &chances, double low, double high,
-                              band_column &column) {
-  steps_.clear();
-  const double gain = gain_of_member(chances), loss = loss_of_other(chances);
-  const auto change_of = [&](std::size_t i) {
-    return stance_[i] == stance::explained ? 0.0 : stance_[i] == stance::wanting ? gain : -loss;
-  };
-  // Left ends and right ends both ascend: they are merged as they come. What ends beyond `high` needn't be closed.
-  const auto first = std::lower_bound(laid.begin(), laid.end(), low - longest_,
-                                      [](const laid_clone &c, double x) { return c.left < x; });
-  auto begins = static_cast<std::size_t>(first - laid.begin());
-  auto ends = static_cast<std::size_t>(
-      std::lower_bound(by_right_.begin(), by_right_.end(), low,
-                       [&](std::int32_t c, double x) { return laid[static_cast<std::size_t>(c)].right < x; }) -
-      by_right_.begin());
-  for (;;) {
-    while (begins < laid.size() && (laid[begins].right < low || stance_[begins] == stance::explained))
-      ++begins;
-    const double left = begins < laid.size() ? laid[begins].left : high + 1;
-    const double right = ends < by_right_.size() ? laid[static_cast<std::size_t>(by_right_[ends])].right : high + 1;
-    if (left > high && right > high)
-      break;
-    if (left <= right) {
-      steps_.push_back({left, change_of(begins)});
-      ++begins;
-    } else {
-      steps_.push_back({right, -change_of(static_cast<std::size_t>(by_right_[ends]))});
+// Left ends and right ends of all clones as they come along the axis, a left one first where two are at a place.
+void band_columns::order_ends(std::span<const laid_clone> laid) {
+  const std::size_t n = laid.size();
+  std::vector<std::int32_t> by_right(n);
+  std::iota(by_right.begin(), by_right.end(), 0);
+  const auto right = [&](std::int32_t c) { return laid[static_cast<std::size_t>(c)].right; };
+  std::sort(by_right.begin(), by_right.end(),
+            [&](std::int32_t a, std::int32_t b) { return right(a) != right(b) ? right(a) < right(b) : a < b; });
+  ends_.clear();
+  ends_before_.resize(n);
+  first_reaching_.resize(n);
+  for (std::size_t begins = 0, ends = 0, reaching = 0; begins < n || ends < n;) {
+    if (begins == n || (ends < n && right(by_right[ends]) < laid[begins].left)) {
+      ends_.push_back({right(by_right[ends]), by_right[ends], true});
       ++ends;
+      continue;
     }
+    const bool same_place = begins > 0 && laid[begins - 1].left == laid[begins].left;
+    ends_before_[begins] = same_place ? ends_before_[begins - 1] : ends_.size();
+    while (laid[reaching].left < laid[begins].left - longest_)
+      ++reaching;
+    first_reaching_[begins] = reaching;
+    ends_.push_back({laid[begins].left, static_cast<std::int32_t>(begins), false});
+    ++begins;
   }
+}
+
+// What changes along the axis from the left end of a clone up to `high`, for the group in hand; what covers that end
+// comes first. What ends beyond `high` needn't be closed.
+void band_columns::take_steps(std::span<const laid_clone> laid, const column_chances &chances, std::size_t leftmost,
+                              double high) {
+  const double gain = gain_of_member(chances), loss = loss_of_other(chances), low = laid[leftmost].left;
+  const double change_of[] = {-loss, gain, 0.0}; // by stance
+  static_assert(static_cast<int>(stance::wanting) == 1 && static_cast<int>(stance::explained) == 2);
+  std::size_t n = 0, i = first_reaching_[leftmost];
+  if (steps_.size() < 2 * laid.size())
+    steps_.resize(2 * laid.size());
+  for (; i < laid.size() && laid[i].left < low; ++i) {
+    steps_[n] = {laid[i].left, change_of[static_cast<std::size_t>(stance_[i])]};
+    n += laid[i].right >= low && stance_[i] != stance::explained;
+  }
+  for (std::size_t at = ends_before_[leftmost]; at < ends_.size() && ends_[at].at <= high; ++at) {
+    const stance taken = stance_[static_cast<std::size_t>(ends_[at].clone)];
+    const double change = change_of[static_cast<std::size_t>(taken)];
+    steps_[n] = {ends_[at].at, ends_[at].is_right ? -change : change};
+    n += ends_[at].is_right || taken != stance::explained;
+  }
+  n_steps_ = n;
+}
+
+// The stretch of the axis at which most clones that want the band there cover it, and fewest that don't show it.
+bool band_columns::best_place(const column_chances &chances, band_column &column) {
+  const double gain = gain_of_member(chances);
   double score = 0, best = 0, best_at = 0;
-  for (std::size_t i = 0; i + 1 < steps_.size(); ++i) {
+  for (std::size_t i = 0; i + 1 < n_steps_; ++i) {
     score += steps_[i].change;
     if (score > best && steps_[i + 1].at > steps_[i].at) {
       best = score;
@@ -115,7 +164,7 @@ bool band_columns::best_place(std::span<const laid_clone> laid, const column_cha
     return false;
   score = 0;
   double sum = 0, weights = 0;
-  for (std::size_t i = 0; i + 1 < steps_.size(); ++i) {
+  for (std::size_t i = 0; i + 1 < n_steps_; ++i) {
     score += steps_[i].change;
     if (score < best - negligible)
       continue;
@@ -155,18 +204,21 @@ void band_columns::forget_stances(std::span<const std::int32_t> entries) {
 // show as one band in a clone that holds both: so a clone may belong to several columns of its group.
 void band_columns::place_group(std::span<const laid_clone> laid, const column_chances &chances,
                                std::span<const std::int32_t> entries) {
-  double low = laid[static_cast<std::size_t>(clone_of(entries.front()))].left, high = low;
-  for (const std::int32_t e : entries) {
-    low = std::min(low, laid[static_cast<std::size_t>(clone_of(e))].left);
+  const auto leftmost = static_cast<std::size_t>(clone_of(entries.front())); // entries ascend as their clones do
+  double high = laid[leftmost].left;
+  for (const std::int32_t e : entries)
     high = std::max(high, laid[static_cast<std::size_t>(clone_of(e))].right);
-  }
+  const auto best_of_group = [&](band_column &column) {
+    take_steps(laid, chances, leftmost, high);
+    return best_place(chances, column);
+  };
   constexpr auto none = static_cast<std::size_t>(-1);
   fits_.clear();
   std::int32_t wanting_before = static_cast<std::int32_t>(entries.size()) + 1;
   while (fits_.size() < most_tries) {
     const std::int32_t wanting = take_stances(laid, entries, none, off_place * scale_.r);
     band_column fit;
-    const bool more = wanting > 1 && wanting < wanting_before && best_place(laid, chances, low, high, fit);
+    const bool more = wanting > 1 && wanting < wanting_before && best_of_group(fit);
     forget_stances(entries);
     if (!more)
       break;
@@ -175,7 +227,7 @@ void band_columns::place_group(std::span<const laid_clone> laid, const column_ch
   }
   for (int round = 0; round < n_refits && fits_.size() > 1; ++round)
     for (std::size_t f = 0; f < fits_.size();) {
-      const bool wanted = take_stances(laid, entries, f, 0) > 1 && best_place(laid, chances, low, high, fits_[f]);
+      const bool wanted = take_stances(laid, entries, f, 0) > 1 && best_of_group(fits_[f]);
       forget_stances(entries);
       if (wanted)
         ++f;
@@ -231,9 +283,13 @@ void band_columns::keep_fits(std::span<const laid_clone> laid, std::span<const s
     }
     fit.value /= fit.n_members;
     columns_.push_back(fit);
-    for (const std::int32_t e : entries)
-      if (std::binary_search(members_.begin() + static_cast<std::ptrdiff_t>(fit.first), members_.end(), clone_of(e)))
+    std::size_t member = fit.first; // both ascend
+    for (const std::int32_t e : entries) {
+      while (member < members_.size() && members_[member] < clone_of(e))
+        ++member;
+      if (member < members_.size() && members_[member] == clone_of(e))
         in_column_[static_cast<std::size_t>(e)] = 1;
+    }
   }
   note_shared_bands(first_column, entries);
 }
@@ -286,12 +342,7 @@ void band_columns::make(std::span<const laid_clone> laid, const column_chances &
   in_column_.assign(n, 0);
   stance_.assign(laid.size(), stance::other);
   n_columns_.assign(laid.size(), 0);
-  by_right_.resize(laid.size());
-  std::iota(by_right_.begin(), by_right_.end(), 0);
-  std::sort(by_right_.begin(), by_right_.end(), [&](std::int32_t a, std::int32_t b) {
-    const double x = laid[static_cast<std::size_t>(a)].right, y = laid[static_cast<std::size_t>(b)].right;
-    return x != y ? x < y : a < b;
-  });
+  order_ends(laid);
   if (!same_groups)
     group_entries(laid, stopped);
   std::vector<std::int32_t> next(n, -1), first(n, -1), last(n, -1); // the latter two by group

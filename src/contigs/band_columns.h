@@ -2,11 +2,13 @@
 // the columns in their order are the axis of the contig.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "metrics/two_merges.h"
 #include "net/band_scale.h"
 
 namespace orb {
@@ -59,17 +61,25 @@ private:
   struct step {
     double at, change;
   };
+  struct clone_end {
+    double at;
+    std::int32_t clone; // place in `laid`
+    bool is_right;
+  };
   void number_entries(std::span<const laid_clone> laid);
   void group_entries(std::span<const laid_clone> laid, const std::atomic<bool> &stopped);
   void join_entries(std::span<const laid_clone> laid, const std::atomic<bool> &stopped);
   std::int32_t root(std::int32_t entry);
+  void unite(std::int32_t x, std::int32_t y);
+  void join_clones(std::span<const laid_clone> laid, std::int32_t clone, std::int32_t other_1, std::int32_t other_2);
+  void order_ends(std::span<const laid_clone> laid);
   void place_group(std::span<const laid_clone> laid, const column_chances &chances,
                    std::span<const std::int32_t> entries);
   std::int32_t take_stances(std::span<const laid_clone> laid, std::span<const std::int32_t> entries,
                             std::size_t without, double slack);
   void forget_stances(std::span<const std::int32_t> entries);
-  bool best_place(std::span<const laid_clone> laid, const column_chances &chances, double low, double high,
-                  band_column &column);
+  void take_steps(std::span<const laid_clone> laid, const column_chances &chances, std::size_t leftmost, double high);
+  bool best_place(const column_chances &chances, band_column &column);
   void keep_fits(std::span<const laid_clone> laid, std::span<const std::int32_t> entries);
   void note_shared_bands(std::size_t first_column, std::span<const std::int32_t> entries);
   // A number of an entry that doesn't depend on how the clones lie.
@@ -91,8 +101,12 @@ private:
   std::vector<std::int32_t> group_of_key_; // of bands that may be one: the key of one of them
   std::vector<std::int32_t> clone_of_entry_, parent_, group_;
   std::vector<band_value> value_of_entry_;
-  std::vector<std::int32_t> by_right_; // places in `laid`, ascending by right end
-  std::vector<step> steps_;
+  std::array<std::vector<common_pair>, 2> matched_; // of the two clones in hand
+  std::vector<clone_end> ends_;                     // along the axis
+  std::vector<std::size_t> ends_before_;            // by place in `laid`: ends further left than its left end
+  std::vector<std::size_t> first_reaching_;         // by place in `laid`: the first that may reach its left end
+  std::vector<step> steps_;                         // of the group in hand: n_steps_
+  std::size_t n_steps_ = 0;
   std::vector<stance> stance_;          // by place in `laid`
   std::vector<std::int32_t> n_columns_; // by place in `laid`: of the group in hand
   std::vector<band_column> fits_;       // of the group in hand

@@ -67,6 +67,7 @@ struct layout_figures {
   double n_positions = 0, cutoff = 0;
   std::int64_t n_overlaps = 0, n_overlaps_below = 0;
   std::int32_t n_suspects = 0, n_misfits = 0, n_dropped = 0, n_joins = 0, n_weak_joins = 0;
+  std::int32_t n_of_stacks = 0; // clones of which a part of the overlaps was looked at
 };
 
 // One entry of the work list on its way through a test.

@@ -41,9 +41,12 @@ struct clone_layout {
   clone_layout(const clone_bands &of, const band_scale &by, scored_net &overlaps)
       : clones(of), scale(by), net(overlaps), linked_least(of, by, by.linked_cutoff()),
         centre(static_cast<std::size_t>(of.n) + 1, 0), piece_of(static_cast<std::size_t>(of.n) + 1, -1),
-        suspect(static_cast<std::size_t>(of.n) + 1, suspect_reason::none) {
-    for (clone_number c = 1; c <= of.n; ++c)
+        suspect(static_cast<std::size_t>(of.n) + 1, suspect_reason::none),
+        n_bands(static_cast<std::size_t>(of.n) + 1, 0) {
+    for (clone_number c = 1; c <= of.n; ++c) {
+      n_bands[static_cast<std::size_t>(c)] = of.count(c);
       most_bands = std::max(most_bands, n_of(c));
+    }
   }
 
   const clone_bands &clones;
@@ -54,11 +57,12 @@ struct clone_layout {
   std::vector<std::int32_t> piece_of;            // by clone; -1: in none
   std::vector<std::vector<clone_number>> pieces; // ascending by centre; empty: given up to another
   std::vector<suspect_reason> suspect;           // by clone
+  std::vector<std::int32_t> n_bands;             // by clone
   double most_bands = 0;                         // of a clone
   std::vector<layout_spring> springs;
   std::vector<layout_join> joins;
 
-  double n_of(clone_number c) const { return clones.count(c); }
+  double n_of(clone_number c) const { return n_bands[static_cast<std::size_t>(c)]; }
   double left(clone_number c) const { return centre[static_cast<std::size_t>(c)] - n_of(c) / 2; }
   double right(clone_number c) const { return centre[static_cast<std::size_t>(c)] + n_of(c) / 2; }
   std::int32_t piece(clone_number c) const { return piece_of[static_cast<std::size_t>(c)]; }
@@ -95,6 +99,10 @@ struct clone_layout {
         look(c);
     }
   }
+
+  // A clone with more overlaps is of a stack: a part of them speaks for all, and the run says how many such there are.
+  static constexpr std::size_t most_overlaps = 500;
+  bool is_of_stack(clone_number c) const { return net.of(c).size() > most_overlaps; }
 
   static constexpr double sure_share = 0.6;
 };

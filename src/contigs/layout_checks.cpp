@@ -9,7 +9,7 @@ namespace orb {
 
 namespace {
 
-constexpr std::size_t most_neighbours = 120, most_overlaps = 500; // of a stack of clones a part speaks for all
+constexpr std::size_t of_stack = 120; // overlaps
 constexpr std::int32_t least_against = 3, least_pairs = 6;
 constexpr std::int32_t least_side = 2;   // clones, of a part that hangs on one
 constexpr double near_bridge = 143;      // times l, and a clone's length: how far around a bridge clones are looked at
@@ -20,18 +20,9 @@ constexpr std::size_t enough_to_tell = 300; // clones of a side: a stack of thou
 constexpr float share_of_misfit = 0.2F;
 constexpr double too_far_share = 0.5, too_far_bands = 10;
 
-// Calls `look(w)` for neighbours of a clone in its piece, at most so many, evenly from the run.
-template <class function> void for_neighbours(const clone_layout &layout, clone_number clone, const function &look) {
-  const auto run = layout.net.of(clone);
-  const std::size_t stride = 1 + run.size() / most_neighbours;
-  for (std::size_t i = 0; i < run.size(); i += stride)
-    if (layout.is_overlap(run[i]) && layout.piece(run[i].to) == layout.piece(clone))
-      look(run[i].to);
-}
-
-void check_edges(const clone_layout &layout, clone_number a, layout_verdict &verdict) {
+void check_edges(const clone_layout &layout, clone_number a, layout_neighbours &around, layout_verdict &verdict) {
   const auto run = layout.net.of(a);
-  const std::size_t stride = 1 + run.size() / most_overlaps;
+  const std::size_t stride = layout.is_of_stack(a) ? 1 + run.size() / of_stack : 1;
   for (std::size_t i = 0; i < run.size(); i += stride) {
     const scored_edge &edge = run[i];
     if (edge.to < a || !layout.is_overlap(edge) || layout.piece(edge.to) != layout.piece(a))
@@ -41,7 +32,7 @@ void check_edges(const clone_layout &layout, clone_number a, layout_verdict &ver
         too_far_share * layout.fewer_bands(a, edge.to) + too_far_bands * layout.scale.r) {
       found.why = edge_end::too_far;
     } else {
-      count_third_clones(layout, a, edge.to, found.n_for, found.n_against);
+      count_third_clones(layout, around, a, edge.to, found.n_for, found.n_against);
       if (found.n_against >= least_against && found.n_against > found.n_for)
         found.why = edge_end::third_clones;
     }
@@ -52,38 +43,39 @@ void check_edges(const clone_layout &layout, clone_number a, layout_verdict &ver
 
 } // namespace
 
-void count_third_clones(const clone_layout &layout, clone_number a, clone_number b, std::int32_t &n_for,
-                        std::int32_t &n_against) {
+void count_third_clones(const clone_layout &layout, layout_neighbours &around, clone_number a, clone_number b,
+                        std::int32_t &n_for, std::int32_t &n_against) {
   n_for = n_against = 0;
   const auto look = [&](clone_number from, clone_number to) {
-    // Both runs ascend, so that the one of `to` is walked along with the other.
-    const auto other = layout.net.of(to);
-    std::size_t at = 0;
-    for_neighbours(layout, from, [&](clone_number w) {
-      if (w == to || !layout.should_be_linked(w, to))
-        return;
-      while (at < other.size() && other[at].to < w)
-        ++at;
-      const bool in_net = at < other.size() && other[at].to == w && other[at].score >= layout.scale.linked_cutoff();
-      ++(in_net || layout.linked_by_bands(w, to) ? n_for : n_against);
-    });
+    const neighbour_place other = around.place_of(to);
+    ascending_overlaps overlaps(layout.net.of(to));
+    for (const neighbour_place &w : around.of(from)) {
+      if (w.clone == to || !w.should_be_linked(other))
+        continue;
+      const scored_edge *edge = overlaps.find(w.clone);
+      const bool in_net = edge != nullptr && edge->score >= layout.scale.linked_cutoff();
+      ++(in_net || around.linked_by_bands(w.clone, to) ? n_for : n_against);
+    }
   };
   look(a, b);
   look(b, a);
 }
 
-void count_neighbour_pairs(const clone_layout &layout, clone_number clone, std::int32_t &n_pairs,
-                           std::int32_t &n_not_linked) {
+void count_neighbour_pairs(const clone_layout &layout, layout_neighbours &around, clone_number clone,
+                           std::int32_t &n_pairs, std::int32_t &n_not_linked) {
   n_pairs = n_not_linked = 0;
-  thread_local std::vector<clone_number> around;
-  around.clear();
-  for_neighbours(layout, clone, [&](clone_number w) { around.push_back(w); });
-  for (std::size_t i = 0; i < around.size(); ++i)
-    for (std::size_t j = i + 1; j < around.size(); ++j)
-      if (layout.should_be_linked(around[i], around[j])) {
-        ++n_pairs;
-        n_not_linked += layout.linked(around[i], around[j]) ? 0 : 1;
-      }
+  const auto all = around.of(clone);
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    ascending_overlaps overlaps(layout.net.of(all[i].clone));
+    for (std::size_t j = i + 1; j < all.size(); ++j) {
+      if (!all[i].should_be_linked(all[j]))
+        continue;
+      ++n_pairs;
+      const scored_edge *edge = overlaps.find(all[j].clone);
+      const bool in_net = edge != nullptr && edge->score >= layout.scale.linked_cutoff();
+      n_not_linked += in_net || around.linked_by_bands(all[i].clone, all[j].clone) ? 0 : 1;
+    }
+  }
 }
 
 namespace {
@@ -298,13 +290,15 @@ bool is_believed(const clone_layout &layout, const lone_bridge &bridge, double n
 }
 
 layout_verdict check_clones(const clone_layout &layout, std::int32_t piece, std::size_t from, std::size_t to,
-                            std::vector<float> &share_not_linked, const std::atomic<bool> &stopped) {
+                            layout_neighbours &around, std::vector<float> &share_not_linked,
+                            const std::atomic<bool> &stopped) {
   layout_verdict verdict;
+  around.forget();
   const auto &members = layout.pieces[static_cast<std::size_t>(piece)];
   for (std::size_t i = from; i < to && !stopped; ++i) {
-    check_edges(layout, members[i], verdict);
+    check_edges(layout, members[i], around, verdict);
     std::int32_t n_pairs = 0, n_not_linked = 0;
-    count_neighbour_pairs(layout, members[i], n_pairs, n_not_linked);
+    count_neighbour_pairs(layout, around, members[i], n_pairs, n_not_linked);
     if (n_pairs >= least_pairs)
       share_not_linked[static_cast<std::size_t>(members[i])] =
           static_cast<float>(n_not_linked) / static_cast<float>(n_pairs);

@@ -8,6 +8,7 @@
 
 #include "contigs/band_columns.h"
 #include "contigs/clone_layout.h"
+#include "contigs/layout_neighbours.h"
 
 namespace orb {
 
@@ -25,11 +26,11 @@ struct layout_verdict {
 
 // Third clones that speak for an overlap of the piece and against it: neighbours of one end that the layout has
 // overlapping the other end by more than 0.6 of the shorter, linked to it or not.
-void count_third_clones(const clone_layout &layout, clone_number a, clone_number b, std::int32_t &n_for,
-                        std::int32_t &n_against);
+void count_third_clones(const clone_layout &layout, layout_neighbours &around, clone_number a, clone_number b,
+                        std::int32_t &n_for, std::int32_t &n_against);
 // Of the pairs of a clone's neighbours that should be linked, how many are there, and how many aren't.
-void count_neighbour_pairs(const clone_layout &layout, clone_number clone, std::int32_t &n_pairs,
-                           std::int32_t &n_not_linked);
+void count_neighbour_pairs(const clone_layout &layout, layout_neighbours &around, clone_number clone,
+                           std::int32_t &n_pairs, std::int32_t &n_not_linked);
 // Clones by which alone two parts of a piece hang together, while the layout has clones of both lying over each other
 // that share nothing: a chimera's two places go on beyond its arms. Ascending.
 std::vector<clone_number> forking_clones(const clone_layout &layout, std::int32_t piece);
@@ -55,7 +56,8 @@ bool is_believed(const clone_layout &layout, const lone_bridge &bridge, double n
 // Reads the layout of one piece, its clones from..to-1; changes nothing but their shares of neighbour pairs that aren't
 // linked, by clone (-1: too few pairs to tell). Finds overlaps, no clones.
 layout_verdict check_clones(const clone_layout &layout, std::int32_t piece, std::size_t from, std::size_t to,
-                            std::vector<float> &share_not_linked, const std::atomic<bool> &stopped);
+                            layout_neighbours &around, std::vector<float> &share_not_linked,
+                            const std::atomic<bool> &stopped);
 // Of those shares the large ones that none of a clone's neighbours exceeds, and clones that fork.
 std::vector<clone_number> misfits_of(const clone_layout &layout, std::int32_t piece,
                                      const std::vector<float> &share_not_linked);

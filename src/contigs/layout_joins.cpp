@@ -3,7 +3,7 @@
 #include <cmath>
 #include <map>
 
-#include "frame/worker_blocks.h"
+#include "frame/worker_batch.h"
 
 namespace orb {
 
@@ -31,6 +31,8 @@ void layout_joiner::forget_touched() {
     const auto p = static_cast<std::size_t>(piece);
     if (p < ends_known_.size())
       ends_known_[p] = 0;
+    if (p < changed_.size())
+      changed_[p] = 1;
   }
   touched_.clear();
 }
@@ -64,7 +66,9 @@ bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_p
     if (one.consistent > 0)
       wishes.push_back(one);
   };
-  for (const scored_edge *edge : edges) {
+  const std::size_t stride = 1 + edges.size() / clone_layout::most_overlaps;
+  for (std::size_t i = 0; i < edges.size(); i += stride) {
+    const scored_edge *edge = edges[i];
     const double away = (n + layout_.n_of(edge->to)) / 2 - edge->overlap;
     try_centre(layout_.centre[static_cast<std::size_t>(edge->to)] - away);
     try_centre(layout_.centre[static_cast<std::size_t>(edge->to)] + away);
@@ -120,35 +124,56 @@ bool layout_joiner::may_attach(clone_number clone, std::int32_t, const wanted_pl
   return !suspect || (place.n_consistent >= attach_suspect_edges && place.covered > attach_cover);
 }
 
-std::int32_t layout_joiner::attach_clones() {
-  struct attached {
-    clone_number clone;
-    std::int32_t piece;
-    double centre;
-  };
-  std::vector<attached> found;
+// Clones in no piece that have neighbours in one that is not what it was when they were looked at.
+std::vector<clone_number> layout_joiner::clones_to_attach() {
+  changed_.resize(layout_.pieces.size(), 1);
+  std::vector<clone_number> found;
   for (clone_number c = 1; c <= layout_.clones.n; ++c) {
-    if (layout_.piece(c) >= 0)
-      continue;
-    std::map<std::int32_t, std::int32_t> neighbours; // by piece
-    for (const scored_edge &edge : layout_.net.of(c))
-      if (layout_.is_overlap(edge) && layout_.piece(edge.to) >= 0)
-        ++neighbours[layout_.piece(edge.to)];
-    std::int32_t piece = -1, most = 0;
-    for (const auto &[p, count] : neighbours)
-      if (count > most) {
-        most = count;
-        piece = p;
-      }
-    wanted_place place;
-    if (piece >= 0 && place_clone(c, piece, place) && may_attach(c, piece, place))
-      found.push_back({c, piece, place.centre});
+    const auto run = layout_.net.of(c);
+    if (layout_.piece(c) < 0 && std::any_of(run.begin(), run.end(), [&](const scored_edge &edge) {
+          return layout_.piece(edge.to) >= 0 && changed_[static_cast<std::size_t>(layout_.piece(edge.to))] != 0;
+        }))
+      found.push_back(c);
   }
-  for (const attached &one : found) {
+  std::fill(changed_.begin(), changed_.end(), 0);
+  return found;
+}
+
+layout_joiner::attached_clone layout_joiner::place_among_neighbours(clone_number clone) const {
+  std::map<std::int32_t, std::int32_t> neighbours; // by piece
+  for (const scored_edge &edge : layout_.net.of(clone))
+    if (layout_.is_overlap(edge) && layout_.piece(edge.to) >= 0)
+      ++neighbours[layout_.piece(edge.to)];
+  std::int32_t piece = -1, most = 0;
+  for (const auto &[p, count] : neighbours)
+    if (count > most) {
+      most = count;
+      piece = p;
+    }
+  wanted_place place;
+  if (piece >= 0 && place_clone(clone, piece, place) && may_attach(clone, piece, place))
+    return {clone, piece, place.centre};
+  return {};
+}
+
+std::int32_t layout_joiner::attach_clones() {
+  const std::vector<clone_number> waiting = clones_to_attach();
+  std::vector<attached_clone> found(waiting.size());
+  if (!run_and_poll(
+          std::ssize(waiting), threads_,
+          [&](std::int64_t i, int, const std::atomic<bool> &) {
+            const auto at = static_cast<std::size_t>(i) - 1;
+            found[at] = place_among_neighbours(waiting[at]);
+          },
+          [&](std::int64_t) { return go_on_(); }))
+    return 0;
+  std::erase_if(found, [](const attached_clone &one) { return one.clone == 0; });
+  for (const attached_clone &one : found) {
     layout_.piece_of[static_cast<std::size_t>(one.clone)] = one.piece;
     layout_.centre[static_cast<std::size_t>(one.clone)] = one.centre;
     layout_.pieces[static_cast<std::size_t>(one.piece)].push_back(one.clone);
     touched_.push_back(one.piece);
+    changed_[static_cast<std::size_t>(one.piece)] = 1;
   }
   std::sort(touched_.begin(), touched_.end());
   touched_.erase(std::unique(touched_.begin(), touched_.end()), touched_.end());
@@ -221,6 +246,8 @@ void layout_joiner::join(const side &p, const side &q, double overlap, layout_jo
     touched_.push_back(piece);
     if (static_cast<std::size_t>(piece) < ends_known_.size())
       ends_known_[static_cast<std::size_t>(piece)] = 0;
+    if (static_cast<std::size_t>(piece) < changed_.size())
+      changed_[static_cast<std::size_t>(piece)] = 1;
   }
   std::sort(touched_.begin(), touched_.end());
   touched_.erase(std::unique(touched_.begin(), touched_.end()), touched_.end());

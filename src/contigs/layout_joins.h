@@ -83,6 +83,14 @@ private:
     std::int32_t n = 0;          // overlaps that agree
   };
 
+  struct attached_clone {
+    clone_number clone = 0; // 0: it stays alone
+    std::int32_t piece = -1;
+    double centre = 0;
+  };
+
+  std::vector<clone_number> clones_to_attach();
+  attached_clone place_among_neighbours(clone_number clone) const;
   bool place_clone(clone_number clone, std::int32_t piece, wanted_place &place) const;
   bool may_attach(clone_number clone, std::int32_t piece, const wanted_place &place) const;
 
@@ -138,6 +146,7 @@ private:
   std::vector<std::array<double, 2>> reach_; // by piece: to the left, as a negative, and to the right
   std::vector<std::pair<std::int32_t, std::int32_t>> contacts_; // overlaps of two pieces, or of a piece and a clone (-)
   std::vector<std::int32_t> touched_;
+  std::vector<char> changed_;      // by piece: since clones were attached
   std::vector<char> ends_known_;   // by piece
   std::vector<char> single_known_; // by clone
 };

@@ -43,9 +43,11 @@ private:
 
   void count_overlaps() {
     std::int64_t records = 0;
-    for (clone_number c = 1; c <= clones_.n; ++c)
+    for (clone_number c = 1; c <= clones_.n; ++c) {
+      result_.n_of_stacks += layout_.is_of_stack(c);
       for (const scored_edge &edge : net_.of(c))
         records += edge.score >= scale_.cutoff;
+    }
     result_.n_overlaps = records / 2;
     result_.n_overlaps_below = (net_.n_left_out() + static_cast<std::int64_t>(net_.n_records()) - records) / 2;
   }
@@ -250,9 +252,11 @@ private:
         parts.push_back({piece, from, std::min(n, from + clones_in_part)});
     std::vector<layout_verdict> of_parts(parts.size()), verdicts(layout_.pieces.size());
     std::vector<float> misfit(static_cast<std::size_t>(clones_.n) + 1, -1);
-    const auto check_part = [&](std::int64_t i, int, const std::atomic<bool> &stopped) {
+    std::vector<layout_neighbours> around(workers_.size(), layout_neighbours(layout_));
+    const auto check_part = [&](std::int64_t i, int worker, const std::atomic<bool> &stopped) {
       const part &at = parts[static_cast<std::size_t>(i) - 1];
-      of_parts[static_cast<std::size_t>(i) - 1] = check_clones(layout_, at.piece, at.from, at.to, misfit, stopped);
+      of_parts[static_cast<std::size_t>(i) - 1] =
+          check_clones(layout_, at.piece, at.from, at.to, around[static_cast<std::size_t>(worker)], misfit, stopped);
     };
     if (!run_and_poll(static_cast<std::int64_t>(parts.size()), options_.threads, check_part,
                       [&](std::int64_t) { return goes_on_(); }))

@@ -23,6 +23,7 @@ struct layout_result {
   std::vector<layout_join> joins;
   std::vector<clone_number> alone;                   // ascending; clones in no contig
   std::int64_t n_overlaps = 0, n_overlaps_below = 0; // of the net, at the scale's cutoff and below it
+  std::int32_t n_of_stacks = 0;
   bool completed = false;
 };
 

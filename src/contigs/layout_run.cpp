@@ -21,6 +21,7 @@ layout_figures figures_of(const layout_result &found) {
   figures.n_misfits = static_cast<std::int32_t>(found.misfits.size());
   figures.n_dropped = static_cast<std::int32_t>(found.dropped.size());
   figures.n_joins = static_cast<std::int32_t>(found.joins.size());
+  figures.n_of_stacks = found.n_of_stacks;
   for (const layout_join &join : found.joins)
     figures.n_weak_joins += join.kind == join_kind::end_stretch && join.support != join_support::both_sides;
   return figures;

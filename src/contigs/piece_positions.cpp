@@ -20,6 +20,9 @@ constexpr round_of_solving rounds[] = {{20, false}, {20, false}, {20, false}, {1
 constexpr std::size_t first_round_of_all = 10;
 constexpr std::int32_t long_in_ranks = 4000;
 constexpr double weight_of_long = 0.02;
+// Overlaps of two clones of a stack that are so far apart in the first order are left out: the clones between them say
+// the same, and the work grows with the square of the distance.
+constexpr auto most_between = static_cast<std::int32_t>(clone_layout::most_overlaps);
 
 } // namespace
 
@@ -96,6 +99,8 @@ void piece_positions::gather_terms(std::int32_t piece) {
       const std::int32_t low = rank_[static_cast<std::size_t>(a)], high = rank_[static_cast<std::size_t>(edge.to)];
       if (high <= low || !layout_.is_overlap(edge))
         continue;
+      if (high - low > most_between && layout_.is_of_stack(a) && layout_.is_of_stack(edge.to))
+        continue;
       const double not_shared = layout_.fewer_bands(a, edge.to) - edge.overlap;
       const double weight = 1 / (1 + 0.05 / layout_.scale.l * std::max(0.0, not_shared));
       terms_.push_back({low, high, static_cast<float>(layout_.n_of(a)), static_cast<float>(layout_.n_of(edge.to)),
@@ -111,7 +116,7 @@ void piece_positions::gather_terms(std::int32_t piece) {
   }
 }
 
-void piece_positions::solve_round(std::int32_t piece, double sigma, bool all_edges) {
+void piece_positions::solve_round(std::int32_t piece, double sigma, bool all_edges, const std::atomic<bool> &stopped) {
   const auto &members = layout_.pieces[static_cast<std::size_t>(piece)];
   start_.resize(members.size());
   for (std::size_t i = 0; i < members.size(); ++i)
@@ -138,7 +143,7 @@ void piece_positions::solve_round(std::int32_t piece, double sigma, bool all_edg
     }
     springs_.push_back({term.low, term.high, d < 0 ? -target : target, weight});
   }
-  solver_.solve(springs_, start_, x_);
+  solver_.solve(springs_, start_, x_, stopped);
   for (std::size_t i = 0; i < members.size(); ++i)
     layout_.centre[static_cast<std::size_t>(members[i])] = x_[i];
 }
@@ -159,7 +164,7 @@ void piece_positions::lay(std::int32_t piece, bool from_scratch, const std::atom
   rank_members();
   gather_terms(piece);
   for (std::size_t round = from_scratch ? 0 : first_round_of_all; round < std::size(rounds) && !stopped; ++round)
-    solve_round(piece, rounds[round].sigma * layout_.scale.r, rounds[round].all_edges);
+    solve_round(piece, rounds[round].sigma * layout_.scale.r, rounds[round].all_edges, stopped);
   layout_.sort_piece(piece);
   for (const clone_number c : members)
     rank_[static_cast<std::size_t>(c)] = -1;

@@ -38,7 +38,7 @@ private:
   void shortest_ways(std::span<const clone_number> members, std::int32_t from, std::vector<double> &ways);
   void first_centres(std::vector<clone_number> &members);
   void gather_terms(std::int32_t piece);
-  void solve_round(std::int32_t piece, double sigma, bool all_edges);
+  void solve_round(std::int32_t piece, double sigma, bool all_edges, const std::atomic<bool> &stopped);
 
   clone_layout &layout_;
   std::vector<std::int32_t> rank_; // by clone, of the piece in hand; -1 outside it

@@ -40,8 +40,8 @@ bool skyline_solver::lay_out(std::span<const axis_spring> springs, std::size_t n
   return row_start_[n] <= most_entries;
 }
 
-void skyline_solver::factor(std::size_t n) {
-  for (std::size_t i = 0; i < n; ++i) {
+void skyline_solver::factor(std::size_t n, const std::atomic<bool> &stopped) {
+  for (std::size_t i = 0; i < n && !stopped; ++i) {
     double *row = entries_.data() + row_start_[i];
     const std::size_t first = first_column_[i];
     for (std::size_t j = first; j < i; ++j) {
@@ -78,7 +78,7 @@ void skyline_solver::improve(std::span<const axis_spring> springs, std::span<con
 }
 
 void skyline_solver::solve(std::span<const axis_spring> springs, std::span<const double> start, std::vector<double> &x,
-                           std::size_t most_entries) {
+                           const std::atomic<bool> &stopped, std::size_t most_entries) {
   const std::size_t n = start.size();
   if (!lay_out(springs, n, most_entries))
     return improve(springs, start, x);
@@ -96,7 +96,11 @@ void skyline_solver::solve(std::span<const axis_spring> springs, std::span<const
     right_[low] -= spring.weight * spring.target;
     right_[high] += spring.weight * spring.target;
   }
-  factor(n);
+  factor(n, stopped);
+  if (stopped) {
+    x.assign(start.begin(), start.end());
+    return;
+  }
   x = right_;
   for (std::size_t i = 0; i < n; ++i) {
     const double *row = entries_.data() + row_start_[i];

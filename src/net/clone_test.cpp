@@ -7,7 +7,6 @@
 
 #include "frame/worker_batch.h"
 #include "frame/worker_blocks.h"
-#include "metrics/band_merge.h"
 
 namespace orb {
 
@@ -52,8 +51,6 @@ void clone_neighbourhood::make(const clone_bands &clones, const band_scale &scal
   n_bands_ = clones.count(clone);
   least_bands_ = std::max(3.0, 6 * scale.r);
   neighbours_.clear();
-  bands_.clear();
-  n_shown_.clear();
   chance_.clear();
   poles_.clear();
   for (const scored_edge &edge : net.of(clone))
@@ -64,26 +61,32 @@ void clone_neighbourhood::make(const clone_bands &clones, const band_scale &scal
     neighbours_.clear();
     return;
   }
-  const auto own = clones.of(clone);
-  for (const clone_number u : neighbours_) {
-    band_set shown{};
-    std::int32_t count = 0;
-    const auto other = clones.of(u);
-    for (std::size_t i = 0, j = 0; i < own.size() && j < other.size() && i < words * 64;) {
-      const std::int32_t d = own[i] - other[j];
-      const bool own_moves = d <= clones.t, other_moves = d >= -clones.t;
-      const std::uint64_t both = own_moves && other_moves ? 1 : 0;
-      shown[i / 64] |= both << (i % 64);
-      count += static_cast<std::int32_t>(both);
-      i += own_moves;
-      j += other_moves;
-    }
-    bands_.push_back(shown);
-    n_shown_.push_back(count);
-    chance_.push_back(scale.chance_of_match(clones.count(u)));
+  const std::size_t n_neighbours = neighbours_.size();
+  const auto own = clones.of(clone).first(std::min(clones.of(clone).size(), words * 64));
+  bands_.assign(n_neighbours, {});
+  n_shown_.assign(n_neighbours, 0);
+  for (auto &found : common_)
+    found.resize(std::max(found.size(), own.size() + 1));
+  for (std::size_t u = 0; u < n_neighbours; u += 2) {
+    const auto other = u + 1 < n_neighbours ? clones.of(neighbours_[u + 1]) : std::span<const band_value>();
+    const auto [n_1, n_2] =
+        merge_with_two(own, clones.of(neighbours_[u]), other, clones.t, common_[0].data(), common_[1].data());
+    note_shown(own, u, std::span(common_[0]).first(n_1));
+    note_shown(own, std::min(u + 1, n_neighbours - 1), std::span(common_[1]).first(n_2));
   }
+  for (const clone_number u : neighbours_)
+    chance_.push_back(scale.chance_of_match(clones.count(u)));
   tie_neighbours();
   choose_poles();
+}
+
+void clone_neighbourhood::note_shown(std::span<const band_value> own, std::size_t u,
+                                     std::span<const common_pair> common) {
+  for (const common_pair &both : common) {
+    const auto i = static_cast<std::size_t>(both.own - own.data());
+    bands_[u][i / 64] |= std::uint64_t{1} << (i % 64);
+  }
+  n_shown_[u] += static_cast<std::int32_t>(common.size());
 }
 
 void clone_neighbourhood::tie_neighbours() {

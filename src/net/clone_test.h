@@ -9,6 +9,7 @@
 #include <span>
 #include <vector>
 
+#include "metrics/two_merges.h"
 #include "net/scored_net.h"
 
 namespace orb {
@@ -49,6 +50,7 @@ public:
 private:
   static constexpr std::size_t words = 8; // of up to 512 bands
   using band_set = std::array<std::uint64_t, words>;
+  void note_shown(std::span<const band_value> own, std::size_t u, std::span<const common_pair> common);
   void tie_neighbours();
   void choose_poles();
   bool augment(std::int32_t from, std::int32_t to);
@@ -58,6 +60,7 @@ private:
   std::int32_t n_bands_ = 0;
   double least_bands_ = 6; // of a pole and of a side
   std::vector<clone_number> neighbours_;
+  std::array<std::vector<common_pair>, 2> common_; // of the two neighbours in hand
   std::vector<band_set> bands_;
   std::vector<std::int32_t> n_shown_; // bands of the clone in each neighbour
   std::vector<double> chance_;        // that a band is found in it by chance

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "frame/worker_blocks.h"
-#include "metrics/band_merge.h"
+#include "frame/worker_batch.h"
+#include "metrics/two_merges.h"
 
 namespace orb {
 
 namespace {
 
-constexpr std::int64_t clones_in_block = 4096, clones_in_piece = 64;
+constexpr std::int64_t clones_in_item = 64;
 
 } // namespace
 
@@ -22,13 +22,13 @@ scored_net::scored_net(const class_net &net, const clone_bands &clones, const ba
         first_[static_cast<std::size_t>(a)] + (a <= n ? net.edges_of_vertex(a).size() : 0);
   edges_.resize(first_.back());
   const auto for_clones = [&](const std::function<void(clone_number)> &body) {
-    return run_in_blocks(
-        1, n, clones_in_block, clones_in_piece, threads,
-        [&](std::int64_t from, std::int64_t to, int) {
-          for (auto a = static_cast<clone_number>(from); a <= to; ++a)
-            body(a);
-        },
-        [&](std::int64_t) { return go_on(); });
+    return run_and_poll((n + clones_in_item - 1) / clones_in_item, threads,
+                        [&](std::int64_t item, int, const std::atomic<bool> &stopped) {
+                          const std::int64_t last = std::min<std::int64_t>(n, item * clones_in_item);
+                          for (std::int64_t a = (item - 1) * clones_in_item + 1; a <= last && !stopped; ++a)
+                            body(static_cast<clone_number>(a));
+                        },
+                        [&](std::int64_t) { return go_on(); });
   };
   const auto score_upper = [&](clone_number a) { // each pair once
     const auto run = of(a);
@@ -36,13 +36,23 @@ scored_net::scored_net(const class_net &net, const clone_bands &clones, const ba
     for (const net_edge &edge : net.edges_of_vertex(a))
       (at++)->to = edge.neighbour;
     std::sort(run.begin(), run.end(), [](const scored_edge &x, const scored_edge &y) { return x.to < y.to; });
-    for (scored_edge &edge : run) {
-      if (edge.to <= a)
-        continue;
-      const std::int32_t k = common_bands(clones.of(a), clones.of(edge.to), clones.t);
+    std::vector<common_pair> common_1(clones.of(a).size() + 1), common_2(common_1);
+    const auto score = [&](scored_edge &edge, std::size_t common) {
+      const auto k = static_cast<std::int32_t>(common);
       edge.common = static_cast<std::int16_t>(k);
       edge.overlap = static_cast<float>(scale.overlap(k, clones.count(a), clones.count(edge.to)));
       edge.score = static_cast<float>(scale.score(k, clones.count(a), clones.count(edge.to)));
+    };
+    const auto first = std::find_if(run.begin(), run.end(), [a](const scored_edge &edge) { return edge.to > a; });
+    for (auto edge = first; edge < run.end(); edge += 2) {
+      const bool is_last = edge + 1 == run.end();
+      const auto [k_1, k_2] = merge_with_two(clones.of(a), clones.of(edge->to),
+                                             is_last ? std::span<const band_value>() : clones.of((edge + 1)->to),
+                                             clones.t, common_1.data(), common_2.data());
+      score(*edge, k_1);
+      if (is_last)
+        break;
+      score(*(edge + 1), k_2);
     }
   };
   const auto mirror_lower = [&](clone_number a) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 
 #include "contigs/layout_checks.h"
@@ -182,6 +183,160 @@ TEST(layout_joins, clones_are_attached_outside) {
     ASSERT_EQ(joiner.attach_clones(), 1) << seed;
     EXPECT_NEAR(made.layout.centre[static_cast<std::size_t>(last)], 285, 8) << seed;
   }
+}
+
+// Clones taken out of a piece come back wave after wave; who remembers what has changed finds the same as who looks at
+// all clones each time.
+TEST(layout_joins, clones_are_attached_in_waves) {
+  true_line line(11, 700);
+  line.add_clones(70, 0, 700);
+  const go_on_function go_on = [] { return true; };
+  std::vector<std::vector<clone_number>> pieces;
+  for (const bool remembers : {true, false}) {
+    laid_session made(line);
+    made.layout.pieces[0].clear();
+    for (clone_number c = 1; c <= made.clones.n; ++c)
+      if (line.centre[static_cast<std::size_t>(c)] < 150)
+        made.layout.pieces[0].push_back(c);
+      else
+        made.layout.piece_of[static_cast<std::size_t>(c)] = -1;
+    made.layout.sort_piece(0);
+    auto joiner = std::make_unique<layout_joiner>(made.layout, 2, go_on);
+    int waves = 0;
+    for (; joiner->attach_clones() > 0; ++waves)
+      if (!remembers)
+        joiner = std::make_unique<layout_joiner>(made.layout, 1, go_on);
+    EXPECT_GT(waves, 3);
+    pieces.push_back(made.layout.pieces[0]);
+  }
+  EXPECT_GT(pieces[0].size(), 60u);
+  EXPECT_EQ(pieces[0], pieces[1]);
+}
+
+namespace {
+
+// Puts clones into pieces by where they lie; -1: into none.
+template <class function> void take_apart(laid_session &made, const function &piece_at) {
+  made.layout.pieces.assign(3, {});
+  for (clone_number c = 1; c <= made.clones.n; ++c) {
+    const std::int32_t piece = piece_at(c);
+    made.layout.piece_of[static_cast<std::size_t>(c)] = piece;
+    if (piece >= 0)
+      made.layout.pieces[static_cast<std::size_t>(piece)].push_back(c);
+  }
+  for (std::int32_t p = 0; p < 3; ++p)
+    made.layout.sort_piece(p);
+}
+
+const go_on_function always = [] { return true; };
+
+} // namespace
+
+// A suspect over a gap between two contigs ends in both and is believed; not one with a third of its bands from
+// elsewhere, nor either of two that lead from one end to different contigs.
+TEST(layout_joins, bridges_end_in_both_contigs) {
+  enum { true_one, three_parts, rivalled };
+  for (std::uint64_t seed = 1; seed <= 6; ++seed)
+    for (const int kind : {true_one, three_parts, rivalled}) {
+      true_line line(seed, 1000);
+      for (const int from : {0, 205, 500})
+        line.add_clones(22, from, from + 200);
+      for (const int from : {140, 145, 205, 210, 500, 505})
+        line.add(line.bands(from, from + (from < 200 ? 200 - from : 60)), from + 30);
+      const clone_number n_good = static_cast<clone_number>(line.centre.size()) - 1;
+      std::vector<std::int32_t> bridge = line.bands(kind == three_parts ? 165 : 155, kind == true_one ? 250 : 200);
+      if (kind == three_parts)
+        for (const int from : {205, 900})
+          std::ranges::copy(line.bands(from, from + (from == 205 ? 35 : 30)), std::back_inserter(bridge));
+      if (kind == rivalled)
+        std::ranges::copy(line.bands(200, 250), std::back_inserter(bridge));
+      line.add(bridge, 202);
+      if (kind == rivalled) {
+        bridge = line.bands(150, 200);
+        std::ranges::copy(line.bands(500, 545), std::back_inserter(bridge));
+        line.add(bridge, 202);
+      }
+      laid_session made(line);
+      take_apart(made, [&](clone_number c) {
+        const double x = line.centre[static_cast<std::size_t>(c)];
+        return c > n_good ? -1 : x < 202 ? 0 : x < 450 ? 1 : 2;
+      });
+      for (clone_number c = n_good + 1; c <= made.clones.n; ++c)
+        made.layout.suspect[static_cast<std::size_t>(c)] = suspect_reason::two_sides;
+      layout_joiner joiner(made.layout, 1, always);
+      EXPECT_EQ(joiner.join_by_bridges(), kind == true_one ? 1 : 0) << seed << " " << kind;
+      if (kind != true_one)
+        continue;
+      EXPECT_EQ(made.layout.joins.front().bridge, made.clones.n);
+      std::vector<double> apart;
+      for (const clone_number c : made.layout.pieces[0])
+        apart.push_back(std::abs(made.layout.centre[static_cast<std::size_t>(c)] -
+                                 made.layout.centre[static_cast<std::size_t>(made.clones.n)]) -
+                        std::abs(line.centre[static_cast<std::size_t>(c)] - 202.5));
+      EXPECT_LT(*std::ranges::max_element(apart), 10) << seed;
+    }
+}
+
+// A single clone joins an end that it overlaps, unless another does as well.
+TEST(layout_joins, edges_join_where_there_is_no_rival) {
+  for (std::uint64_t seed = 1; seed <= 6; ++seed)
+    for (const int n_single : {1, 2}) {
+      true_line line(seed, 1000);
+      line.add_clones(24, 0, 182);
+      for (const int from : {120, 125, 130, 135, 140})
+        line.add(line.bands(from, 200), (from + 200) / 2.0);
+      const auto last = static_cast<clone_number>(line.centre.size()) - 1;
+      for (int k = 0; k < n_single; ++k) {
+        std::vector<std::int32_t> single = line.bands(170, 200);
+        std::ranges::copy(line.bands(700 + 100 * k, 730 + 100 * k), std::back_inserter(single));
+        line.add(single, 210);
+      }
+      laid_session made(line);
+      take_apart(made, [&](clone_number c) { return c <= last ? 0 : -1; });
+      layout_joiner joiner(made.layout, 1, always);
+      EXPECT_EQ(joiner.join_by_edges(), n_single == 1 ? 1 : 0) << seed;
+    }
+}
+
+// Third clones and pairs of neighbours, counted by looking at all clones of the piece.
+TEST(layout_joins, witnesses_are_counted_as_by_hand) {
+  true_line line(12, 500);
+  line.add_clones(60, 0, 500);
+  for (std::size_t c = 1; c < line.centre.size(); c += 7)
+    line.centre[c] += 60; // some lie wrongly, so that some speak against
+  laid_session made(line);
+  const clone_layout &layout = made.layout;
+  const auto neighbours = [&](clone_number a, clone_number b) {
+    const scored_edge *edge = layout.net.find(a, b);
+    return edge != nullptr && layout.is_overlap(*edge);
+  };
+  layout_neighbours around(layout);
+  std::int64_t all_against = 0, all_not_linked = 0;
+  for (clone_number a = 1; a <= made.clones.n; ++a) {
+    std::int32_t n_pairs = 0, n_not_linked = 0, n_for = 0, n_against = 0;
+    for (clone_number b = 1; b <= made.clones.n; ++b) {
+      std::int32_t same = 0, odd = 0;
+      for (clone_number w = 1; w <= made.clones.n; ++w)
+        for (const auto &[from, to] : {std::pair(a, b), std::pair(b, a)})
+          if (w != a && w != b && neighbours(from, w) && layout.should_be_linked(w, to))
+            ++(layout.linked(w, to) ? same : odd);
+      if (neighbours(a, b)) {
+        count_third_clones(layout, around, a, b, n_for, n_against);
+        EXPECT_EQ(std::pair(n_for, n_against), std::pair(same, odd)) << a << " " << b;
+        all_against += odd;
+      }
+      for (clone_number c = b + 1; c <= made.clones.n; ++c)
+        if (neighbours(a, b) && neighbours(a, c) && layout.should_be_linked(b, c)) {
+          ++n_pairs;
+          n_not_linked += !layout.linked(b, c);
+        }
+    }
+    std::int32_t pairs = 0, not_linked = 0;
+    count_neighbour_pairs(layout, around, a, pairs, not_linked);
+    EXPECT_EQ(std::pair(pairs, not_linked), std::pair(n_pairs, n_not_linked)) << a;
+    all_not_linked += not_linked;
+  }
+  EXPECT_GT(std::min(all_against, all_not_linked), 20);
 }
 
 // A clone with a few bands from elsewhere is named, and no other.

@@ -88,13 +88,13 @@ TEST(layout, springs_are_solved_as_by_elimination) {
         const std::int32_t low = std::max(0, i - random.number_up_to(6));
         springs.push_back({low, i, 10.0 * (i - low) + 4 * random.uniform(), 0.1 + random.uniform()});
       }
-    solver.solve(springs, start, x);
+    solver.solve(springs, start, x, false);
     const std::vector<double> slow = solve_dense(springs, start);
     for (int i = 0; i < n; ++i)
       ASSERT_NEAR(x[static_cast<std::size_t>(i)], slow[static_cast<std::size_t>(i)], 1e-5);
     if (trial > 3)
       continue;
-    solver.solve(springs, slow, x, 1); // no room: place by place, which stays where all is settled
+    solver.solve(springs, slow, x, false, 1); // no room: place by place, which stays where all is settled
     for (int i = 0; i < n; ++i)
       ASSERT_NEAR(x[static_cast<std::size_t>(i)], slow[static_cast<std::size_t>(i)], 1e-3);
   }
@@ -135,6 +135,52 @@ TEST(layout, columns_lie_where_their_clones_overlap) {
     compared += best - score(column.place) < 3; // a mean over the best segments
   }
   EXPECT_GT(compared, map.columns().size() * 95 / 100);
+}
+
+// Two bands of one size near each other: a column at each place, with the clones that cover it; a clone that covers
+// both shows one band for the two, and it alone is said to.
+TEST(layout, bands_of_like_size_make_two_columns) {
+  constexpr int first = 110, second = 160, size = 45000;
+  for (std::uint64_t seed = 1; seed <= 6; ++seed) {
+    line_library line(seed, 300, 60, 0);
+    const auto covers = [&](int c, int place) {
+      const int begin = line.begin[static_cast<std::size_t>(c)];
+      return begin <= place && place < begin + line.length[static_cast<std::size_t>(c)];
+    };
+    for (int c = 1; c <= line.data.count(); ++c)
+      if (covers(c, first) || covers(c, second))
+        line.data.bands[static_cast<std::size_t>(c)].push_back(size);
+    contig_session session(line.data, 25);
+    const clone_bands clones(session.database);
+    const band_scale scale = band_scale_of(clones, 1);
+    std::vector<laid_clone> laid;
+    for (int c = 1; c <= clones.n; ++c) {
+      const auto i = static_cast<std::size_t>(c);
+      laid.push_back({c, line.begin[i] + 0.0, line.begin[i] + line.length[i] + 0.0});
+    }
+    std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) { return a.left < b.left; });
+    band_columns map(clones, scale);
+    map.make(laid, {}, false);
+    std::vector<band_column> found;
+    std::ranges::copy_if(map.columns(), std::back_inserter(found),
+                         [](const band_column &c) { return std::abs(c.value - size) < 1; });
+    ASSERT_EQ(found.size(), 2u) << seed;
+    EXPECT_EQ(found[0].group, found[1].group);
+    for (const band_column &column : found) {
+      const int place = &column == &found[0] ? first : second;
+      EXPECT_NEAR(column.place, place + 0.5, 6) << seed;
+      std::size_t off = 0;
+      for (std::size_t i = 0; i < laid.size(); ++i) {
+        const auto members = map.members(column);
+        const auto at = std::ranges::find(members, static_cast<std::int32_t>(i));
+        off += (at != members.end()) != covers(laid[i].clone, place);
+        if (at != members.end() && covers(laid[i].clone, place))
+          off += (map.shares_a_band(column)[static_cast<std::size_t>(at - members.begin())] != 0) !=
+                 (covers(laid[i].clone, first) && covers(laid[i].clone, second));
+      }
+      EXPECT_LE(off, 4u) << seed; // clones that end within a few bands of the place
+    }
+  }
 }
 
 // Ends that were laid some bands off are found again: in their order, where a third of the bands have the size of one

@@ -6,6 +6,7 @@
 
 #include "metrics/band_merge_lanes.h"
 #include "metrics/class_clone_dist_my.h"
+#include "metrics/two_merges.h"
 #include "support/library_generator.h"
 #include "support/scripted_frame.h"
 
@@ -51,6 +52,26 @@ TEST(pair, common_bands_are_a_greedy_matching_with_a_closed_tolerance) {
   EXPECT_EQ(calc.burring_index_get(0.9), 2);
 }
 
+// One list with two others, each common pair by its places.
+void expect_two_at_once(const class_DB_of_clones &database, clone_number own, clone_number a, clone_number b,
+                        std::int32_t t) {
+  std::vector<common_pair> found[2];
+  for (auto &one : found)
+    one.resize(database.bands_of_clone(own).size() + 1);
+  const auto [n_a, n_b] = merge_with_two(database.bands_of_clone(own), database.bands_of_clone(a),
+                                         database.bands_of_clone(b), t, found[0].data(), found[1].data());
+  found[0].resize(n_a);
+  found[1].resize(n_b);
+  for (const clone_number other : {a, b}) {
+    std::vector<std::pair<band_value, band_value>> expected, given;
+    merge_bands(database.bands_of_clone(own), database.bands_of_clone(other), t,
+                [&](band_value x, band_value y) { expected.emplace_back(x, y); });
+    for (const common_pair &pair : found[other == a ? 0 : 1])
+      given.emplace_back(*pair.own, *pair.other);
+    ASSERT_EQ(given, expected);
+  }
+}
+
 TEST(pair, merges_side_by_side_count_as_one_by_one) {
   random_source chance(5);
   for (const std::int32_t axis : {30, 400, 5000}) {
@@ -77,6 +98,7 @@ TEST(pair, merges_side_by_side_count_as_one_by_one) {
                       [&](band_value, band_value) { ++expected; });
           ASSERT_EQ(common[l], expected);
         }
+        expect_two_at_once(lib.database, pairs[0].first, pairs[0].second, pairs[1].second, t);
       }
   }
 }
