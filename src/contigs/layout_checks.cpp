@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::size_t of_stack = 120; // overlaps
 constexpr std::int32_t least_against = 3, least_pairs = 6;
-constexpr std::int32_t least_side = 2;   // clones, of a part that hangs on one
 constexpr double near_bridge = 143;      // times l, and a clone's length: how far around a bridge clones are looked at
 constexpr double off_place = 4;          // times r: as far as a place in a thin part of a contig may be off
 constexpr double most_false_bridges = 2; // expected; with more, contigs of two places are no longer rare
@@ -252,12 +251,8 @@ double mean_centre(const clone_layout &layout, std::span<const clone_number> clo
 std::vector<lone_bridge> lone_bridges(const clone_layout &layout, std::int32_t piece) {
   const piece_search search(layout, piece);
   const auto &members = search.members();
-  const auto n = static_cast<std::int32_t>(members.size());
   std::vector<lone_bridge> found;
   for_cut_clones(search, [&](std::int32_t i, std::int32_t top) {
-    const std::int32_t below = search.last[piece_search::at(top)] - search.number[piece_search::at(top)] + 1;
-    if (below < least_side || n - 1 - below < least_side)
-      return;
     lone_bridge bridge{members[piece_search::at(i)], {}, {}};
     const double x = layout.centre[static_cast<std::size_t>(bridge.clone)];
     const double reach = near_bridge * layout.scale.l + layout.most_bands;

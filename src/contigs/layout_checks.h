@@ -48,7 +48,7 @@ struct lone_bridge {
   clone_number clone = 0;
   std::vector<clone_number> left, right;
 };
-// With parts of two clones and more. Ascending.
+// Ascending.
 std::vector<lone_bridge> lone_bridges(const clone_layout &layout, std::int32_t piece);
 // Whether the bands of both sides let a bridge be true. `n_false`: bridges that are false, expected by chance: where
 // they are several, a bridge must have what lies over each other for it, not only nothing against it.

@@ -1,5 +1,6 @@
 // Joins of end stretches.
 #include <cmath>
+#include <tuple>
 
 #include "contigs/layout_joins.h"
 #include "frame/worker_blocks.h"
@@ -12,8 +13,16 @@ constexpr double margin_of_two_clones = 4;
 constexpr double share_of_rival = 0.6, share_of_other_end = 0.9;
 constexpr double least_behind = 0.7, surely_behind = 0.85; // of what lies behind an end clone, to be shown by it
 constexpr double least_behind_of_few = 0.5;                // the same where chimeras at ends are hardly expected
+// Of what lies next to the other end, to be shown too: a chimera whose second part lies further in shows less. (Of 91
+// true joins of E. coli libraries 8 lay below, some of them with a chimera on the other side.)
+constexpr double least_across = 0.5;
 constexpr double share_of_end_clone = 0.125; // of a clone: as far from an end as an arm may lie that matches it
-constexpr double least_of_other_side = 2.5;  // score, of a join of one side where chimeras are many
+// In place of `most_false_ends`, for clones that show only a part of what lies behind them. (With 0.25 90 E. coli
+// libraries have 388 clones sitting wrongly for 323, and 2 % fewer contigs. Clones that show nearly all need a limit
+// too: many begin at the same few places where bands are far apart. Without one it is 325 for 196, and 4 % fewer
+// contigs.)
+constexpr double most_false_untold = 0.05;
+constexpr double least_of_other_side = 2.5; // score, of a join of one side where chimeras are many
 
 } // namespace
 
@@ -88,16 +97,22 @@ bool layout_joiner::carried_by_good_clones(const contig_end &p, const contig_end
     return true;
   const bool too_few = one_is_too_few(false_ends_, most_false_ends, p.piece, q.piece);
   bool told = true; // that the clones in question go on from their contigs' ends
-  for (const auto &[end, without] : {std::pair(&p, match.score_without_1), std::pair(&q, match.score_without_2)}) {
+  for (const auto &[end, other, without] :
+       {std::tuple(&p, &q, match.score_without_1), std::tuple(&q, &p, match.score_without_2)}) {
     if (without >= need)
       continue;
+    if (const double across = share_shown(layout_, *other, end->outermost, match.overlap);
+        across >= 0 && across < least_across)
+      return false;
     if (end->shown_behind >= 0 && end->shown_behind < (too_few ? least_behind : least_behind_of_few))
       return false;
     told = told && end->shown_behind >= surely_behind;
   }
   if (found.support == join_support::two_clones)
     return match.score >= need + margin_of_two_clones && !too_few;
-  return told || !too_few || std::min(match.score_without_1, match.score_without_2) >= least_of_other_side;
+  const bool believed =
+      told ? false_ends_ <= most_false_ends : !one_is_too_few(false_ends_, most_false_untold, p.piece, q.piece);
+  return believed || std::min(match.score_without_1, match.score_without_2) >= least_of_other_side;
 }
 
 // `b` may be new too: then the larger of both has the pair.

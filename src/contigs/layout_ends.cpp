@@ -13,7 +13,7 @@ constexpr double fewest_for_flush = 3;
 // Of a score: what chance gives reaches further than its formula says. With 3 two of twelve libraries had such a join.
 constexpr double margin_of_need = 4;
 constexpr double behind_depth = 18; // times l
-constexpr std::int32_t fewest_behind = 4;
+constexpr double fewest_behind = 4; // bands
 
 double least_common_of(const band_scale &scale) {
   return std::max(4.0, least_common * scale.r);
@@ -39,31 +39,36 @@ contig_end end_of_single(const clone_layout &layout, clone_number clone) {
   return end;
 }
 
-namespace {
-
-double share_shown_behind(const clone_layout &layout, const contig_end &end) {
-  const contig_end behind = end_without(layout, end.piece, end.right, end.outermost);
-  const auto own = layout.clones.of(end.outermost);
-  const auto n_loose =
-      std::count_if(behind.bands.begin(), behind.bands.end(), [](const end_band &b) { return b.loose; });
-  const double depth = behind_depth * layout.scale.l;
-  std::int32_t all = 0, shown = 0;
-  for (const end_band &band : behind.bands) {
-    if (band.loose ? static_cast<double>(n_loose) > depth : band.far > depth)
-      continue;
-    ++all;
+double share_shown(const clone_layout &layout, const contig_end &end, clone_number clone, double overlap) {
+  const auto own = layout.clones.of(clone);
+  const double depth = std::min(overlap, behind_depth * layout.scale.l);
+  double expected = 0, shown = 0, n_loose = 0, loose_shown = 0;
+  for (const end_band &band : end.bands) {
     const auto at = std::lower_bound(own.begin(), own.end(), band.value - layout.clones.t);
-    shown += at != own.end() && *at <= band.value + layout.clones.t;
+    const double is_shown = at != own.end() && *at <= band.value + layout.clones.t ? 1 : 0;
+    if (band.loose) {
+      n_loose += 1;
+      loose_shown += is_shown;
+    } else if (band.near < depth) {
+      const double inside = band.far <= depth ? 1 : (depth - band.near) / (band.far - band.near);
+      expected += inside;
+      shown += is_shown * inside;
+    }
   }
-  return all < fewest_behind ? -1 : static_cast<double>(shown) / all;
+  // Loose bands lie anywhere in what their clone sticks out by: as many as the overlap holds should be shown.
+  const double loose_expected = std::clamp(overlap, 0.0, n_loose);
+  expected += loose_expected;
+  shown += std::min(loose_expected, loose_shown);
+  return expected < fewest_behind ? -1 : shown / expected;
 }
-
-} // namespace
 
 contig_end end_of_piece(const clone_layout &layout, std::int32_t piece, bool right) {
   contig_end end = end_without(layout, piece, right, 0);
-  if (std::any_of(end.bands.begin(), end.bands.end(), [](const end_band &b) { return b.loose; }))
-    end.shown_behind = share_shown_behind(layout, end);
+  if (std::none_of(end.bands.begin(), end.bands.end(), [](const end_band &b) { return b.loose; }))
+    return end;
+  const contig_end behind = end_without(layout, piece, right, end.outermost);
+  const double sticking_out = layout.outer_end(end.outermost, right) - layout.outer_end(behind.outermost, right);
+  end.shown_behind = share_shown(layout, behind, end.outermost, layout.n_of(end.outermost) - sticking_out);
   return end;
 }
 

@@ -31,8 +31,7 @@ struct contig_end {
   bool right = false;
   clone_number outermost = 0;
   std::vector<end_band> bands; // ascending by value
-  // Share of the bands just behind the outermost clone, of the others' last stretch, that it shows; -1: too few to
-  // tell. A clone that goes on from there shows nearly all, a chimera with a part further in doesn't.
+  // Share of the bands just behind the outermost clone, of the others' last stretch, that it shows; -1: too few.
   double shown_behind = -1;
   bool is_single() const { return piece < 0; }
 };
@@ -40,6 +39,9 @@ struct contig_end {
 contig_end end_of_piece(const clone_layout &layout, std::int32_t piece, bool right);
 // The same as if a clone weren't there (0: all are).
 contig_end end_without(const clone_layout &layout, std::int32_t piece, bool right, clone_number left_out);
+// Share of the bands next to an end that a clone shows which reaches so far into it, in bands; -1: too few to tell. A
+// clone that goes on from the end shows nearly all; a chimera, of which a part lies further in, doesn't.
+double share_shown(const clone_layout &layout, const contig_end &end, clone_number clone, double overlap);
 contig_end end_of_single(const clone_layout &layout, clone_number clone);
 
 // The score that two of so many ends must reach: some thousandth of a false match is expected among all.

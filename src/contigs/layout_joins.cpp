@@ -39,27 +39,20 @@ void layout_joiner::forget_touched() {
 
 // ---- attaching ----
 
-// Each overlap wants the clone on one of two sides of its neighbour; the place that most of them can live with.
-bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_place &place) const {
+double layout_joiner::overlap_at(clone_number clone, double centre, clone_number other) const {
+  const double half = layout_.n_of(clone) / 2;
+  return std::min(centre + half, layout_.right(other)) - std::max(centre - half, layout_.left(other));
+}
+
+// Each overlap wants the clone on one of two sides of its neighbour: the places that most can live with first.
+std::vector<layout_joiner::wish> layout_joiner::wishes_of(clone_number clone,
+                                                          std::span<const scored_edge *const> edges) const {
   const double n = layout_.n_of(clone), r = layout_.scale.r;
-  std::vector<const scored_edge *> edges;
-  for (const scored_edge &edge : layout_.net.of(clone))
-    if (layout_.is_overlap(edge) && layout_.piece(edge.to) == piece)
-      edges.push_back(&edge);
-  place = {};
-  place.n_edges = static_cast<std::int32_t>(edges.size());
-  const auto overlap_at = [&](double centre, clone_number other) {
-    return std::min(centre + n / 2, layout_.right(other)) - std::max(centre - n / 2, layout_.left(other));
-  };
-  struct wish {
-    double centre, error;
-    std::int32_t consistent;
-  };
   std::vector<wish> wishes;
   const auto try_centre = [&](double centre) {
     wish one{centre, 0, 0};
     for (const scored_edge *edge : edges) {
-      const double off = std::abs(overlap_at(centre, edge->to) - edge->overlap);
+      const double off = std::abs(overlap_at(clone, centre, edge->to) - edge->overlap);
       one.consistent += off <= 6 * r + 0.12 * layout_.fewer_bands(clone, edge->to);
       one.error += std::min(off, 20 * r);
     }
@@ -78,24 +71,32 @@ bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_p
            : x.error != y.error         ? x.error < y.error
                                         : x.centre < y.centre;
   });
-  const auto not_linked_at = [&](double centre) {
-    const auto &members = layout_.pieces[static_cast<std::size_t>(piece)];
-    const auto near = std::lower_bound(members.begin(), members.end(), centre - n, [&](clone_number c, double x) {
-      return layout_.centre[static_cast<std::size_t>(c)] <= x;
-    });
-    std::int32_t count = 0;
-    for (auto at = near; at != members.end() && layout_.centre[static_cast<std::size_t>(*at)] < centre + n; ++at)
-      count += overlap_at(centre, *at) > clone_layout::sure_share * layout_.fewer_bands(clone, *at) &&
-               !layout_.linked(clone, *at);
-    return count;
-  };
-  // The best of a few places apart from each other: a neighbour at an end can't tell its two sides, other clones do.
+  return wishes;
+}
+
+// Clones of the piece that it would lie over there without sharing bands.
+std::int32_t layout_joiner::not_linked_at(clone_number clone, std::int32_t piece, double centre) const {
+  const double n = layout_.n_of(clone);
+  const auto &members = layout_.pieces[static_cast<std::size_t>(piece)];
+  const auto near = std::lower_bound(members.begin(), members.end(), centre - n, [&](clone_number c, double x) {
+    return layout_.centre[static_cast<std::size_t>(c)] <= x;
+  });
+  std::int32_t count = 0;
+  for (auto at = near; at != members.end() && layout_.centre[static_cast<std::size_t>(*at)] < centre + n; ++at)
+    count += overlap_at(clone, centre, *at) > clone_layout::sure_share * layout_.fewer_bands(clone, *at) &&
+             !layout_.linked(clone, *at);
+  return count;
+}
+
+// The best of a few places apart from each other: a neighbour at an end can't tell its two sides, other clones do.
+void layout_joiner::choose_place(clone_number clone, std::int32_t piece, std::span<const wish> wishes,
+                                 wanted_place &place) const {
   std::vector<double> tried;
   for (const wish &one : wishes) {
-    const auto is_near = [&](double x) { return std::abs(x - one.centre) <= 6 * r; };
+    const auto is_near = [&](double x) { return std::abs(x - one.centre) <= 6 * layout_.scale.r; };
     if (tried.size() == most_places || std::any_of(tried.begin(), tried.end(), is_near))
       continue;
-    const std::int32_t not_linked = not_linked_at(one.centre);
+    const std::int32_t not_linked = not_linked_at(clone, piece, one.centre);
     if (tried.empty() || one.consistent - not_linked > place.n_consistent - place.n_not_linked) {
       place.n_consistent = one.consistent;
       place.n_not_linked = not_linked;
@@ -103,11 +104,22 @@ bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_p
     }
     tried.push_back(one.centre);
   }
+}
+
+bool layout_joiner::place_clone(clone_number clone, std::int32_t piece, wanted_place &place) const {
+  std::vector<const scored_edge *> edges;
+  for (const scored_edge &edge : layout_.net.of(clone))
+    if (layout_.is_overlap(edge) && layout_.piece(edge.to) == piece)
+      edges.push_back(&edge);
+  place = {};
+  place.n_edges = static_cast<std::int32_t>(edges.size());
+  choose_place(clone, piece, wishes_of(clone, edges), place);
   double low = 1e300, high = -1e300;
   for (const scored_edge *edge : edges) {
     low = std::min(low, layout_.left(edge->to));
     high = std::max(high, layout_.right(edge->to));
   }
+  const double n = layout_.n_of(clone);
   place.covered = std::max(0.0, std::min(high, place.centre + n / 2) - std::max(low, place.centre - n / 2)) / n;
   return place.n_consistent > 0;
 }

@@ -89,9 +89,18 @@ private:
     double centre = 0;
   };
 
+  struct wish { // a place for a clone, and the overlaps that can live with it
+    double centre = 0, error = 0;
+    std::int32_t consistent = 0;
+  };
+
   std::vector<clone_number> clones_to_attach();
   attached_clone place_among_neighbours(clone_number clone) const;
   bool place_clone(clone_number clone, std::int32_t piece, wanted_place &place) const;
+  double overlap_at(clone_number clone, double centre, clone_number other) const;
+  std::vector<wish> wishes_of(clone_number clone, std::span<const scored_edge *const> edges) const;
+  std::int32_t not_linked_at(clone_number clone, std::int32_t piece, double centre) const;
+  void choose_place(clone_number clone, std::int32_t piece, std::span<const wish> wishes, wanted_place &place) const;
   bool may_attach(clone_number clone, std::int32_t piece, const wanted_place &place) const;
 
   void refresh_ends();
@@ -119,6 +128,12 @@ private:
   laid_ends lay_ends(const side &p, const side &q, double overlap) const;
   std::int32_t predicted_not_linked(const laid_ends &ends) const;
   bool bridge_to(clone_number clone, bridge_candidate &found) const;
+  bool is_rivalled(const bridge_candidate &one, std::span<const bridge_candidate> candidates) const;
+  bool leads_elsewhere(const side &at, const side &mate) const;
+  static bool is_seconded(const bridge_candidate &one, std::span<const bridge_candidate> candidates);
+  bool shows_both_ends(const bridge_candidate &one) const;
+  bool is_believed(const bridge_candidate &one, std::span<const bridge_candidate> candidates, double chance) const;
+  void join_over(const bridge_candidate &one);
   bool ends_meet(const side &p, const side &q) const;
   bridge_arm arm_in(clone_number clone, std::int32_t piece) const;
   double bridge_off(double n) const;

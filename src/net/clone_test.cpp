@@ -16,7 +16,9 @@ constexpr double chance_of_a_tie = 1e-4;
 constexpr std::size_t most_poles = 6;
 // Members that the smaller side must have, by the clones of the cut.
 constexpr std::array<std::int32_t, clone_cut::most_cut + 1> least_members{3, 7, 10, 14};
-constexpr std::int32_t pair_members = 3, pair_neighbours = 25; // of two clones that hide each other
+// Of two clones that hide each other. With fewer neighbours good clones that bridge a thin place look the same. (With
+// 25 in place of 15, 90 E. coli libraries have 198 clones sitting wrongly for 142, and 2 % fewer contigs.)
+constexpr std::int32_t pair_members = 3, pair_neighbours = 15;
 
 constexpr std::int32_t most_common = 512;
 

@@ -7,6 +7,7 @@
 #include "contigs/layout_ends.h"
 #include "contigs/layout_finish.h"
 #include "contigs/layout_joins.h"
+#include "contigs/layout_method.h"
 #include "net/clone_depth.h"
 #include "support/contig_test_library.h"
 #include "support/temporary_folder.h"
@@ -163,6 +164,85 @@ TEST(layout_joins, bands_tell_chimeras_from_bridges) {
       EXPECT_EQ(is_believed(made.layout, *at, 0), !chimeric) << seed;
       EXPECT_EQ(is_believed(made.layout, *at, 10), meet) << seed;
     }
+}
+
+// Two contigs, 0 to 200 and 400 to 600 of a line, and last a clone that ties them, with arms so many bands short of the
+// ends at 200 and at 400: in no piece, or as the outermost clone of the first.
+struct two_contigs {
+  true_line line;
+  std::unique_ptr<laid_session> made;
+
+  two_contigs(std::uint64_t seed, int short_of_first, int short_of_second, bool outermost) : line(seed, 700) {
+    line.add_clones(20, 0, 200);
+    line.add(line.bands(140, 200), 170);
+    const auto n_first = static_cast<clone_number>(line.centre.size() - 1);
+    line.add_clones(20, 400, 600);
+    line.add(line.bands(400, 460), 430);
+    std::vector<std::int32_t> last = line.bands(158 - short_of_first, 200 - short_of_first);
+    for (const std::int32_t band : line.bands(400 + short_of_second, 435 + short_of_second))
+      last.push_back(band);
+    line.add(last, 158 - short_of_first + 77 / 2.0);
+    made = std::make_unique<laid_session>(line);
+    clone_layout &layout = made->layout;
+    layout.pieces.assign(2, {});
+    for (clone_number c = 1; c <= made->clones.n; ++c) {
+      const bool is_last = c == made->clones.n;
+      const int piece = c <= n_first || is_last ? 0 : 1;
+      layout.piece_of[static_cast<std::size_t>(c)] = is_last && !outermost ? -1 : piece;
+      if (!is_last || outermost)
+        layout.pieces[static_cast<std::size_t>(piece)].push_back(c);
+    }
+    layout.sort_piece(0), layout.sort_piece(1);
+  }
+  std::int32_t joined(std::int32_t (layout_joiner::*join)()) {
+    const go_on_function go_on = [] { return true; };
+    layout_joiner joiner(made->layout, 1, go_on);
+    return (joiner.*join)();
+  }
+};
+
+// A clone that goes on from an end shows what lies there. A chimera of which one contig goes on past its arm doesn't,
+// if only by a few bands: it joins hardly anything, as a suspect between two contigs or as the outermost clone of one.
+TEST(layout_joins, clones_show_the_ends_that_they_join) {
+  int bridged = 0, falsely = 0, by_stretches = 0, by_stretches_falsely = 0;
+  for (std::uint64_t seed = 1; seed <= 8; ++seed)
+    for (const int short_of : {0, 7}) {
+      two_contigs made(seed, short_of, 0, false);
+      clone_layout &layout = made.made->layout;
+      const clone_number last = layout.clones.n;
+      layout.suspect[static_cast<std::size_t>(last)] = suspect_reason::two_sides;
+      EXPECT_EQ(share_shown(layout, end_of_piece(layout, 0, true), last, 42) > 0.66, short_of == 0) << seed;
+      EXPECT_GT(share_shown(layout, end_of_piece(layout, 1, false), last, 35), 0.66) << seed;
+      (short_of == 0 ? bridged : falsely) += made.joined(&layout_joiner::join_by_bridges);
+      two_contigs end(seed, 0, short_of, true);
+      (short_of == 0 ? by_stretches : by_stretches_falsely) += end.joined(&layout_joiner::join_end_stretches);
+    }
+  EXPECT_GE(bridged, 6);
+  EXPECT_EQ(falsely, 0);
+  EXPECT_GE(by_stretches, 6);
+  EXPECT_LE(by_stretches_falsely, 2);
+}
+
+// A chimera too thin on one side for the clone test, with an arm far from both ends: a clone that hangs on its other
+// arm doesn't come into the contig.
+TEST(layout_joins, nothing_hangs_on_a_chimera) {
+  int hanging = 0;
+  for (std::uint64_t seed = 1; seed <= 8; ++seed) {
+    true_line line(seed, 700);
+    line.add_clones(60, 0, 300);
+    std::vector<std::int32_t> chimera = line.bands(100, 145);
+    for (const std::int32_t band : line.bands(500, 545))
+      chimera.push_back(band);
+    line.add(chimera, 0);
+    line.add(line.bands(495, 560), 0);
+    contig_session session(line.data, 10);
+    const layout_progress progress{[](const std::string &) {}, [](double) { return true; }};
+    const layout_result found = lay_contigs(clone_bands(session.database), session.signif.net(), {1, 1}, progress);
+    ASSERT_FALSE(found.contigs.empty());
+    EXPECT_GE(found.contigs[0].clones.size(), 50u) << seed;
+    hanging += static_cast<int>(std::ranges::count(found.contigs[0].clones, 62));
+  }
+  EXPECT_LE(hanging, 1);
 }
 
 // A clone beside an end overlaps one clone only, which can't tell its two sides: those that it would lie over do.
