@@ -100,11 +100,13 @@ TEST_F(net_file, what_is_wrong_is_told_and_leaves_the_net) {
   for (const char *line : {"nothing", "*edges 1", "*Matrix 2", "\"*Edges\" 1"})
     not_understood(head + line, "line #5", "undeclared object.");
   not_understood("*Network n\n*Edges 1\n", "line #2", "undeclared object.");
-  for (const char *line : {"1 a", "x \"a\"", "0 \"a\"", "600001 \"a\"", "1", "1 \"a\" x_fact -1", "1 \"a\" y_fact z",
-                           "1 \"a\" 1 2 3 x_fact", "1.5 \"a\"", "7 \"a", "*Edges 0", "1 \"a\" 1e+99 0"})
+  for (const char *line :
+       {"1 a", "x \"a\"", "0 \"a\"", "600001 \"a\"", "1", "1 \"a\" x_fact -1", "1 \"a\" y_fact z",
+        "1 \"a\" 1 2 3 x_fact", "1.5 \"a\"", "7 \"a", "*Edges 0", "1 \"a\" 1e+99 0", "1 \"a\" ic Red\" bc"})
     not_understood("*Vertices 1\n" + std::string(line), "vertex line #2", "result of missed object.");
   not_understood("*Vertices 2\n1 \"a\"\n1 \"b\"\n", "vertex line #3", "result of missed object.");
-  for (const char *line : {"1 3 1", "0 1 1", "1 2", "1 2 x", "a 2 1", "1 2 1 w x", "1 2 1 l 17", "1 2 1 l", "*Arcs 0"})
+  for (const char *line : {"1 3 1", "0 1 1", "1 2", "1 2 x", "a 2 1", "1 2 1 w x", "1 2 1 l 17", "1 2 1 l", "*Arcs 0",
+                           "1 2 1 c Red\" p *"})
     not_understood(head + "*Edges 1\n" + line, "line #6", "result of missed object.");
   record.messages.clear();
   EXPECT_FALSE(net.ReadNetFile(sources, folder / "no.net", true, all_or_none));
