@@ -4,13 +4,12 @@
 #include <cmath>
 #include <fmt/format.h>
 
+#include "database/band_statistics.h"
 #include "frame/numbers.h"
 
 namespace orb {
 
 namespace {
-
-constexpr double longest_gel = 1e7;
 
 double length_of_gel(const band_parameters &p) {
   return p.is_agarose() ? class_Simul_CutEnzyme::length_of_agarose : 3.0 * p.window() + p.longest() * p.units_a_bp();
@@ -61,7 +60,7 @@ void check_bands(const band_parameters &p) {
     throw usage_error("--scale and --shift belong to --gel capillary");
   if (p.shortest() >= p.longest())
     throw usage_error("--min-band-length must be below --max-band-length");
-  if (length_of_gel(p) > longest_gel)
+  if (length_of_gel(p) > LARGEST_band_axis)
     throw usage_error("--shift, --scale and --max-band-length make a gel longer than 10000000 units");
 }
 

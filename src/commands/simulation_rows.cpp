@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::int32_t most_bands_in_clone = class_DB_of_clones::MAX_number_of_bands_in_clone_get();
+
 void describe_genome(parameter_list &list, fs::path &genome) {
   list.add("genome", genome, "sequence, FASTA or letters only, plain or gzip").type("GENOME.fa[.gz]").needed();
 }

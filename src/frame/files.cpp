@@ -228,6 +228,8 @@ void growing_file::cut(std::size_t length) {
 
 std::size_t growing_file::length() {
   flush();
+  if (!former_.empty())
+    return n_passed_; // the same bytes so far
   const off_t end = ::lseek(descriptor_, 0, SEEK_END);
   if (end < 0)
     fail("can't write", path_, errno);

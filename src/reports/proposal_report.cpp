@@ -31,7 +31,7 @@ report rows_of_proposals(const parameter_proposals &proposals) {
 
 std::optional<parameter_proposals> proposals_from_files(const process_frame &frame, const project_settings &settings,
                                                         const fs::path &path, double largest_band) {
-  if (largest_band > longest_gel)
+  if (largest_band > longest_usual_gel)
     return std::nullopt;
   process_frame unseen;
   unseen.working_folder_set(frame.working_folder_get());

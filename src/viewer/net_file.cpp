@@ -112,7 +112,8 @@ bool net_file_reader::take_line(std::string_view line) {
   class_serv_raznoe::cut_string_spaces_several_no_emty(line, tokens_, tokens_max, complete);
   if (state_ == state::between)
     return keyword();
-  if (!(state_ == state::vertices ? vertex() : edge(state_ == state::arcs)))
+  const bool is_closed = std::count(line.begin(), line.end(), '"') % 2 == 0; // else a quote swallowed what follows it
+  if (!is_closed || !(state_ == state::vertices ? vertex() : edge(state_ == state::arcs)))
     return bad_line(state_ == state::vertices ? "vertex line" : "line", "result of missed object.");
   if (--n_left_ == 0)
     state_ = state::between;
@@ -184,11 +185,6 @@ bool net_file_reader::vertex_coordinates(node_elng &node, std::size_t &at) const
   return true;
 }
 
-// A quote that isn't closed has swallowed the rest of the line.
-static bool is_closed(std::string_view value) {
-  return std::count(value.begin(), value.end(), '"') % 2 == 0;
-}
-
 bool net_file_reader::vertex_attributes(node_elng &node, std::size_t at) const {
   for (; at < tokens_.size(); at += 2) {
     const std::string_view key = token(at), value = token(at + 1);
@@ -199,8 +195,6 @@ bool net_file_reader::vertex_attributes(node_elng &node, std::size_t at) const {
       (key == "x_fact" ? node.x_fact : node.y_fact) = static_cast<float>(number);
     } else if (key == "sh") {
       node.shape = shape_from_name(value);
-    } else if ((key == "ic" || key == "bc") && !is_closed(value)) {
-      return false;
     } else if (key == "ic" && !value.empty()) {
       node.ic_name = value;
       node.ic = color_from_name(value);
@@ -249,8 +243,6 @@ bool net_file_reader::edge_attributes(edge_elng &edge, std::size_t at) const {
         --at;
         continue;
       }
-      if (!is_closed(value))
-        return false;
       edge.c_name = value;
       edge.c = color_from_name(value);
     } else if (key == "p") {

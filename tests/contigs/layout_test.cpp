@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <numeric>
 
 #include "contigs/layout_ends.h"
@@ -67,6 +68,28 @@ struct line_library {
   }
 };
 
+// A line's clones where they belong, in bands, `shift(clone)` further to the right.
+struct laid_line {
+  contig_session session;
+  clone_bands clones{session.database};
+  band_scale scale = band_scale_of(clones, 1);
+  std::vector<laid_clone> laid;
+
+  laid_line(
+      const line_library &line, const std::function<double(int)> &shift = [](int) { return 0.0; })
+      : session(line.data, 25) {
+    for (int c = 1; c <= clones.n; ++c) {
+      const auto i = static_cast<std::size_t>(c);
+      const double left = line.begin[i] + shift(c);
+      laid.push_back({c, left, left + line.length[i]});
+    }
+    sort();
+  }
+  void sort() {
+    std::ranges::sort(laid, {}, [](const laid_clone &one) { return std::pair(one.left, one.clone); });
+  }
+};
+
 layout_result laid_out(contig_session &session, int threads) {
   const layout_progress progress{[](const std::string &) {}, [](double) { return true; }};
   return lay_contigs(clone_bands(session.database), session.signif.net(), {1, threads}, progress);
@@ -103,16 +126,9 @@ TEST(layout, springs_are_solved_as_by_elimination) {
 // The place of a column, by scoring every tenth of the axis.
 TEST(layout, columns_lie_where_their_clones_overlap) {
   const line_library line(4, 300, 40, 0.02);
-  contig_session session(line.data, 25);
-  const clone_bands clones(session.database);
-  band_scale scale = band_scale_of(clones, 1);
-  std::vector<laid_clone> laid;
-  for (int c = 1; c <= clones.n; ++c)
-    laid.push_back(
-        {c, static_cast<double>(line.begin[static_cast<std::size_t>(c)]),
-         static_cast<double>(line.begin[static_cast<std::size_t>(c)] + line.length[static_cast<std::size_t>(c)])});
-  std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) { return a.left < b.left; });
-  band_columns map(clones, scale);
+  const laid_line drawn(line);
+  const std::vector<laid_clone> &laid = drawn.laid;
+  band_columns map(drawn.clones, drawn.scale);
   const column_chances chances;
   map.make(laid, chances, false);
   EXPECT_GT(map.columns().size(), 200u);
@@ -150,16 +166,9 @@ TEST(layout, bands_of_like_size_make_two_columns) {
     for (int c = 1; c <= line.data.count(); ++c)
       if (covers(c, first) || covers(c, second))
         line.data.bands[static_cast<std::size_t>(c)].push_back(size);
-    contig_session session(line.data, 25);
-    const clone_bands clones(session.database);
-    const band_scale scale = band_scale_of(clones, 1);
-    std::vector<laid_clone> laid;
-    for (int c = 1; c <= clones.n; ++c) {
-      const auto i = static_cast<std::size_t>(c);
-      laid.push_back({c, line.begin[i] + 0.0, line.begin[i] + line.length[i] + 0.0});
-    }
-    std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) { return a.left < b.left; });
-    band_columns map(clones, scale);
+    const laid_line drawn(line);
+    const std::vector<laid_clone> &laid = drawn.laid;
+    band_columns map(drawn.clones, drawn.scale);
     map.make(laid, {}, false);
     std::vector<band_column> found;
     std::ranges::copy_if(map.columns(), std::back_inserter(found),
@@ -189,26 +198,19 @@ TEST(layout, columns_tell_ends) {
   double turned = 0, pairs = 0, off = 0;
   for (std::uint64_t seed = 1; seed <= 18; ++seed) {
     const line_library line(seed, 300, 40, 0.03, seed > 6);
-    contig_session session(line.data, 25);
-    const clone_bands clones(session.database);
-    const band_scale scale = band_scale_of(clones, 1);
     random_source random(seed);
-    std::vector<laid_clone> laid;
+    laid_line drawn(line, [&random](int) { return 12 * random.uniform() - 6; });
+    std::vector<laid_clone> &laid = drawn.laid;
     const auto begin = [&](const laid_clone &one) { return line.begin[static_cast<std::size_t>(one.clone)]; };
-    for (int c = 1; c <= clones.n; ++c) {
-      const auto i = static_cast<std::size_t>(c);
-      const double left = line.begin[i] + 12 * random.uniform() - 6;
-      laid.push_back({c, left, left + line.length[i]});
-    }
-    band_columns map(clones, scale);
-    lay_by_columns(scale, laid, map, false);
+    band_columns map(drawn.clones, drawn.scale);
+    lay_by_columns(drawn.scale, laid, map, false);
     for (const laid_clone &a : laid)
       for (const laid_clone &b : laid)
         if (seed > 6 && begin(a) < begin(b) && begin(b) < begin(a) + 6) {
           ++pairs;
           turned += a.left > b.left - 0.25; // or not told apart
         }
-    std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) { return a.left < b.left; });
+    drawn.sort();
     if (seed <= 6)
       off += std::abs(laid[0].left - laid[3].left - begin(laid[0]) + begin(laid[3])) / 6;
   }
@@ -235,19 +237,10 @@ double cheapest_by_trial(const path_step_rule &rule, const std::vector<laid_clon
 TEST(layout, tiling_path_is_the_cheapest) {
   for (std::uint64_t seed = 1; seed <= 8; ++seed) {
     const line_library line(seed, 220, 22, 0.02);
-    contig_session session(line.data, 25);
-    const clone_bands clones(session.database);
-    const band_scale scale = band_scale_of(clones, 1);
-    std::vector<laid_clone> laid;
-    for (int c = 1; c <= clones.n; ++c) {
-      const auto i = static_cast<std::size_t>(c);
-      const double left = line.begin[i] + (c == 7 ? 40 : 0); // one of them lies wrongly
-      laid.push_back({c, left, left + line.length[i]});
-    }
-    std::sort(laid.begin(), laid.end(), [](const laid_clone &a, const laid_clone &b) {
-      return a.left != b.left ? a.left < b.left : a.clone < b.clone;
-    });
-    band_columns map(clones, scale);
+    const laid_line drawn(line, [](int c) { return c == 7 ? 40 : 0; }); // one of them lies wrongly
+    const band_scale &scale = drawn.scale;
+    const std::vector<laid_clone> &laid = drawn.laid;
+    band_columns map(drawn.clones, scale);
     map.make(laid, {}, false);
     shown_columns shown;
     for (std::size_t i = 0; i < laid.size(); ++i) {

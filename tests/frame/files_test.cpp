@@ -181,6 +181,13 @@ TEST(growing_file, takes_back_what_was_written_since) {
     file.close();
     EXPECT_EQ(file_bytes(path), "kept\r\nafter\r\n") << more;
   }
+  growing_file again = growing_file::continued(path);
+  again.line("kept");
+  const std::size_t length = again.length();
+  EXPECT_EQ(length, 6u) << "of a former run's file what is written again counts";
+  again.back_to(length);
+  again.close();
+  EXPECT_EQ(file_bytes(path), "kept\r\n");
 }
 
 TEST(growing_file, continued_it_passes_over_what_is_there) {
