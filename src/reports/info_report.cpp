@@ -174,7 +174,7 @@ report report_on_fingerprints(process_frame &frame, const project_settings &sett
     made["proposed parameters"] = rows_of_proposals(*proposals);
   else if (survey.n_bands > 0)
     made["nothing proposed"] = survey.largest_band > longest_usual_gel ? "the largest band is longer than any gel"
-                                                                 : "a load would refuse these fingerprints";
+                                                                       : "a load would refuse these fingerprints";
   made["problems"] = survey.problems;
   if (survey.n_problems > static_cast<std::int64_t>(survey.problems.size()))
     made["problems in all"] = survey.n_problems;
