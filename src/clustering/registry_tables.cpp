@@ -7,9 +7,9 @@
 #include "clustering/class_FPCto_import.h"
 #include "clustering/cluster_file_name.h"
 #include "database/class_markers.h"
-#include "database/fingerprint_records.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

@@ -2,22 +2,16 @@
 
 #include "clustering/class_clustering.h"
 #include "database/class_clone_serv.h"
-#include "database/fingerprint_records.h"
 #include "drawing/plain_net_drawing.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
 namespace {
 
 constexpr const char *caption_of_united = "ClusteringNew";
-
-std::string_view without_blanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  return first == std::string_view::npos ? std::string_view()
-                                         : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 // The clones of one list file get the cluster. False when it is no text.
 bool read_cluster(const metric_context &context, const std::filesystem::path &file, std::int32_t cluster,
@@ -27,12 +21,9 @@ bool read_cluster(const metric_context &context, const std::filesystem::path &fi
   line_reader lines(file);
   std::string_view line;
   while (lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3); // a mark of the encoding
-    if (const std::string why = why_no_text(line); !why.empty()) {
-      return frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
-    }
-    const std::string_view text = without_blanks(line);
+    if (!is_line_of_text(frame, lines, line))
+      return false;
+    const std::string_view text = trimmed(line);
     if (text.empty())
       continue;
     const std::string name = class_clone_serv::extract_clone_name(text, settings.clone_name_format_input,

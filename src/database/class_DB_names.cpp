@@ -4,6 +4,7 @@
 #include "database/class_DB_of_clones.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -112,10 +113,7 @@ void class_DB_of_clones::list_of_clones_in_line_get(std::string_view text, numbe
                                                     std::vector<std::string> &unknown_names,
                                                     std::int32_t &n_unknown) const {
   clones.clear();
-  while (!text.empty() && text.front() == ' ')
-    text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ')
-    text.remove_suffix(1);
+  text = trimmed(text, " ");
   std::string name;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool comma = text[i] == ',' || text[i] == ';' || text[i] == ' ';

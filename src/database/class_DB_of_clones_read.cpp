@@ -7,6 +7,7 @@
 #include "database/plain_text_clones.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

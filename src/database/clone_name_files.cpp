@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "database/fingerprint_records.h"
 #include "frame/class_math1.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -23,12 +23,8 @@ reading read_lines(process_frame &frame, const std::filesystem::path &file, take
   line_reader lines(file);
   std::string_view line;
   while (lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3); // a mark of the encoding
-    if (const std::string why = why_no_text(line); !why.empty()) {
-      frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+    if (!is_line_of_text(frame, lines, line))
       return reading::no_text;
-    }
     take(line);
     if (lines.line_number() % lines_between_polls != 0)
       continue;
@@ -114,12 +110,8 @@ clone_number clone_of_odd_name(const class_DB_of_clones &database, std::string_v
 template <class take_function> void for_names_of_line(std::string_view line, take_function &&take) {
   while (!line.empty()) {
     const std::size_t end = std::min(line.find(','), line.size());
-    std::string_view name = line.substr(0, end);
+    const std::string_view name = trimmed(line.substr(0, end));
     line.remove_prefix(std::min(end + 1, line.size()));
-    while (!name.empty() && (name.front() == ' ' || name.front() == '\t'))
-      name.remove_prefix(1);
-    while (!name.empty() && (name.back() == ' ' || name.back() == '\t'))
-      name.remove_suffix(1);
     if (!name.empty())
       take(name);
   }

@@ -1,15 +1,13 @@
 #include "database/fingerprint_records.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <limits>
-#include <memory>
 #include <numeric>
 
 #include "database/class_clone_serv.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -59,36 +57,6 @@ fingerprint_records::ordering fingerprint_records::order_without_copies() const 
   return result;
 }
 
-// ---- what is text --------------------------------------------------------------------------------------------------
-
-bool is_blank_line(std::string_view line) {
-  for (const char c : line)
-    if (c != ' ' && c != '\t')
-      return false;
-  return true;
-}
-
-std::string why_no_text(std::string_view bytes) {
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto c = static_cast<unsigned char>(bytes[i]);
-    if (c >= ' ' && c != 127)
-      continue;
-    if ((c >= '\t' && c <= '\r') || c == 26)
-      continue;
-    return "byte " + std::to_string(c) + " at offset " + std::to_string(i);
-  }
-  return {};
-}
-
-std::string why_no_text_file(const std::filesystem::path &file) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE *)> opened(std::fopen(file.c_str(), "rb"), std::fclose);
-  if (!opened)
-    throw file_error("can't open", file, std::strerror(errno));
-  std::string bytes(64 * 1024, '\0');
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), opened.get()));
-  return why_no_text(bytes);
-}
-
 record_doubts doubts_told_to(process_frame &frame) {
   return record_doubts([&frame](const std::string &what, const std::string &place) { frame.doubt(what, place); });
 }
@@ -112,11 +80,9 @@ bool sizes_file_reader::read_file(const std::filesystem::path &file) {
   line_reader lines(file);
   std::string_view line;
   bool header_follows = next_line_with_text(lines, line);
-  if (header_follows && line.starts_with("\xEF\xBB\xBF"))
-    line.remove_prefix(3); // a mark of the encoding
   while (header_follows) {
-    if (const std::string why = why_no_text(line); !why.empty())
-      return frame_.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+    if (!is_line_of_text(frame_, lines, line))
+      return false;
     if (records_.number_of_bands() > std::numeric_limits<std::int32_t>::max() - 1000)
       return frame_.refuse("There are more bands than 32 bits can count\r\n" + lines.place());
     records_.start(line);

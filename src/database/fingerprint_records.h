@@ -50,13 +50,6 @@ private:
   std::vector<std::size_t> first_band_;
 };
 
-// Empty, or nothing but blanks and tabs.
-bool is_blank_line(std::string_view line);
-// Why the bytes are no text: what stands at which byte; empty for a text. Letters of any encoding of one byte or of
-// UTF-8 are text; control characters other than tabs, line ends, form feeds and the old end-of-file mark aren't.
-std::string why_no_text(std::string_view bytes);
-// The same for the first 64 KiB of a file; throws file_error.
-std::string why_no_text_file(const std::filesystem::path &file);
 // Doubts that become a warning at the end of the command.
 record_doubts doubts_told_to(process_frame &frame);
 // The name in a header line, in the output format.

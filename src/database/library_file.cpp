@@ -5,15 +5,14 @@
 #include <limits>
 
 #include "database/band_statistics.h"
-#include "database/fingerprint_records.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
 namespace {
 
-constexpr std::int32_t most_bands = class_DB_of_clones::MAX_number_of_bands_in_clone_get();
 // Bands that are made room for when the kind of bands says that none are stored.
 constexpr std::int32_t most_empty_bands = 70000000;
 

@@ -1,10 +1,10 @@
 // class_markers: a marker file whose form nobody told.
 #include "database/class_DB_of_clones.h"
 #include "database/class_markers.h"
-#include "database/fingerprint_records.h"
 #include "database/marker_lines.h"
 #include "database/marker_native_heads.h"
 #include "frame/class_serv_raznoe.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

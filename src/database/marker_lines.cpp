@@ -1,7 +1,7 @@
 #include "database/marker_lines.h"
 
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -10,8 +10,6 @@ bool read_marker_lines(process_frame &frame, const std::filesystem::path &file, 
   class_serv_raznoe::read_array_string_from_file(file, lines.text);
   if (lines.text.empty())
     lines.text.emplace_back();
-  if (lines.count() >= 1 && lines.text[1].starts_with("\xEF\xBB\xBF"))
-    lines.text[1].erase(0, 3); // a mark of the encoding
   for (std::int32_t i = 1; i <= lines.count(); ++i) {
     const std::string why = why_no_text(lines.line(i));
     if (why.empty())
@@ -32,14 +30,6 @@ bool goes_on_behind_marker_line(process_frame &frame, const marker_lines &lines,
     frame.local_process_text_set(std::to_string(i) + " of " + std::to_string(lines.count()) + " clone-markers");
   }
   return !frame.stop_requested_get();
-}
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && text.front() == ' ')
-    text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ')
-    text.remove_suffix(1);
-  return text;
 }
 
 } // namespace orb

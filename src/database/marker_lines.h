@@ -27,7 +27,5 @@ bool read_marker_lines(process_frame &frame, const std::filesystem::path &file, 
 void report_marker_line(process_frame &frame, const std::string &text, const marker_lines &lines, std::int32_t i);
 // Shows how far a reader is, every 200 lines, and tells whether to go on.
 bool goes_on_behind_marker_line(process_frame &frame, const marker_lines &lines, std::int32_t i);
-// Without blanks at either end.
-std::string_view trimmed(std::string_view text);
 
 } // namespace orb

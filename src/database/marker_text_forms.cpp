@@ -3,10 +3,10 @@
 
 #include "database/class_DB_of_clones.h"
 #include "database/class_markers.h"
-#include "database/fingerprint_records.h"
 #include "database/marker_lines.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

@@ -5,6 +5,7 @@
 #include "database/fingerprint_records.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -29,10 +30,8 @@ public:
       }
       if (is_blank_line(line))
         break;
-      if (const std::string why = why_no_text(line); !why.empty()) {
-        return frame_.refuse("File " + lines_.path().string() + " is no text: " + why + " of the line\r\n" +
-                             lines_.place());
-      }
+      if (!is_line_of_text(frame_, lines_, line))
+        return false;
       if (database_.next_free_band_adress_get() > std::numeric_limits<std::int32_t>::max() - 1000) {
         return frame_.refuse("There are more bands than 32 bits can count\r\n" + lines_.place());
       }
@@ -91,10 +90,7 @@ private:
   }
 
   // "-1", with blanks around it at most; "-1.0" is deliberately a (wrong) band here.
-  static bool is_end_mark(std::string_view line) {
-    const std::size_t first = line.find_first_not_of(" \t"), last = line.find_last_not_of(" \t");
-    return first != std::string_view::npos && line.substr(first, last - first + 1) == "-1";
-  }
+  static bool is_end_mark(std::string_view line) { return trimmed(line) == "-1"; }
 
   record_doubts::ending ending_by(std::string_view line, bool is_number) {
     using ending = record_doubts::ending;

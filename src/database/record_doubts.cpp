@@ -4,7 +4,6 @@
 #include <charconv>
 #include <fmt/format.h>
 
-#include "database/fingerprint_records.h"
 #include "frame/input_doubts.h"
 
 namespace orb {

@@ -6,6 +6,7 @@
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -17,14 +18,6 @@ constexpr std::size_t least_letters = 9;       // of a line that is looked at
 constexpr double largest_parameter = 1e6;      // of a gel; bands have 16 bits
 constexpr std::string_view no_contig = "ctg0"; // where FPC keeps clones that are in no contig
 constexpr std::array<std::string_view, 7> kinds{"BAC", "Clone", "PAC", "YAC", "Fosmid", "Cosmid", "Plasmid"};
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-    text.remove_prefix(1);
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-    text.remove_suffix(1);
-  return text;
-}
 
 // The next word, which ends at a blank or a tab outside of double quotes; it is taken off the text.
 std::string_view next_word(std::string_view &text) {

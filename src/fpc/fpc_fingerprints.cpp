@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

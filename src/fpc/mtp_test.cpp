@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "clustering/cluster_file_name.h"
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

@@ -11,8 +11,12 @@
 
 namespace orb {
 
+// What some programs put in front of a text in UTF-8.
+inline constexpr std::string_view encoding_mark = "\xEF\xBB\xBF";
+
 // A buffered reader of lines that end with CR, LF or CR LF, in any mixture. Throws file_error when the file can't be
-// opened or read. No allocation for a line that lies inside the buffer (64 KiB and growing with the longest line).
+// opened or read. No allocation for a line that lies inside the buffer (64 KiB and growing with the longest line). An
+// encoding mark at the beginning of the file belongs to no line.
 class line_reader {
 public:
   explicit line_reader(const std::filesystem::path &path);

@@ -73,6 +73,10 @@ bool line_reader::fill() {
     eof_ = true;
   }
   end_ += got;
+  if (position_ == 0 && std::string_view(buffer_.data(), end_).starts_with(encoding_mark)) {
+    begin_ = encoding_mark.size();
+    position_ = static_cast<std::int64_t>(begin_);
+  }
   return got > 0;
 }
 

@@ -1,9 +1,9 @@
 #include "lists/class_list_of_clones.h"
 
 #include "database/class_clone_serv.h"
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -37,10 +37,8 @@ bool class_list_of_clones::reading_file_with_list_of_clones(std::filesystem::pat
   line_reader lines(file);
   std::string_view line;
   while (lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3); // a mark of the encoding
-    if (const std::string why = why_no_text(line); !why.empty())
-      return frame_.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+    if (!is_line_of_text(frame_, lines, line))
+      return false;
     while (!line.empty()) {
       const std::size_t end = line.find_first_of(", \t");
       const std::string_view name = line.substr(0, end);

@@ -7,6 +7,7 @@
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 #include "lists/class_list_of_clones.h"
 
 namespace orb {
@@ -80,8 +81,6 @@ bool record_copier::is_too_frequent(double length) const {
 record_copier::ending record_copier::copy(line_reader &lines, result_file &output) {
   std::string_view line;
   while (lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3);
     problem_ = why_no_text(line);
     if (!problem_.empty())
       return ending::no_text;

@@ -1,10 +1,10 @@
 // Reading the recoding of a library: where each clone of the source plates lies in the pools.
 #include <algorithm>
 
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 #include "pools/class_pools3D.h"
 
 namespace orb {
@@ -72,7 +72,7 @@ private:
     if (line_.find('\t') != std::string_view::npos) {
       class_serv_raznoe::cut_string_views(line_, fields_);
       for (std::string_view &field : fields_)
-        field = without_blanks(field);
+        field = trimmed(field, " ");
       return;
     }
     fields_.clear();
@@ -82,12 +82,6 @@ private:
       at = line_.find_first_not_of(' ', end);
     }
   }
-  static std::string_view without_blanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-  }
-
   // Empty, or what is wrong.
   std::string take_line() {
     std::int32_t source_plate = 0;

@@ -2,9 +2,9 @@
 
 #include <numeric>
 
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -84,8 +84,6 @@ private:
   bool next() {
     if (!lines_.next(line_))
       return refuse("The file with positive pools ends too early.");
-    if (lines_.line_number() == 1 && line_.starts_with("\xEF\xBB\xBF"))
-      line_.remove_prefix(3); // a mark of the encoding
     const std::string why = why_no_text(line_);
     return why.empty() || refuse("The file with positive pools is no text: " + why + ".");
   }

@@ -5,11 +5,11 @@
 #include <fstream>
 
 #include "contigs/run_folder.h"
-#include "database/fingerprint_records.h"
 #include "database/library_file.h"
 #include "database/marker_native_heads.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -61,6 +61,8 @@ static std::vector<std::string> first_lines(const fs::path &file) {
   if (!why_no_text(bytes).empty())
     return {};
   const bool is_cut = bytes.size() == most_bytes; // within its last line
+  if (bytes.starts_with(encoding_mark))
+    bytes.erase(0, encoding_mark.size());
   std::vector<std::string> lines(1);
   for (const char c : bytes) {
     if (c != '\r' && c != '\n')

@@ -6,6 +6,7 @@
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 #include "metrics/class_clone_dist_general.h"
 
 namespace orb {
@@ -16,11 +17,9 @@ namespace {
 
 constexpr std::size_t n_fields = 10; // label, value, five times
 
-std::string trimmed(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-    text.remove_prefix(1);
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-    text.remove_suffix(1);
+// What a field holds between blanks and quotes.
+std::string without_quotes(std::string_view text) {
+  text = trimmed(text);
   if (text.size() >= 2 && text.front() == '"' && text.back() == '"')
     text = text.substr(1, text.size() - 2);
   return std::string(text);
@@ -35,7 +34,7 @@ void add_fields(std::string_view line, std::vector<std::string> &fields) {
       quoted = !quoted;
     if (i < line.size() && (quoted || line[i] != ','))
       continue;
-    fields.push_back(trimmed(line.substr(begin, i - begin)));
+    fields.push_back(without_quotes(line.substr(begin, i - begin)));
     begin = i + 1;
   }
 }

@@ -18,7 +18,7 @@ namespace {
 constexpr float margin_left = 58, margin_right = 26, margin_top = 20, margin_bottom = 18;
 constexpr float depth_height = depth_curve_height, ticks_height = 17, between_lines = 24, marker_row = 11,
                 marker_size = 9;
-constexpr float tick_size = 9, least_tick_distance = 80, arrow = 5, text_gap = 3;
+constexpr float tick_size = 9, least_tick_distance = 80, text_gap = 3;
 constexpr int most_marker_rows = 3;
 
 // Heights of bars and names. Bars stand on a grid of units. Small contigs have room for the names of buried clones.

@@ -15,7 +15,6 @@ using json = nlohmann::ordered_json;
 
 constexpr std::size_t damages_shown = 10;   // of each kind, to people
 constexpr std::size_t width_of_labels = 62; // in the table for people
-constexpr double base_pairs_a_kb = 1000;
 
 enum class unit { count, base_pairs, share, ratio, tau };
 

@@ -6,10 +6,10 @@
 #include <unordered_map>
 
 #include "database/band_statistics.h"
-#include "database/fingerprint_records.h"
 #include "database/record_doubts.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 

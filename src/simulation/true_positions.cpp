@@ -7,24 +7,18 @@
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 #include "simulation/class_simul_clones.h"
 
 namespace orb {
 
 namespace {
 
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::string_view start_of_table_of_clones = "N_clones\t";
 constexpr std::string_view heads[] = {"clone", "part", "chromosome", "start", "end"};
 constexpr std::size_t n_fields = std::size(heads);
 constexpr std::int32_t most_parts = 100;  // of a clone
 constexpr std::size_t longest_quote = 40; // characters of a bad field that a message repeats
-
-std::string_view without_blanks(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(' ');
-  return begin == std::string_view::npos ? std::string_view()
-                                         : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
-}
 
 std::string in_quotes(std::string_view text) {
   return "\"" + std::string(text.substr(0, longest_quote)) + (text.size() > longest_quote ? "...\"" : "\"");
@@ -39,8 +33,6 @@ public:
     std::string_view line;
     if (!lines_.next(line))
       return "The table of true positions is empty.";
-    if (line.starts_with(byte_order_mark))
-      line.remove_prefix(byte_order_mark.size());
     cut(line);
     for (std::size_t i = 0; i < n_fields; ++i)
       if (fields_.size() != n_fields || fields_[i] != heads[i])
@@ -59,11 +51,11 @@ private:
   void cut(std::string_view line) {
     class_serv_raznoe::cut_string_views(line, fields_, n_fields + 1);
     for (std::string_view &field : fields_)
-      field = without_blanks(field);
+      field = trimmed(field, " ");
   }
 
   std::string read_row(std::string_view line) {
-    if (without_blanks(line).empty())
+    if (trimmed(line, " ").empty())
       return {};
     cut(line);
     if (fields_.size() != n_fields)

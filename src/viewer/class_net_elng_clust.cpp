@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "database/fingerprint_records.h"
 #include "frame/class_math1.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -75,10 +75,8 @@ bool class_net_elng_clust::update_clusterInfo__a(process_frame &frame, const std
   std::vector<std::string_view> cells;
   std::int32_t n_rows = 0;
   while (n_rows < n_rows_max && lines.next(line)) {
-    if (lines.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3); // a mark of the encoding
-    if (const std::string why = why_no_text(line); !why.empty())
-      return frame.refuse("File " + file.string() + " is no text: " + why + " of the line\r\n" + lines.place());
+    if (!is_line_of_text(frame, lines, line))
+      return false;
     class_serv_raznoe::cut_string_views(line, cells, n_columns_max);
     ++n_rows;
     for (std::size_t i = cells.size(); i > 0; --i) // the last one first, so that the row is made in one go

@@ -5,6 +5,7 @@
 
 #include "clustering/class_FPCto_import.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 
 namespace orb {
 
@@ -125,12 +126,8 @@ std::vector<std::string> names_in_text(std::string_view text) {
   std::vector<std::string> names;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of("\r\n\t"), text.size());
-    std::string_view name = text.substr(0, end);
+    const std::string_view name = trimmed(text.substr(0, end), " ");
     text.remove_prefix(std::min(end + 1, text.size()));
-    while (!name.empty() && name.front() == ' ')
-      name.remove_prefix(1);
-    while (!name.empty() && name.back() == ' ')
-      name.remove_suffix(1);
     if (!name.empty())
       names.emplace_back(name);
   }

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
 #include "frame/numbers.h"
+#include "frame/text_lines.h"
 #include "viewer/class_net_elng_clust.h"
 #include "viewer/clone_records.h"
 
@@ -67,7 +69,7 @@ private:
   line_reader lines_;
   net_file_contents read_;
   std::vector<std::string> tokens_;
-  std::vector<vertex_number> node_of_id_;
+  std::unordered_map<std::int32_t, vertex_number> node_of_id_; // an id may be far above the number of vertices
   state state_ = state::between;
   std::int64_t n_left_ = 0; // records that the section still has
   section vertices_{"vertices", "should be > 0", false, state::vertices};
@@ -83,8 +85,6 @@ bool net_file_reader::bad_line(std::string_view what, std::string_view it_can_be
 bool net_file_reader::read(net_file_contents &contents) {
   std::string_view line;
   while (lines_.next(line)) {
-    if (lines_.line_number() == 1 && line.starts_with("\xEF\xBB\xBF"))
-      line.remove_prefix(3); // a mark of the encoding
     if (!take_line(line))
       return false;
     if (lines_.line_number() % lines_between_polls != 0)
@@ -102,10 +102,7 @@ bool net_file_reader::read(net_file_contents &contents) {
 }
 
 bool net_file_reader::take_line(std::string_view line) {
-  while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
-    line.remove_prefix(1);
-  while (!line.empty() && (line.back() == ' ' || line.back() == '\t'))
-    line.remove_suffix(1);
+  line = trimmed(line);
   if (line.empty())
     return true;
   bool complete = false;
@@ -156,9 +153,7 @@ bool net_file_reader::vertex() {
   std::int32_t id = 0;
   if (!whole_number_parse(token(0), id) || id < 1 || id > vertex_id_max)
     return false;
-  if (static_cast<std::size_t>(id) >= node_of_id_.size())
-    node_of_id_.resize(static_cast<std::size_t>(id) + 1, 0);
-  if (node_of_id_[static_cast<std::size_t>(id)] != 0)
+  if (node_of_id_.contains(id))
     return false; // edges would not know which one they mean
   node_elng node;
   bool quoted = false;
@@ -166,7 +161,7 @@ bool net_file_reader::vertex() {
   std::size_t at = 2;
   if (!quoted || !vertex_coordinates(node, at) || !vertex_attributes(node, at))
     return false;
-  node_of_id_[static_cast<std::size_t>(id)] = static_cast<vertex_number>(read_.nodes.size());
+  node_of_id_.emplace(id, static_cast<vertex_number>(read_.nodes.size()));
   read_.nodes.push_back(std::move(node));
   return true;
 }
@@ -210,10 +205,10 @@ bool net_file_reader::vertex_attributes(node_elng &node, std::size_t at) const {
 
 vertex_number net_file_reader::node_of(std::string_view id) const {
   double number = 0;
-  if (!number_parse(id, number) || number != std::floor(number) || number < 1 ||
-      number >= static_cast<double>(node_of_id_.size()))
+  if (!number_parse(id, number) || number != std::floor(number) || number < 1 || number > vertex_id_max)
     return 0;
-  return node_of_id_[static_cast<std::size_t>(number)];
+  const auto at = node_of_id_.find(static_cast<std::int32_t>(number));
+  return at == node_of_id_.end() ? 0 : at->second;
 }
 
 bool net_file_reader::edge(bool is_arc) {

@@ -1,7 +1,7 @@
 // Nodes that lists of names or clones select.
-#include "database/fingerprint_records.h"
 #include "frame/class_serv_raznoe.h"
 #include "frame/files.h"
+#include "frame/text_lines.h"
 #include "viewer/class_net_elng.h"
 #include "viewer/clone_records.h"
 
@@ -138,8 +138,8 @@ bool text_of_list_file(const net_sources &sources, std::filesystem::path file, s
   if (const std::string why = why_no_text_file(file); !why.empty())
     return sources.frame.refuse("File " + file.string() + " is no text: " + why);
   text = file_bytes(file);
-  if (text.starts_with("\xEF\xBB\xBF"))
-    text.erase(0, 3); // a mark of the encoding
+  if (text.starts_with(encoding_mark))
+    text.erase(0, encoding_mark.size());
   return true;
 }
 

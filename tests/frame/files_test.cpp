@@ -5,10 +5,13 @@
 #include "frame/files.h"
 #include "frame/process_frame.h"
 #include "frame/random_source.h"
+#include "support/plain_lines.h"
 #include "support/temporary_folder.h"
 
 namespace orb {
 namespace {
+
+using orb_test::plainly_cut;
 
 using texts = std::vector<std::string>;
 
@@ -23,32 +26,12 @@ texts lines_of(const std::filesystem::path &path) {
   return lines;
 }
 
-// One character at a time: the slow twin of the reader.
-texts split_naively(const std::string &bytes) {
-  texts lines;
-  std::string line;
-  bool open = false;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    open = bytes[i] != '\r' && bytes[i] != '\n';
-    if (open) {
-      line += bytes[i];
-      continue;
-    }
-    if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n')
-      ++i;
-    lines.push_back(std::exchange(line, {}));
-  }
-  if (open)
-    lines.push_back(line);
-  return lines;
-}
-
 TEST(line_reader, any_mixture_of_line_ends_around_the_buffer_ends) {
   const temporary_folder folder;
   random_source chance(7);
   const char *const ends[] = {"\r", "\n", "\r\n", "\n\r"};
   for (int round = 0; round < 60; ++round) {
-    std::string bytes;
+    std::string bytes(round % 5 == 0 ? encoding_mark : "");
     const std::int32_t longest = round % 3 == 0 ? 200000 : 12;
     const std::int32_t n_lines = round % 3 == 0 ? 6 : 20000;
     for (std::int32_t i = 0; i < n_lines; ++i) {
@@ -60,7 +43,7 @@ TEST(line_reader, any_mixture_of_line_ends_around_the_buffer_ends) {
     }
     if (round % 2 == 0)
       bytes += "last";
-    const texts read = lines_of(folder.write("mixed", bytes)), expected = split_naively(bytes);
+    const texts read = lines_of(folder.write("mixed", bytes)), expected = plainly_cut(bytes);
     ASSERT_EQ(read.size(), expected.size());
     ASSERT_EQ(read, expected);
   }
@@ -69,19 +52,20 @@ TEST(line_reader, any_mixture_of_line_ends_around_the_buffer_ends) {
 TEST(line_reader, a_line_end_in_two_halves_at_every_place_near_the_buffer_end) {
   const temporary_folder folder;
   for (std::size_t length = 65533; length <= 65540; ++length)
-    for (const char *end : {"\r\n", "\r", "\n", ""}) {
-      const std::string bytes = std::string(length, 'x') + end + "y\r\n";
-      ASSERT_EQ(lines_of(folder.write("halves", bytes)), split_naively(bytes)) << length;
-    }
+    for (const char *end : {"\r\n", "\r", "\n", ""})
+      for (const std::string_view mark : {std::string_view(), encoding_mark}) {
+        const std::string bytes = std::string(mark) + std::string(length, 'x') + end + "y\r\n";
+        ASSERT_EQ(lines_of(folder.write("halves", bytes)), plainly_cut(bytes)) << length;
+      }
 }
 
 TEST(line_reader, places_rewinding_and_failures) {
   const temporary_folder folder;
-  const std::filesystem::path path = folder.write("a.txt", "one\r\n\r\nthree");
+  const std::filesystem::path path = folder.write("a.txt", std::string(encoding_mark) + "one\r\n\r\nthree");
   line_reader reader(path);
   std::string_view line;
   reader.next(line);
-  EXPECT_EQ(reader.position(), 5);
+  EXPECT_EQ(reader.position(), 8);
   reader.next(line);
   EXPECT_EQ(line, "");
   EXPECT_EQ(reader.place(), "file " + path.string() + ", line 2");
@@ -89,6 +73,7 @@ TEST(line_reader, places_rewinding_and_failures) {
   EXPECT_TRUE(reader.next(line));
   EXPECT_EQ(line, "one");
   EXPECT_TRUE(lines_of(folder.write("empty", "")).empty());
+  EXPECT_TRUE(lines_of(folder.write("mark", std::string(encoding_mark))).empty());
   try {
     line_reader absent(folder.path() / "absent");
     FAIL();

@@ -55,7 +55,8 @@ void add_viewer_targets(fuzz_table &table) {
              "bc black\r\n20 \"b\" sh unknown\r\n30 \"\" 1e3 2\r\n*Arcs 1\r\n10 20 0 w 2.5 c Green p Dots l "
              "\"x y\"\r\n*Edges 2\r\n20 30 17.25 l \"17.25\"\r\n30 10 1 p Dashed c noColour\r\n",
              "*Network n\n*Vertices 1\n1 \"a\"\n*Edges 0\n*Arcs 0\n",
-             "*Network n\n*Vertices 2\n1 \"a\"\n2 \"b\"\n*Arcs 1\n1 2 0 c Green\" p * \n"};
+             "*Network n\n*Vertices 2\n1 \"a\"\n2 \"b\"\n*Arcs 1\n1 2 0 c Green\" p * \n",
+             "*Network n\n*Vertices 1\n590000 \"a\"\n"};
        },
        run_drawn_net});
 }

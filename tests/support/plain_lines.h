@@ -1,4 +1,4 @@
-// The lines of a file, the plain way: each of CR LF, CR and LF ends one.
+// The lines of a file, the plain way: each of CR LF, CR and LF ends one. An encoding mark in front is left out.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ namespace orb_test {
 inline std::vector<std::string> plainly_cut(const std::string &bytes) {
   std::vector<std::string> lines;
   std::string line;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
+  for (std::size_t i = bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0; i < bytes.size(); ++i) {
     if (bytes[i] != '\r' && bytes[i] != '\n') {
       line += bytes[i];
       continue;
