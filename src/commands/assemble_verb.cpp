@@ -252,9 +252,14 @@ private:
   // The names of nets and reports go by the cutoff, which is settled only now.
   command_result parameters_by_library() {
     const command_result made = step("parameters.by_library");
-    if (!call_.is_given("metric") && !call_.is_given("additional-cutoff"))
-      call_.step("net.revise")
-          ->set_default("additional-cutoff", number_text_shortest(additional_cutoff_for(project_.rule().cutoff)));
+    const auto settle = [&](const char *command, const char *name, double value) {
+      if (!call_.is_given("metric") && !call_.is_given(name))
+        call_.step(command)->set_default(name, number_text_shortest(value));
+    };
+    settle("net.revise", "additional-cutoff", additional_cutoff_for(project_.rule().cutoff));
+    settle("contigs.assemble", "step",
+           cutoff_step_for(project_.rule().cutoff, parameters_of(project_.database()),
+                           median_of_band_counts(project_.database())));
     const std::vector<fs::path> results = made.completed ? results_to_be() : std::vector<fs::path>{};
     for (const fs::path &file : results)
       if (earlier_ || file == library_file())

@@ -59,6 +59,7 @@ struct clone_layout {
   std::vector<suspect_reason> suspect;           // by clone
   std::vector<std::int32_t> n_bands;             // by clone
   double most_bands = 0;                         // of a clone
+  telling_suspects telling;                      // by which chimeras are counted
   std::vector<layout_spring> springs;
   std::vector<layout_join> joins;
 

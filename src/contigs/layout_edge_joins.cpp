@@ -12,6 +12,10 @@ namespace {
 
 constexpr double agrees_within = 15; // times r, of the overlap of contigs that two edges imply
 constexpr double share_agreeing = 0.7, share_not_linked = 0.5, share_of_rival = 0.6;
+// Of what lies within the overlap of two ends that overlaps join, to be found in both: clones of two arrays of repeats
+// share bands, but their contigs don't go on alike. (Without it 27 libraries of human X have 1,134 clones sitting
+// wrongly for 626, and 1.4 % fewer contigs; with 0.7 623 and 1 % more, in 90 of E. coli 2 % more.)
+constexpr double share_in_both = 0.4;
 constexpr std::size_t edges_of_one_clone = 3, edges_careful = 5, clones_a_side = 2;
 constexpr double bridge_share = 0.85, bridge_within = 10;
 constexpr std::int32_t few_neighbours = 3; // of a clone in a contig: hardly any of its bands lies under two of them
@@ -180,6 +184,9 @@ layout_joiner::judge_edges(const side &p, const side &q,
     const double n = layout_.n_of(q.single), off = found.overlap - footprint(q.single, p), r = layout_.scale.r;
     if (off > 8 * r + 0.1 * n || -off > 5 * r + 0.05 * n)
       return found;
+  } else if (!matcher_.flush(end_of_piece(layout_, p.piece, p.right), end_of_piece(layout_, q.piece, q.right),
+                             found.overlap, share_in_both)) {
+    return found;
   }
   found.good = true;
   return found;
@@ -286,7 +293,18 @@ double layout_joiner::bridge_off(double n) const {
   return 6 * layout_.scale.r + 0.06 * n;
 }
 
-// Chimeras, expected among the suspects, whose both arms lie by chance within so many bands of a contig's end.
+// Counted where good clones hardly look like chimeras. What lies in a contig all the same, or fits two ends, is a good
+// clone of a thin place, nearly always. One more than were seen: few may be none by luck.
+double layout_joiner::chimeras_expected() const {
+  const auto counts = [&](clone_number c) {
+    bridge_candidate found;
+    return layout_.is_suspect(c) && layout_.piece(c) < 0 && !bridge_to(c, found);
+  };
+  const auto &seen = layout_.telling.clones;
+  return static_cast<double>(1 + std::count_if(seen.begin(), seen.end(), counts)) / layout_.telling.share;
+}
+
+// Chimeras, expected in the library, whose both arms lie by chance within so many bands of a contig's end.
 double layout_joiner::chance_of_two_ends(double within) const {
   double length = 0, ends = 0;
   for (std::size_t p = 0; p < layout_.pieces.size(); ++p)
@@ -294,13 +312,8 @@ double layout_joiner::chance_of_two_ends(double within) const {
       length += reach_[p][0] + reach_[p][1];
       ends += 2;
     }
-  double suspects = 0; // those that fit two ends are good clones in thin places, nearly all
-  for (clone_number c = 1; c <= layout_.clones.n; ++c) {
-    bridge_candidate found;
-    suspects += layout_.is_suspect(c) && !(layout_.piece(c) < 0 && bridge_to(c, found));
-  }
   const double at_an_end = length > 0 ? 2 * within * ends / length : 1;
-  return suspects * at_an_end * at_an_end;
+  return chimeras_expected() * at_an_end * at_an_end;
 }
 
 bool layout_joiner::one_is_too_few(double n_false, double most, std::int32_t p, std::int32_t q) const {

@@ -74,7 +74,7 @@ layout_joiner::end_candidate layout_joiner::judge(const contig_end &p, const con
   if (found.match.score < need)
     return found;
   matcher_.score_without_loose(p, q, found.match);
-  found.flush = matcher_.flush(p, q, found.match);
+  found.flush = matcher_.flush(p, q, found.match.overlap);
   return found;
 }
 

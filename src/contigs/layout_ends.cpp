@@ -8,7 +8,6 @@ namespace {
 
 constexpr double sticks_out = 3;   // times r
 constexpr double least_common = 6; // times r, at least 4
-constexpr double flush_share = 0.7;
 constexpr double fewest_for_flush = 3;
 // Of a score: what chance gives reaches further than its formula says. With 3 two of twelve libraries had such a join.
 constexpr double margin_of_need = 4;
@@ -183,7 +182,7 @@ void end_matcher::score_without_loose(const contig_end &p, const contig_end &q, 
   match.score_without_2 = score(true, false);
 }
 
-bool end_matcher::flush_one_way(const contig_end &p, const contig_end &q, double overlap) const {
+bool end_matcher::flush_one_way(const contig_end &p, const contig_end &q, double overlap, double share) const {
   const double slack = std::max(2.0, 5 * layout_.scale.r);
   const double deep = overlap - 0.3 * slack, reach = overlap + 3 * slack + 0.1 * overlap;
   double expected = 0, found = 0; // bands
@@ -200,11 +199,11 @@ bool end_matcher::flush_one_way(const contig_end &p, const contig_end &q, double
         break;
       }
   }
-  return expected < fewest_for_flush || found >= flush_share * expected;
+  return expected < fewest_for_flush || found >= share * expected;
 }
 
-bool end_matcher::flush(const contig_end &p, const contig_end &q, const end_match &match) const {
-  return flush_one_way(p, q, match.overlap) && flush_one_way(q, p, match.overlap);
+bool end_matcher::flush(const contig_end &p, const contig_end &q, double overlap, double share) const {
+  return flush_one_way(p, q, overlap, share) && flush_one_way(q, p, overlap, share);
 }
 
 end_index::end_index(const clone_layout &layout, std::span<const contig_end> ends, std::span<const std::int64_t> living)

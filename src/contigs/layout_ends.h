@@ -62,15 +62,16 @@ public:
   // Score 0: too few common bands.
   end_match match(const contig_end &p, const contig_end &q) const;
   void score_without_loose(const contig_end &p, const contig_end &q, end_match &match) const;
-  // Whether what lies within the overlap of either end is found in the other.
-  bool flush(const contig_end &p, const contig_end &q, const end_match &match) const;
+  static constexpr double flush_share = 0.7;
+  // Whether of what lies within the overlap (bands) of either end such a share is found in the other.
+  bool flush(const contig_end &p, const contig_end &q, double overlap, double share = flush_share) const;
 
 private:
   struct band_count {
     std::int32_t common = 0, n_1 = 0, n_2 = 0;
   };
   band_count count(const contig_end &p, const contig_end &q, double reach, bool loose_1, bool loose_2) const;
-  bool flush_one_way(const contig_end &p, const contig_end &q, double overlap) const;
+  bool flush_one_way(const contig_end &p, const contig_end &q, double overlap, double share) const;
 
   const clone_layout &layout_;
 };

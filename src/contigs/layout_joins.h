@@ -137,6 +137,7 @@ private:
   bool ends_meet(const side &p, const side &q) const;
   bridge_arm arm_in(clone_number clone, std::int32_t piece) const;
   double bridge_off(double n) const;
+  double chimeras_expected() const; // in the whole library, found or not
   double chance_of_two_ends(double within) const;
   // Whether what one clone tells is too little to join two contigs, with so many false ones expected among all.
   bool one_is_too_few(double n_false, double most, std::int32_t p, std::int32_t q) const;

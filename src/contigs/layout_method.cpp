@@ -60,6 +60,7 @@ private:
     result_.suspects = find_suspects(clones_, scale_, net_, options_.threads, progress_.go_on);
     for (const clone_suspect &found : result_.suspects)
       layout_.suspect[static_cast<std::size_t>(found.clone)] = suspect_reason::two_sides;
+    layout_.telling = find_telling(clones_, scale_, net_, result_.suspects);
     return goes_on_();
   }
 
@@ -212,7 +213,8 @@ private:
       if (match.score < need)
         return false;
       matcher.score_without_loose(hidden, other, match);
-      return std::min(match.score_without_1, match.score_without_2) >= need && matcher.flush(hidden, other, match);
+      return std::min(match.score_without_1, match.score_without_2) >= need &&
+             matcher.flush(hidden, other, match.overlap);
     });
   }
 
@@ -341,6 +343,15 @@ private:
     return true;
   }
 
+  // A suspect that lies in a contig, where nearly all of its overlaps want it, was a good clone of a thin place. (Of
+  // 593 in libraries of three genomes 28 were chimeras, of 9,866 in no contig 9,077.)
+  void acquit_attached() {
+    for (clone_number c = 1; c <= clones_.n; ++c)
+      if (suspect_reason &why = layout_.suspect[static_cast<std::size_t>(c)];
+          layout_.piece(c) >= 0 && why == suspect_reason::two_sides)
+        why = suspect_reason::none;
+  }
+
   bool finish_contigs() {
     step("Columns of bands");
     std::vector<std::int32_t> pieces;
@@ -350,6 +361,7 @@ private:
       else
         for (const clone_number c : layout_.pieces[p])
           layout_.piece_of[static_cast<std::size_t>(c)] = -1;
+    acquit_attached();
     if (!finish_pieces(layout_, pieces, options_.threads, progress_.go_on, result_.contigs))
       return false;
     std::sort(result_.contigs.begin(), result_.contigs.end(), [](const laid_contig &a, const laid_contig &b) {

@@ -23,9 +23,8 @@ bool is_near(double value, double known) {
   return value > 0 && std::abs(std::log(value / known)) < std::log(1.5);
 }
 
-// Of the known kinds with the gel that fits the one of the nearest tolerance.
-std::optional<proposal> preset_for(double gel_length, double tolerance, double median_bands) {
-  constexpr double most_on_agarose = 80; // bands of a clone
+// Of the known kinds with the gel that fits the one of the nearest tolerance; 0: none has it.
+std::int32_t nearest_kind(double gel_length, double tolerance) {
   std::int32_t best = 0;
   double distance = 0;
   for (std::int32_t kind = 1; const auto known = parameters_of_kind(kind); ++kind) {
@@ -35,6 +34,12 @@ std::optional<proposal> preset_for(double gel_length, double tolerance, double m
       distance = d;
     }
   }
+  return best;
+}
+
+std::optional<proposal> preset_for(double gel_length, double tolerance, double median_bands) {
+  constexpr double most_on_agarose = 80; // bands of a clone
+  const std::int32_t best = nearest_kind(gel_length, tolerance);
   if (best == 0)
     return std::nullopt;
   const library_parameters known = *parameters_of_kind(best);
@@ -206,21 +211,28 @@ proposal cutoff_for(const clone_bands &clones, const band_scale &scale, double p
   const double n = clones.n, pairs = std::max(1.0, n * (n - 1) / 2);
   const double by_positions = std::log10(pairs / false_pairs);
   const auto dealt = dealt_library(clones, scale, positions, goes_on).score_of(false_pairs, pairs);
-  const double cutoff = std::ceil(10 * std::max(by_positions, dealt.value_or(0))) / 10;
-  const std::string expected = "0.01 false pairs expected in all";
+  // A score is the chance of so many common bands and more, and these are whole: on average pairs reach a score less
+  // often than it says, with 15 bands a clone by a factor of 5. Dealt bands show how often.
+  const double cutoff = std::ceil(10 * dealt.value_or(by_positions)) / 10;
   if (!dealt)
-    return {cutoff, 1, certainty::fairly, expected};
+    return {cutoff, 1, certainty::fairly, "0.01 false pairs expected in all, by positions"};
   return {cutoff, 1, std::abs(*dealt - by_positions) < 2 ? certainty::well : certainty::fairly,
-          fmt::format("{}; bands dealt anew say {}", expected, number_text(*dealt, 1))};
+          fmt::format("0.01 false pairs by bands dealt anew; positions say {}", number_text(by_positions, 1))};
 }
 
 // ---- what is seen with them ----
 
-proposal least_overlap_at(double cutoff, const band_scale &scale) {
-  const auto n = static_cast<std::int32_t>(scale.median_bands);
+// Of two clones of n bands; n where no number reaches it.
+std::int32_t least_common_at(double cutoff, const band_scale &scale, std::int32_t n) {
   std::int32_t k = 1;
   while (k < n && scale.score(k, n, n) < cutoff)
     ++k;
+  return k;
+}
+
+proposal least_overlap_at(double cutoff, const band_scale &scale) {
+  const auto n = static_cast<std::int32_t>(scale.median_bands);
+  const std::int32_t k = least_common_at(cutoff, scale, n);
   if (n < 1)
     return {0, 0, certainty::hardly, "no clone has a band"};
   const bool seen = scale.score(k, n, n) >= cutoff;
@@ -273,6 +285,18 @@ double additional_cutoff_for(double cutoff) {
   return std::round(10 * cutoff * (standard + QQ_proposed_step) / standard) / 10;
 }
 
+double cutoff_step_for(double cutoff, const library_parameters &fields, double median_bands) {
+  constexpr double usual_step = 3;
+  const std::int32_t kind = nearest_kind(fields.gel_length, fields.tolerance);
+  band_scale here, usual;
+  here.n_positions = fields.n_bands;
+  usual.n_positions = parameters_of_kind(kind).value_or(library_parameters{}).n_bands;
+  const auto n = static_cast<std::int32_t>(median_bands);
+  const std::int32_t k = least_common_at(cutoff, here, n);
+  const double score = usual.score(k, n, n);
+  return score > 0 ? std::max(0.1, std::round(10 * usual_step * here.score(k, n, n) / score) / 10) : usual_step;
+}
+
 double gel_length_for(double largest) {
   double shortest = 0;
   for (std::int32_t kind = 1; const auto known = parameters_of_kind(kind); ++kind)
@@ -307,6 +331,12 @@ parameter_proposals proposals_of(const class_DB_of_clones &database, const settl
   made.cutoff = cutoff_for(clones, scale, positions, goes_on);
   made.additional_cutoff = {additional_cutoff_for(made.cutoff.value), 1, made.cutoff.how_sure,
                             "as far above the cutoff as usual, in proportion"};
+  library_parameters fields; // as it will be compared; bins keep what they were made with
+  fields.tolerance = static_cast<std::int16_t>(clones.t > 0 ? clones.t : database.tollerance_get());
+  fields.gel_length = made.gel_length ? made.gel_length->value : database.max_band_length_get();
+  fields.n_bands = static_cast<std::int32_t>(made.n_bands.value);
+  made.step = {cutoff_step_for(made.cutoff.value, fields, median), 1, made.cutoff.how_sure,
+               "as many common bands a level as usual"};
   made.least_overlap = least_overlap_at(made.cutoff.value, scale);
   made.depth = depth_at(clones, scale, made.cutoff.value, made.least_overlap.value / 100, goes_on);
   return made;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "database/class_DB_of_clones.h"
+#include "database/library_parameters.h"
 #include "net/reading_spread.h"
 
 namespace orb {
@@ -27,6 +28,7 @@ struct parameter_proposals {
   proposal n_bands;              // positions that bands take
   proposal cutoff;               // of Sulston_1988 with these positions
   proposal additional_cutoff;    // of a revision with them
+  proposal step;                 // by which contigs raise the cutoff
   proposal least_overlap;        // seen at the cutoff, share of a clone in percent
   std::optional<proposal> depth; // how often clones cover the genome
 };
@@ -43,6 +45,10 @@ parameter_proposals proposals_of(const class_DB_of_clones &database, const settl
 
 // In the proportion of the standard ones: where scores are lower in all, so are those that stand far above the cutoff.
 double additional_cutoff_for(double cutoff);
+// From level to level of contigs: a score by fewer positions rises less by a common band, and a step has to be worth as
+// many bands as the usual one is by the positions usual for such a gel. A larger one cuts good contigs, a smaller one
+// leaves false joins together.
+double cutoff_step_for(double cutoff, const library_parameters &fields, double median_bands);
 
 // The shortest known gel that holds a band, else one in whole thousands.
 double gel_length_for(double largest_band);

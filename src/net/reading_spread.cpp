@@ -24,8 +24,10 @@ constexpr double least_overlap = 0.5;    // of alike clones
 constexpr std::int32_t least_bands = 5;  // of such
 constexpr std::int32_t first_width = 12; // of the distances looked at, doubled until the readings are well inside
 constexpr int most_doublings = 9;
-constexpr double share_wanted = 0.9;
-constexpr double share_of_information = 0.9;
+// The curve is flat at its top, the more so where bands are whole base pairs: between these a tolerance grows to no
+// use, and of tolerances that some thousand readings can't tell apart the smallest meets least chance.
+constexpr double share_of_information = 0.995;
+constexpr std::int32_t tolerances_looked_at = 5; // like bands end well within half of these, beyond is chance
 constexpr double least_readings = 300, least_deviations = 10;
 constexpr double usual_share_common = 0.5; // of the bands of two clones that overlap
 
@@ -185,17 +187,14 @@ reading_spread tolerance_by_distances(const band_distances &distances, const ban
   const double deviation = std::sqrt(sum_of(distances.alike, 0, readings.size()));
   if (readings.size() < 2 || sum < least_readings || sum < least_deviations * deviation)
     return spread;
-  std::vector<double> information; // up to the distance that has the share wanted
-  do {
-    const auto d = static_cast<std::int32_t>(information.size());
-    const double chance = places.chance_of_match(d, n);
-    const double common = usual_share_common * std::clamp(readings[information.size()] / sum, 0.0, 1.0);
+  std::vector<double> information; // of a band, by tolerance
+  for (std::size_t d = 0; d < readings.size(); ++d) {
+    const double chance = places.chance_of_match(static_cast<std::int32_t>(d), n);
+    const double common = usual_share_common * std::clamp(readings[d] / sum, 0.0, 1.0);
     information.push_back(information_of(common + (1 - common) * chance, chance));
-  } while (information.size() < readings.size() && readings[information.size() - 1] < share_wanted * sum);
-  const auto best = std::max_element(information.begin(), information.end());
-  auto t = best;
-  while (t + 1 != information.end() && *(t + 1) >= share_of_information * *best)
-    ++t;
+  }
+  const double enough = share_of_information * *std::max_element(information.begin(), information.end());
+  const auto t = std::find_if(information.begin(), information.end(), [&](double told) { return told >= enough; });
   spread.tolerance = std::max(1, static_cast<std::int32_t>(t - information.begin()));
   spread.share_within = std::clamp(readings[static_cast<std::size_t>(spread.tolerance)] / sum, 0.0, 1.0);
   spread.n_readings = std::llround(sum);
@@ -222,7 +221,7 @@ reading_spread spread_of_pairs(const class_DB_of_clones &database, const std::ve
     const reading_spread wider = tolerance_by_distances(distances, places, n);
     if (wider.tolerance > 0)
       spread = wider;
-    if (spread.tolerance > 0 && 8 * spread.tolerance <= most)
+    if (spread.tolerance > 0 && tolerances_looked_at * spread.tolerance <= most)
       break;
   }
   return spread;

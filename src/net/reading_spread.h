@@ -47,9 +47,9 @@ struct band_distances {
   std::vector<std::int64_t> alike, strange;
 };
 
-// The tolerance takes in most readings of one band, but not at the price of a chance that drowns them. Strangers tell
-// what chance gives near a band, by the second half of the distances how much of it there is among those alike. `n`:
-// bands of a clone. 0: too few, or nothing above chance.
+// The smallest tolerance with nearly all that any tells about an overlap: a smaller one loses readings of one band, a
+// larger one drowns them in chance. Strangers tell what chance gives near a band, by the second half of the distances
+// how much of it there is among those alike. `n`: bands of a clone. 0: too few, or nothing above chance.
 reading_spread tolerance_by_distances(const band_distances &distances, const band_places &places, double n);
 
 // Clones that stand for a library of n where all pairs would be too many: each of these against all others.

@@ -24,6 +24,7 @@ report rows_of_proposals(const parameter_proposals &proposals) {
   add("n-bands", proposals.n_bands);
   add("cutoff", proposals.cutoff);
   add("additional-cutoff", proposals.additional_cutoff);
+  add("step", proposals.step);
   add("least overlap seen", proposals.least_overlap);
   add("depth", proposals.depth);
   return rows;

@@ -139,3 +139,90 @@ TEST(clone_test, chimeras_of_the_same_places_are_found) {
     EXPECT_TRUE(find_suspects(clones, scale, net, 1, [](double) { return false; }).empty());
   }
 }
+
+namespace {
+
+// A line of 1200 random bands and clones of parts of it, two each when they are chimeras.
+struct band_line {
+  random_source random;
+  std::vector<std::int32_t> axis;
+  library_data data;
+
+  explicit band_line(std::uint64_t seed) : random(seed) {
+    for (int i = 0; i < 1200; ++i)
+      axis.push_back(500 + random.number_up_to(40000));
+  }
+  void add(std::initializer_list<std::pair<int, int>> parts) { // from, length
+    std::vector<std::int32_t> bands;
+    for (const auto &[from, n] : parts)
+      for (int i = from; i < from + n; ++i)
+        if (random.uniform() > 0.02)
+          bands.push_back(axis[static_cast<std::size_t>(i)] + random.number_up_to(3) - 2);
+    data.add("T" + std::to_string(1000 + data.count()), bands);
+  }
+  std::vector<clone_suspect> suspects(telling_suspects &telling) const {
+    contig_session session(data, 18);
+    const clone_bands clones(session.database);
+    const band_scale scale = band_scale_of(clones, 1);
+    const scored_net net(session.signif.net(), clones, scale, scale.cutoff, 1, [] { return true; });
+    auto found = find_suspects(clones, scale, net, 1, [](double) { return true; });
+    telling = find_telling(clones, scale, net, found);
+    return found;
+  }
+};
+
+} // namespace
+
+// Two clones between the same two places, one of them thin: each is all that ties the other's sides. They are chimeras
+// where many neighbours show it; where few do, two good clones over a thin place look the same.
+TEST(clone_test, two_that_hide_each_other_need_many_neighbours) {
+  for (std::uint64_t seed = 1; seed <= 5; ++seed)
+    for (const bool chimeras : {false, true}) {
+      band_line line(seed);
+      const int n_first = chimeras ? 12 : 5, second = chimeras ? 480 : 180;
+      for (int k = 0; k < n_first; ++k)
+        line.add({{100 + 20 * k / n_first, 60}});
+      for (int k = 0; k < 5; ++k)
+        line.add({{second + 4 * k, 60}});
+      for (int k = 0; k < 60; ++k)
+        line.add({{600 + 9 * k, 60}});
+      for (int k = 0; k < 2; ++k)
+        line.add({{138 + k, 42 - k}, {second, 40 + k}});
+      telling_suspects telling;
+      const auto suspects = line.suspects(telling);
+      ASSERT_EQ(suspects.size(), chimeras ? 2u : 0u) << seed;
+      EXPECT_EQ(chimeras ? suspects[0].partner : line.data.count(), line.data.count()) << seed;
+      EXPECT_TRUE(telling.clones.empty()) << seed; // by which others are counted: not where sides are tied
+    }
+}
+
+// Chimeras are counted by suspects in deep places: about as many as there are, whatever the depth, and none where all
+// suspects are good clones over thin places.
+TEST(clone_test, chimeras_are_counted_in_deep_places) {
+  telling_suspects telling;
+  for (const int n_good : {60, 100, 180}) {
+    double counted = 0;
+    const int n_chimeras = n_good / 10;
+    for (std::uint64_t seed = 1; seed <= 8; ++seed) {
+      band_line line(seed);
+      const auto place = [&](int length) { return line.random.number_up_to(1200 - length) - 1; };
+      for (int c = 0; c < n_good; ++c)
+        line.add({{place(60), 60}});
+      for (int c = 0; c < n_chimeras; ++c)
+        line.add({{place(40), 40}, {place(40), 40}});
+      line.suspects(telling);
+      counted += static_cast<double>(telling.clones.size()) / telling.share / 8;
+    }
+    EXPECT_NEAR(counted, n_chimeras, 0.5 * n_chimeras) << n_good;
+  }
+  for (std::uint64_t seed = 1; seed <= 3; ++seed) {
+    band_line line(seed);
+    for (int c = 0; c < 130; ++c)
+      line.add({{4 * c, 60}});
+    for (int thin = 640; thin < 1200; thin += 140) // one clone alone covers it
+      for (const int from : {-60, -64, -68, -72, -30, 0, 4, 8, 12})
+        line.add({{thin + from, 60}});
+    EXPECT_EQ(line.suspects(telling).size(), 4u) << seed;
+    EXPECT_TRUE(telling.clones.empty()) << seed;
+  }
+}

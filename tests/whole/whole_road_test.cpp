@@ -313,6 +313,7 @@ TEST_F(whole_road, parameters_by_the_fingerprints) {
   EXPECT_EQ(taken["gel_length"], whole::proposed(told, "gel-length"));
   EXPECT_EQ(taken["n_bands"], whole::proposed(told, "n-bands"));
   EXPECT_EQ(taken["cutoff"], whole::proposed(told, "cutoff"));
+  EXPECT_EQ(taken["step"], whole::proposed(told, "step"));
   EXPECT_TRUE(taken["cutoff"] > 4 && taken["cutoff"] < 12) << taken;
   const outcome again = orb("assemble " + example + " --out a" + quick);
   EXPECT_EQ(again.status, 3) << again.err;
@@ -320,6 +321,7 @@ TEST_F(whole_road, parameters_by_the_fingerprints) {
   ASSERT_EQ(given.status, 0) << given.err;
   const auto some = nlohmann::json::parse(whole::bytes_of(folder / "b/run.json"))["parameters"];
   EXPECT_TRUE(some["tolerance"] == 9 && some["cutoff"] == 12 && some["n_bands"] > taken["n_bands"]) << some;
+  EXPECT_TRUE(some["step"] > 1 && some["step"] < 3) << some; // of a score by fewer positions than usual
   EXPECT_NE(given.err.find("as asked for"), std::string::npos) << given.err;
 
   ASSERT_EQ(orb("load " + example + " --auto --out l.ORBdb").status, 0);
