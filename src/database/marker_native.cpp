@@ -162,6 +162,8 @@ bool native_marker_reader::read_names(class_markers &fresh) {
     if (const std::string why = why_no_text(line_); !why.empty())
       return refuse("it is no text: " + why + " of the line.");
     const std::size_t tab = std::min(line_.find('\t'), line_.size());
+    if (trimmed(line_.substr(0, tab)).empty())
+      return refuse("a marker has no name.");
     fresh.name_of_marker_.emplace_back(line_.substr(0, tab));
     fresh.position_of_marker_.emplace_back(line_.substr(std::min(tab + 1, line_.size())));
     fresh.marker_of_name_.emplace(fresh.name_of_marker_.back(), m); // of equal names the first

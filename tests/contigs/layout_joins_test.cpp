@@ -229,7 +229,7 @@ TEST(layout_joins, clones_show_the_ends_that_they_join) {
 
 // What one clone tells is believed while chimeras that look like it are rare: of end clones one that shows all that
 // lies behind it longer than one that lacks a part. (Among these two contigs 10 chimeras give 0.3 by chance.) As
-// chimeras count suspects that lie in no contig and fit no two ends.
+// chimeras count suspects that lie in no contig and fit no two ends, and misfits.
 TEST(layout_joins, one_clone_is_believed_while_chimeras_are_rare) {
   enum { told, untold, bridge };
   const auto joined = [](int kind, const auto &count_chimeras) {
@@ -261,6 +261,14 @@ TEST(layout_joins, one_clone_is_believed_while_chimeras_are_rare) {
     });
     EXPECT_TRUE(in_contig ? n >= 6 : n <= 1) << in_contig << ": " << n;
   }
+  const int beside_misfits = joined(told, [](clone_layout &layout) {
+    for (clone_number c = 1; c <= 16; ++c) {
+      layout.suspect[static_cast<std::size_t>(c)] = suspect_reason::misfit;
+      layout.piece_of[static_cast<std::size_t>(c)] = -1;
+      std::erase(layout.pieces[0], c);
+    }
+  });
+  EXPECT_LE(beside_misfits, 1);
   EXPECT_GE(joined(bridge, [](clone_layout &layout) { layout.telling.clones.assign(40, layout.clones.n); }), 6);
 }
 

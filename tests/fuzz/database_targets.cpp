@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "command_reader.h"
+#include "support/native_markers.h"
 
 namespace fuzz_test {
 
@@ -96,6 +97,8 @@ void add_lists(fuzz_table &table) {
 }
 
 void add_markers(fuzz_table &table) {
+  std::string marker_without_name = orb_test::native_markers(11);
+  marker_without_name.erase(marker_without_name.find("M1"), 2);
   const auto add = [&](const std::string &form, std::vector<std::string> seeds, std::vector<std::string> kept = {}) {
     command_reader reader{{"library", "markers"}, "m.txt", "markers.load file=read/m.txt form=" + form};
     reader.write = write_markers;
@@ -111,7 +114,8 @@ void add_markers(fuzz_table &table) {
   add("markers", {"of_markers.txt"});
   add("native", {"native.ORB"},
       {"Clones in database with bands:\r\n11\r\nClones in database with markers:\r\n2\r\nTotal number of "
-       "markers:\r\n2147483647\r\nmmm:\r\n2147483647\r\n"});
+       "markers:\r\n2147483647\r\nmmm:\r\n2147483647\r\n",
+       marker_without_name});
   table.push_back(target_of("marker_positions", {{"library", "markers"}, "p.txt", "markers.positions file=read/p.txt"},
                             {"positions.txt"}));
 }
